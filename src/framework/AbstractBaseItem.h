@@ -1,0 +1,266 @@
+#pragma once
+
+#include "Calibration.h"
+#include "HostTypes.h"
+#include "graphicsobjects_export.h"
+
+#include <QBrush>
+#include <QFont>
+#include <QGraphicsObject>
+#include <QIcon>
+#include <QList>
+#include <QPen>
+#include <QPointF>
+#include <QTransform>
+#include <QVariant>
+
+class AbstractScene;
+class HoverEventItem;
+class SimpleTextItem;
+class QAction;
+class QActionGroup;
+class QDomElement;
+class QGraphicsSceneMouseEvent;
+class QMenu;
+
+// Base of every measuring tool, construction measure and annotation: identity, pens and fonts,
+// state flags, rotation state, points and handgrips, calibrated measures with their label, and the
+// common part of the XML form.
+class GRAPHICSOBJECTS_EXPORT AbstractBaseItem : public QGraphicsObject {
+    Q_OBJECT
+public:
+    // Value a mouse step returns: whether the interactive creation goes on.
+    enum typModeEdition { EditionIdle = 0, EditionCreating = 1, EditionComplete = 2 };
+    Q_ENUM(typModeEdition)
+
+    // Measure kinds: indices into both measure arrays.
+    enum MesureKind {
+        Centroid = 0, Dist1, Dist2, Ang1, Ang2, Aera, Perim, Rad1, Rad2, Diam, Cust, Reserved
+    };
+    static constexpr int NoMesure = 100;
+
+    AbstractBaseItem(QGraphicsItem* parent, int id, void* context);
+    ~AbstractBaseItem() override;
+
+    // --- Non-virtual operations
+    void setInternalLock(bool lock) { m_internalLock = lock; }
+    bool getInternalLock() const { return m_internalLock; }
+    void setLinkScene(AbstractScene* scene) { m_linkScene = scene; }
+    AbstractScene* LinkScene() const { return m_linkScene; }
+    // The scene set by setLinkScene, else the scene holding the item when it is an AbstractScene.
+    AbstractScene* hostScene() const;
+    bool previewed() const { return m_previewed; }
+    bool locked() const { return m_locked; }
+    bool constrained() const { return m_constrained; }
+    bool textusage() const { return m_textusage; }
+    bool generated() const { return m_generated; }
+    void setgenerated(bool generated) { m_generated = generated; }
+    bool creationStarted() const { return m_creationStarted; }
+    void setcentroidPoint(QPointF p) { m_centroidPoint = p; }
+    QPointF centroidPoint() const { return m_centroidPoint; }
+    QPointF refRotationPoint() const { return m_refRotationPoint; }
+    double currentRotation() const { return m_currentRotation; }
+    // The accumulated rotation of the item's own transform steps (hides QGraphicsItem::rotation()).
+    double rotation() const { return m_rotation; }
+    double relativeRotation() const { return m_relativeRotation; }
+    double currentSx() const { return m_currentSx; }
+    double currentSy() const { return m_currentSy; }
+    int transformIndex() const { return m_transformIndex; }
+    double radius1() const { return m_radius1; }
+    double radius2() const { return m_radius2; }
+    void setmodeEdition(typModeEdition mode) { m_modeEdition = mode; }
+    typModeEdition modeEdition() const { return m_modeEdition; }
+
+    double calibratedDistance1() const;
+    double calibratedDistance2() const;
+    double calibrateValue(double v) const;
+    double uncalibrateValue(double v) const;
+    static void copyCommonData(AbstractBaseItem* dst, AbstractBaseItem* src);
+    // How a host calibrates an item: the whole block at once.
+    void setCalibration(const Calibration& calibration);
+    Calibration calibration() const { return m_calibration; }
+    // Length of the horizontal reference line the second angle is measured against.
+    void setReferenceLength(int length) { m_referenceLength = length; }
+    int referenceLength() const { return m_referenceLength; }
+
+    int maxMesuresNum() const { return MesuresCount; }
+    int mesureIndex() const { return m_mesureIndex; }
+    QString mesure2QString(int i) const;
+    QString formatTextMesure(int i) const;
+    QString formatTextMesureP(int i) const;
+
+    QPen penCentroidText() const { return m_penCentroidText; }
+    QPen pen() const { return m_pen; }
+    QBrush brush() const { return m_brush; }
+    QFont font() const { return m_font; }
+    QFont font2() const { return m_font2; }
+
+    HoverEventItem* handgripCentroid() const { return m_handgripCentroid; }
+    QList<HoverEventItem*> handgripItems() const { return m_handgripItems; }
+    QList<QPointF> mline() const { return m_mline; }
+    SimpleTextItem* label() const { return m_label; }
+    QString getLinkName() const { return m_linkName; }
+
+    static QVariant getCommonParams(const QString& key, const QVariant& defaultValue);
+    static void setCommonParams(QString key, QVariant& value);
+
+    // --- Virtual operations, QObject side
+    virtual AbstractBaseItem* clone(int id) = 0;
+    virtual long mesuresSupport() const { return 0; }
+    virtual const QString& getType() const { return m_type; }
+    virtual const unsigned long& getSubType() const { return m_subType; }
+    virtual const QString& getGUIDname() const { return m_guidName; }
+    virtual const unsigned long& getGUID() const { return m_guid; }
+    virtual void setGUIDname(const QString& name) { m_guidName = name; }
+    virtual void setGUID(const unsigned long& guid) { m_guid = guid; }
+    virtual QString getSimpleHELP();
+    virtual void edit() {}
+    virtual void subEdit() {}
+    virtual QPointF centroid();
+    virtual void setForcePainting() {}
+    virtual void setPenCentroidText(const QPen& pen) { m_penCentroidText = pen; }
+    virtual void setPen(const QPen& pen);
+    virtual void setBrush(const QBrush& brush) { m_brush = brush; }
+    virtual void setFont(const QFont& font);
+    virtual void transmitFont(const QFont& font);
+    virtual void transmitFontColor(const QColor& color);
+    virtual void setPreviewstate(const bool& state) { m_previewed = state; }
+    virtual void setLockstate(const bool& state);
+    virtual void setConstrainstate(const bool& state) { m_constrained = state; }
+    virtual void setTextUsage(const bool& state) { m_textusage = state; }
+    virtual void setSpecificparameters(QString, void*) {}
+    virtual QLineF qlinef(int) { return QLineF(); }
+    virtual long isBuilder() const { return 0; }
+    // Constant flag set of the item's kind (5 lines and distances, 0x70 circles, 0x200 point lists).
+    virtual long mesuresFlag() const = 0;
+    virtual double accessmesure(unsigned i) const;
+    virtual double accessmesureP(unsigned i) const;
+
+public slots:
+    void forceSelection();
+    void forceSelectionNoMove();
+    virtual bool computeMesures(void*) { return false; }
+    virtual QRectF itemRectF(void*) { return boundingRect(); }
+    virtual void fixupForTransform(_AUTOPOINTPARAMS&, int, void*) {}
+    virtual void fixupForSceneChange(const QRectF&, void*) {}
+    virtual void videoStarted(void*, cameraInfos*) {}
+    virtual void videoStopped(void*) {}
+    virtual void pressPoint(const QPointF&) {}
+    virtual void releasePoint(const QPointF&) {}
+    virtual void updatePoint(const QPointF&) {}
+    virtual void initRotationReferencePoint(const QPointF& p) { m_refRotationPoint = p; }
+    virtual void validRotationReferencePoint(const QPointF&) {}
+
+public:
+    virtual bool computeMesures(QList<AbstractBaseItem*> items, void* arg);
+    virtual void mouseMove(QGraphicsSceneMouseEvent* event) = 0;
+    virtual void mousePress(QGraphicsSceneMouseEvent* event) = 0;
+    // Pure, with a body that derived items may call: it answers the current edition mode.
+    virtual typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) = 0;
+    virtual bool endEdition() { return true; }
+    virtual void setTransformIndex(int index) { m_transformIndex = index; }
+    virtual bool toXml(QDomElement& e) const = 0;
+    virtual bool fromXml(const QDomElement& e) = 0;
+    virtual QAction* createMenuAction(QMenu* menu, const QIcon& icon, const QString& text, bool checked,
+                                      QActionGroup* group, const QVariant& data);
+    virtual void rotate(double) {}
+    virtual QTransform makeRotation(double angle, const QPointF& c);
+    virtual QTransform makeRotation(double angle, const QRectF& r);
+    virtual QPainterPath createPath(QRectF) { return QPainterPath(); }
+
+    // Linking of a text annotation to a measuring item.
+    virtual void associate(AbstractBaseItem* item, void*);
+    virtual void unassociate(AbstractBaseItem* item, void*);
+    virtual void setLinkName(AbstractBaseItem* item, QString& name);
+
+    // --- QGraphicsItem side
+    QRectF boundingRect() const override { return QRectF(); }
+    void paint(QPainter*, const QStyleOptionGraphicsItem*, QWidget*) override {}
+
+signals:
+    void mesureChangedSTART(void* item);
+    void mesureChangedEND(void* item);
+    void mesureChanged(void* item);
+    void imageChanged(QString name, bool);
+    void itemChanged(void* item, QString what, void* data);
+    void transformIndex(void* item, int index, bool);
+    void transformIndex(void* item, int index);
+    void transformFinished(void* item, void* data);
+    void objectDeleted(void* item, QString type, unsigned long guid);
+
+protected:
+    static constexpr int MesuresCount = 12;
+
+    virtual bool computeMesures(AbstractBaseItem*, AbstractBaseItem*, AbstractBaseItem*, void*) { return false; }
+    virtual void commonPaintCentroidText(QPainter* painter);
+    virtual void commonUpdateText();
+    virtual void commonWriteXML(QDomElement& e) const;
+    virtual void commonReadXML(const QDomElement& e);
+    virtual void commonPostReadXML() {}
+    virtual void commonMesuresWriteXML(QDomElement& e) const;
+    virtual void commonMesuresReadXML(const QDomElement& e);
+    virtual void setupCentroidHandgrip();
+    virtual void showHandgripCentroid();
+    virtual void hideHandgripCentroid();
+    virtual void showHandgrips();
+    virtual void hideHandgrips();
+    virtual void updateHandgrips();
+    virtual void lockunlockHandgrips(bool lock);
+    virtual void computeGUID(const QString& name, int index);
+
+    QString mesureIndexToName(int i, double v) const;
+    void copyDataTo(AbstractBaseItem* other);
+    double distancePointToLine(QPointF p, QPointF a, QPointF b) const;
+    void insertPoint(int index, const QPointF& p, QList<QPointF>& points);
+    void deletePoint(int index, QList<QPointF>& points);
+    bool isPointSelected(const QPointF& p, QList<QPointF>& points, int& index, double tolerance);
+    bool createPointIfNeeded(const QPointF& p, QList<QPointF>& points, bool closed);
+
+    void contextMenuEvent(QGraphicsSceneContextMenuEvent*) override {}
+    void keyPressEvent(QKeyEvent*) override {}
+    void keyReleaseEvent(QKeyEvent*) override {}
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) override {}
+    void wheelEvent(QGraphicsSceneWheelEvent*) override {}
+    QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
+
+    // State shared with the derived items.
+    typModeEdition m_modeEdition = EditionCreating;
+    QList<QPointF> m_mline;
+    QList<HoverEventItem*> m_handgripItems;
+    HoverEventItem* m_handgripCentroid = nullptr;
+    QPointF m_centroidPoint;
+    QPointF m_refRotationPoint;
+    double m_currentRotation = 0;
+    double m_rotation = 0;
+    double m_relativeRotation = 0;
+    double m_currentSx = 0;
+    double m_currentSy = 0;
+    double m_radius1 = 0;
+    double m_radius2 = 0;
+    QPen m_penCentroidText;
+    QPen m_pen;
+    QBrush m_brush;
+    QFont m_font;
+    QFont m_font2;
+    QString m_type;
+    QString m_guidName;
+    unsigned long m_subType = 0;
+    unsigned long m_guid = 0;
+    int m_mesureIndex = 0;
+    int m_transformIndex = 0;
+    bool m_creationStarted = false;
+    bool m_previewed = false;
+    bool m_constrained = false;
+    bool m_locked = false;
+    bool m_internalLock = false;
+    bool m_generated = false;
+    bool m_textusage = true;
+    QString m_linkName;
+    SimpleTextItem* m_label = nullptr;
+    Calibration m_calibration;
+    double m_mesure[MesuresCount] = {};
+    double m_mesureP[MesuresCount] = {};
+    QList<QPointF> m_auxPoints;
+    AbstractScene* m_linkScene = nullptr;
+    int m_referenceLength = 0;
+};

@@ -1,0 +1,302 @@
+#include "HoverEventItem.h"
+
+#include <QBrush>
+#include <QCursor>
+#include <QGraphicsSceneMouseEvent>
+#include <QGraphicsSimpleTextItem>
+#include <QPainter>
+#include <QPixmap>
+#include <QRadialGradient>
+
+#include <cmath>
+
+namespace {
+
+struct GripSettings {
+    int size = 10;
+    QColor outline = QColor(0, 90, 110);
+    QColor text = QColor(20, 20, 20);
+    QColor frame = QColor(31, 197, 193);
+};
+
+GripSettings& settings()
+{
+    static GripSettings s;
+    return s;
+}
+
+constexpr double TwoPi = 6.283185307179586;
+
+QGradient gripGradient(int type, double size)
+{
+    QRadialGradient g(QPointF(0, 0), size);
+    switch (type) {
+    case HoverEventItem::Rotation:
+        g.setColorAt(0, QColor(200, 255, 255));
+        g.setColorAt(0, QColor(255, 50, 0));
+        g.setColorAt(1, QColor(255, 190, 0));
+        break;
+    case HoverEventItem::CentroidGrip:
+        g.setColorAt(0, QColor(200, 255, 255));
+        g.setColorAt(0, QColor(200, 255, 255));
+        g.setColorAt(1, QColor(255, 190, 0));
+        break;
+    default:
+        g.setColorAt(0, QColor(200, 255, 255, 0));
+        g.setColorAt(0, QColor(200, 255, 255, 0));
+        g.setColorAt(1, QColor(31, 197, 193, 0));
+        break;
+    }
+    return g;
+}
+
+QCursor gripCursor(int type)
+{
+    switch (type) {
+    case HoverEventItem::Move:
+        return QCursor(Qt::CrossCursor);
+    case HoverEventItem::ResizeHorizontal:
+        return QCursor(Qt::SizeHorCursor);
+    case HoverEventItem::ResizeVertical:
+        return QCursor(Qt::SizeVerCursor);
+    case HoverEventItem::Rotation: {
+        const QPixmap pixmap(QStringLiteral(":/cursor_rotate.png"));
+        return pixmap.isNull() ? QCursor(Qt::CrossCursor) : QCursor(pixmap);
+    }
+    default:
+        return QCursor();
+    }
+}
+
+} // namespace
+
+void HoverEventItemSetup(QList<double> sizes, QList<QColor> colours)
+{
+    if (!sizes.isEmpty() && std::isfinite(sizes.first()) && sizes.first() >= 1 && sizes.first() < 1000)
+        settings().size = int(sizes.first());
+    if (colours.size() > 0)
+        settings().outline = colours[0];
+    if (colours.size() > 1)
+        settings().text = colours[1];
+    if (colours.size() > 2)
+        settings().frame = colours[2];
+}
+
+int HoverEventItemSize()
+{
+    return settings().size;
+}
+
+HoverEventItem::HoverEventItem(QObject* owner, QGraphicsItem* parent, int id, int type)
+    : QObject(owner)
+    , QGraphicsPathItem(parent)
+    , m_frame(new QGraphicsPathItem(this))
+    , m_text(new QGraphicsSimpleTextItem(m_frame))
+    , m_font(QStringLiteral("Courier"), 12, QFont::Normal, false)
+    , m_id(id)
+    , m_type(type)
+{
+    setAcceptHoverEvents(true);
+    // Grips keep their pixel size at every zoom.
+    setFlag(ItemIgnoresTransformations, true);
+
+    const double size = settings().size;
+    setBrush(QBrush(gripGradient(type, size)));
+    QPainterPath path;
+    path.addRoundedRect(QRectF(-size / 2, -size / 2, size, size), 2, 2);
+    setPath(path);
+
+    QPainterPath framePath;
+    framePath.addRoundedRect(path.boundingRect().adjusted(-size / 2, -size / 2, size / 2, size / 2), 3, 3);
+    m_frame->setPath(framePath);
+    m_frame->setVisible(false);
+    m_frame->setAcceptedMouseButtons(Qt::NoButton);
+    m_text->setFont(m_font);
+    m_text->setPos(framePath.boundingRect().topRight());
+    applyLook();
+    setCursor(gripCursor(type));
+}
+
+void HoverEventItem::applyLook()
+{
+    const GripSettings& s = settings();
+    QPen outline(m_lockstate ? QColor(150, 150, 150) : s.outline);
+    outline.setCosmetic(true);
+    outline.setWidth(1);
+    setPen(outline);
+    QPen framePen(m_lockstate ? QColor(150, 150, 150) : s.frame);
+    framePen.setCosmetic(true);
+    m_frame->setPen(framePen);
+    QColor fill = s.frame;
+    fill.setAlpha(60);
+    m_frame->setBrush(m_lockstate ? QBrush(Qt::NoBrush) : QBrush(fill));
+    m_text->setBrush(s.text);
+}
+
+void HoverEventItem::setLockstate(const bool& state)
+{
+    m_lockstate = state;
+    applyLook();
+}
+
+void HoverEventItem::setFont(const QFont& font, const QColor& color)
+{
+    m_font = font;
+    m_text->setFont(font);
+    m_text->setBrush(color);
+}
+
+void HoverEventItem::setFontColor(const QColor& color)
+{
+    m_text->setBrush(color);
+}
+
+void HoverEventItem::setTooltip(QString text, QPointF*)
+{
+    m_text->setText(QLatin1Char(' ') + text);
+}
+
+QString HoverEventItem::tooltip() const
+{
+    return m_text->text();
+}
+
+bool HoverEventItem::isHighlighted() const
+{
+    return m_frame->isVisible();
+}
+
+double HoverEventItem::angleForPos(const QPointF& p, const QPointF& c)
+{
+    const QPointF v = p - c;
+    const double a = std::acos(v.x() / distanceToPoint(v));
+    return v.y() > 0 ? TwoPi - a : a;
+}
+
+double HoverEventItem::distanceToPoint(const QPointF& v)
+{
+    return std::sqrt(v.x() * v.x() + v.y() * v.y());
+}
+
+double HoverEventItem::applyRotation(const HoverEventItem* h, const QPointF& p, const QPointF& c, const QPointF& p0)
+{
+    if (!h || h->getType() != Rotation)
+        return 0;
+    return (angleForPos(p, c) - angleForPos(p0, c)) * 180 / M_PI;
+}
+
+QRectF HoverEventItem::applyTranslation(const HoverEventItem* h, const QRectF& r, const QPointF& scenePos,
+                                        const QGraphicsItem* item)
+{
+    if (!h || h->getType() == Rotation)
+        return r;
+    const QPointF p = item ? item->mapFromScene(scenePos) : scenePos;
+    QRectF out = r;
+    switch (h->getId()) {
+    case TopLeft:
+        out.setTopLeft(p);
+        break;
+    case TopMiddle:
+        out.setTop(p.y());
+        break;
+    case TopRight:
+        out.setTopRight(p);
+        break;
+    case MiddleLeft:
+        out.setLeft(p.x());
+        break;
+    case MiddleRight:
+        out.setWidth(p.x() - out.left());
+        break;
+    case BottomLeft:
+        out.setLeft(p.x());
+        out.setHeight(p.y() - out.top());
+        break;
+    case BottomMiddle:
+        out.setHeight(p.y() - out.top());
+        break;
+    case BottomRight:
+        out.setWidth(p.x() - out.left());
+        out.setHeight(p.y() - out.top());
+        break;
+    default:
+        break;
+    }
+    return out;
+}
+
+QPointF HoverEventItem::positionOnRect(const QRectF& r, int position)
+{
+    const double x[3] = {r.x(), r.x() + r.width() * 0.5, r.x() + r.width()};
+    const double y[3] = {r.y(), r.y() + r.height() * 0.5, r.y() + r.height()};
+    static const int column[9] = {0, 1, 2, 0, 2, 0, 1, 2, 1};
+    static const int row[9] = {0, 0, 0, 1, 1, 2, 2, 2, 1};
+    if (position < 0 || position > Center)
+        return r.topLeft();
+    return QPointF(x[column[position]], y[row[position]]);
+}
+
+void HoverEventItem::syncHandgrips(const QRectF& r, const QList<HoverEventItem*>& grips)
+{
+    for (HoverEventItem* grip : grips) {
+        if (grip && !grip->lockstate() && grip->getId() >= 0 && grip->getId() <= Center)
+            grip->setPos(positionOnRect(r, grip->getId()));
+    }
+}
+
+void HoverEventItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget)
+{
+    // The centroid grip carries the label; its square shows only while its item is selected or hovered.
+    if (m_type == CentroidGrip && !m_hovered && !(parentItem() && parentItem()->isSelected()))
+        return;
+    QGraphicsPathItem::paint(painter, option, widget);
+}
+
+void HoverEventItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
+{
+    if (m_lockstate || event->button() != Qt::LeftButton) {
+        QGraphicsPathItem::mousePressEvent(event);
+        return;
+    }
+    m_pressed = true;
+    event->accept();
+    emit initPos(event->scenePos());
+}
+
+void HoverEventItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
+{
+    if (m_lockstate || !m_pressed) {
+        QGraphicsPathItem::mouseMoveEvent(event);
+        return;
+    }
+    emit moved(event->scenePos());
+}
+
+void HoverEventItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
+{
+    if (m_lockstate || event->button() != Qt::LeftButton) {
+        QGraphicsPathItem::mouseReleaseEvent(event);
+        return;
+    }
+    m_pressed = false;
+    emit releasePos(event->scenePos());
+    if (parentItem())
+        parentItem()->setFocus(Qt::OtherFocusReason);
+}
+
+void HoverEventItem::hoverEnterEvent(QGraphicsSceneHoverEvent* event)
+{
+    m_hovered = true;
+    m_frame->setVisible(true);
+    m_text->setVisible(true);
+    update();
+    QGraphicsPathItem::hoverEnterEvent(event);
+}
+
+void HoverEventItem::hoverLeaveEvent(QGraphicsSceneHoverEvent* event)
+{
+    m_hovered = false;
+    m_frame->setVisible(false);
+    update();
+    QGraphicsPathItem::hoverLeaveEvent(event);
+}

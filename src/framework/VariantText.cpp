@@ -1,0 +1,125 @@
+#include "VariantText.h"
+
+#include <QColor>
+#include <QFont>
+#include <QImage>
+#include <QLineF>
+#include <QPointF>
+#include <QRectF>
+#include <QRegion>
+#include <QRegularExpression>
+#include <QSizeF>
+#include <QStringList>
+#include <QTransform>
+
+#include <cmath>
+
+namespace {
+
+QString g6(double v)
+{
+    return QString::number(v, 'g', 6);
+}
+
+QString pointText(double x, double y)
+{
+    return QStringLiteral("%1x%2").arg(g6(x), g6(y));
+}
+
+QString rectText(const QRectF& r)
+{
+    return QStringLiteral("%1x%2 %3x%4").arg(g6(r.x()), g6(r.y()), g6(r.width()), g6(r.height()));
+}
+
+// A coordinate that does not read as a finite number reads as 0: scenes cannot hold the others.
+double coordinate(const QString& text)
+{
+    bool ok = false;
+    const double v = text.toDouble(&ok);
+    return ok && std::isfinite(v) ? v : 0.0;
+}
+
+} // namespace
+
+QString variantToString(const QVariant& value)
+{
+    switch (value.typeId()) {
+    case QMetaType::UnknownType:
+        return QStringLiteral("<empty>");
+    case QMetaType::QPointF:
+    case QMetaType::QPoint: {
+        const QPointF p = value.toPointF();
+        return pointText(p.x(), p.y());
+    }
+    case QMetaType::QRectF:
+    case QMetaType::QRect:
+        return rectText(value.toRectF());
+    case QMetaType::QSizeF:
+    case QMetaType::QSize: {
+        const QSizeF s = value.toSizeF();
+        return pointText(s.width(), s.height());
+    }
+    case QMetaType::QLineF:
+    case QMetaType::QLine: {
+        const QLineF l = value.toLineF();
+        return QStringLiteral("%1 x %2 at %3 x %4").arg(g6(l.x1()), g6(l.y1()), g6(l.x2()), g6(l.y2()));
+    }
+    case QMetaType::QColor:
+        return value.value<QColor>().name(QColor::HexRgb);
+    case QMetaType::QFont:
+        return value.value<QFont>().toString();
+    case QMetaType::QStringList:
+        return value.toStringList().join(QStringLiteral(", "));
+    case QMetaType::QTransform: {
+        const QTransform t = value.value<QTransform>();
+        return QStringLiteral("[%1 %2 %3, %4 %5 %6, %7 %8 %9]")
+            .arg(g6(t.m11()), g6(t.m12()), g6(t.m13()), g6(t.m21()), g6(t.m22()), g6(t.m23()), g6(t.m31()),
+                 g6(t.m32()), g6(t.m33()));
+    }
+    case QMetaType::QImage: {
+        const QImage image = value.value<QImage>();
+        if (image.isNull())
+            return QStringLiteral("<no image>");
+        return QStringLiteral("<%1x%2 image>").arg(image.width()).arg(image.height());
+    }
+    case QMetaType::QRegion: {
+        const QRegion region = value.value<QRegion>();
+        if (region.isEmpty())
+            return QStringLiteral("<empty>");
+        if (region.rectCount() == 1)
+            return rectText(QRectF(region.boundingRect()));
+        return QStringLiteral("<%1 rects>").arg(region.rectCount());
+    }
+    default:
+        return value.toString();
+    }
+}
+
+QVariant stringToVariant(const QString& text, QMetaType::Type type, bool* ok)
+{
+    if (ok)
+        *ok = true;
+    if (text.isEmpty())
+        return QVariant();
+
+    if (type == QMetaType::QPointF || type == QMetaType::QRectF) {
+        static const QRegularExpression rectSeparators(QStringLiteral("\\s+|x"));
+        const QStringList parts = type == QMetaType::QPointF ? text.split(QLatin1Char('x'), Qt::KeepEmptyParts)
+                                                              : text.split(rectSeparators, Qt::KeepEmptyParts);
+        if (type == QMetaType::QPointF && parts.size() == 2)
+            return QPointF(coordinate(parts[0]), coordinate(parts[1]));
+        if (type == QMetaType::QRectF && parts.size() == 4)
+            return QRectF(coordinate(parts[0]), coordinate(parts[1]), coordinate(parts[2]), coordinate(parts[3]));
+        if (ok)
+            *ok = false;
+        return QVariant();
+    }
+
+    QVariant v(text);
+    if (!v.convert(QMetaType(type))) {
+        if (ok)
+            *ok = false;
+        return QVariant();
+    }
+    return v;
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "graphicsobjects_export.h"
+
+#include <QMetaType>
+#include <QString>
+#include <QVariant>
+
+// The one text form of values in XML attributes: points "12.5x-3", rectangles "0x0 10x20",
+// colours "#rrggbb", fonts in Qt's description text.
+GRAPHICSOBJECTS_EXPORT QString variantToString(const QVariant& value);
+// The reverse of variantToString. An empty text gives an invalid variant (with success).
+GRAPHICSOBJECTS_EXPORT QVariant stringToVariant(const QString& text, QMetaType::Type type, bool* ok = nullptr);

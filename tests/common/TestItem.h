@@ -1,0 +1,52 @@
+#pragma once
+
+#include "AbstractBaseItem.h"
+
+// The smallest concrete item: it exposes what only derived items can reach, so that tests can
+// drive the base through its public and protected interface.
+class TestItem : public AbstractBaseItem {
+    Q_OBJECT
+public:
+    explicit TestItem(QGraphicsItem* parent = nullptr, int id = 0, void* context = nullptr);
+
+    AbstractBaseItem* clone(int id) override;
+    long mesuresFlag() const override { return 5; }
+    void mouseMove(QGraphicsSceneMouseEvent*) override {}
+    void mousePress(QGraphicsSceneMouseEvent*) override {}
+    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override
+    {
+        return AbstractBaseItem::mouseRelease(event);
+    }
+    bool toXml(QDomElement& e) const override;
+    bool fromXml(const QDomElement& e) override;
+    QRectF boundingRect() const override { return QRectF(0, 0, 100, 50); }
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) override;
+
+    // Test access to the protected parts of the base.
+    void setMesure(int i, double calibrated, double pixels);
+    void addGrip(int id, int kind);
+    int leaderLinesPainted() const { return m_leaderLines; }
+    using AbstractBaseItem::commonPaintCentroidText;
+    using AbstractBaseItem::commonUpdateText;
+    using AbstractBaseItem::computeGUID;
+    using AbstractBaseItem::copyDataTo;
+    using AbstractBaseItem::createPointIfNeeded;
+    using AbstractBaseItem::isPointSelected;
+    using AbstractBaseItem::lockunlockHandgrips;
+    using AbstractBaseItem::mesureIndexToName;
+    using AbstractBaseItem::setupCentroidHandgrip;
+    using AbstractBaseItem::updateHandgrips;
+    void setMesureIndex(int i) { m_mesureIndex = i; }
+
+    int pressed = 0;
+    int updated = 0;
+    int released = 0;
+
+public slots:
+    void pressPoint(const QPointF&) override { ++pressed; }
+    void updatePoint(const QPointF&) override { ++updated; }
+    void releasePoint(const QPointF&) override { ++released; }
+
+private:
+    int m_leaderLines = 0;
+};
