@@ -4,8 +4,7 @@
 #include <QApplication>
 #include <QTextStream>
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QTextStream out(stdout);
     out << "GraphicsObjects\n";

@@ -14,8 +14,7 @@
 
 AbstractBaseItem::AbstractBaseItem(QGraphicsItem* parent, int, void*)
     : QGraphicsObject(parent)
-    , m_label(new SimpleTextItem(this))
-{
+    , m_label(new SimpleTextItem(this)) {
     m_label->setTextColor(Qt::red);
     m_penCentroidText.setCosmetic(true);
     m_penCentroidText.setColor(Qt::red);
@@ -26,78 +25,64 @@ AbstractBaseItem::AbstractBaseItem(QGraphicsItem* parent, int, void*)
 // The handgrips and the label are graphics children and go with the item.
 AbstractBaseItem::~AbstractBaseItem() = default;
 
-AbstractScene* AbstractBaseItem::hostScene() const
-{
+AbstractScene* AbstractBaseItem::hostScene() const {
     return m_linkScene ? m_linkScene : qobject_cast<AbstractScene*>(scene());
 }
 
-double AbstractBaseItem::calibratedDistance1() const
-{
+double AbstractBaseItem::calibratedDistance1() const {
     return m_mesureP[Dist1] * m_calibration.factor;
 }
 
-double AbstractBaseItem::calibratedDistance2() const
-{
+double AbstractBaseItem::calibratedDistance2() const {
     return m_mesureP[Dist2] * m_calibration.factor;
 }
 
-double AbstractBaseItem::calibrateValue(double v) const
-{
+double AbstractBaseItem::calibrateValue(double v) const {
     return v * m_calibration.factor;
 }
 
-double AbstractBaseItem::uncalibrateValue(double v) const
-{
+double AbstractBaseItem::uncalibrateValue(double v) const {
     return v / m_calibration.factor;
 }
 
-void AbstractBaseItem::copyCommonData(AbstractBaseItem* dst, AbstractBaseItem* src)
-{
+void AbstractBaseItem::copyCommonData(AbstractBaseItem* dst, AbstractBaseItem* src) {
     if (dst && src && dst != src)
         dst->m_calibration = src->m_calibration;
 }
 
-void AbstractBaseItem::setCalibration(const Calibration& calibration)
-{
+void AbstractBaseItem::setCalibration(const Calibration& calibration) {
     m_calibration = calibration;
 }
 
-QVariant AbstractBaseItem::getCommonParams(const QString& key, const QVariant& defaultValue)
-{
+QVariant AbstractBaseItem::getCommonParams(const QString& key, const QVariant& defaultValue) {
     return ::getCommonParams(key, defaultValue);
 }
 
-void AbstractBaseItem::setCommonParams(QString key, QVariant& value)
-{
+void AbstractBaseItem::setCommonParams(QString key, QVariant& value) {
     ::setCommonParams(key, value);
 }
 
-QString AbstractBaseItem::getSimpleHELP()
-{
+QString AbstractBaseItem::getSimpleHELP() {
     return tr("no help");
 }
 
-QPointF AbstractBaseItem::centroid()
-{
+QPointF AbstractBaseItem::centroid() {
     const QRectF r = childrenBoundingRect();
     return QPointF(r.x() + r.width() * 0.5, r.y() + r.height() * 0.5);
 }
 
-void AbstractBaseItem::setPen(const QPen& pen)
-{
+void AbstractBaseItem::setPen(const QPen& pen) {
     m_pen = pen;
     m_label->setTextColor(pen.color());
 }
 
-void AbstractBaseItem::setFont(const QFont& font)
-{
+void AbstractBaseItem::setFont(const QFont& font) {
     m_font = font;
     m_label->setFont(font);
     m_label->setTextColor(m_pen.color());
 }
 
-void AbstractBaseItem::transmitFont(const QFont& font)
-{
+void AbstractBaseItem::transmitFont(const QFont& font) {
     m_font2 = font;
     for (HoverEventItem* grip : std::as_const(m_handgripItems))
         grip->setFont(font, m_pen.color());
@@ -105,49 +90,42 @@ void AbstractBaseItem::transmitFont(const QFont& font)
         m_handgripCentroid->setFont(font, m_pen.color());
 }
 
-void AbstractBaseItem::transmitFontColor(const QColor& color)
-{
+void AbstractBaseItem::transmitFontColor(const QColor& color) {
     for (HoverEventItem* grip : std::as_const(m_handgripItems))
         grip->setFontColor(color);
     if (m_handgripCentroid)
         m_handgripCentroid->setFontColor(color);
 }
 
-void AbstractBaseItem::setLockstate(const bool& state)
-{
+void AbstractBaseItem::setLockstate(const bool& state) {
     m_locked = state;
     lockunlockHandgrips(m_locked);
 }
 
-void AbstractBaseItem::forceSelection()
-{
+void AbstractBaseItem::forceSelection() {
     setFlag(ItemIsSelectable, true);
     setFlag(ItemIsMovable, !m_locked);
     setFocus(Qt::MouseFocusReason);
     setSelected(true);
 }
 
-void AbstractBaseItem::forceSelectionNoMove()
-{
+void AbstractBaseItem::forceSelectionNoMove() {
     setFlag(ItemIsSelectable, true);
     setFlag(ItemIsMovable, false);
     setFocus(Qt::MouseFocusReason);
     setSelected(true);
 }
 
-bool AbstractBaseItem::computeMesures(QList<AbstractBaseItem*>, void*)
-{
+bool AbstractBaseItem::computeMesures(QList<AbstractBaseItem*>, void*) {
     return false;
 }
 
-AbstractBaseItem::typModeEdition AbstractBaseItem::mouseRelease(QGraphicsSceneMouseEvent*)
-{
+AbstractBaseItem::typModeEdition AbstractBaseItem::mouseRelease(QGraphicsSceneMouseEvent*) {
     return m_modeEdition;
 }
 
 QAction* AbstractBaseItem::createMenuAction(QMenu* menu, const QIcon& icon, const QString& text, bool checked,
-                                            QActionGroup* group, const QVariant& data)
-{
+                                            QActionGroup* group, const QVariant& data) {
     QAction* action = menu->addAction(icon, text);
     action->setCheckable(true);
     action->setChecked(checked);
@@ -157,34 +135,28 @@ QAction* AbstractBaseItem::createMenuAction(QMenu* menu, const QIcon& icon, cons
     return action;
 }
 
-QTransform AbstractBaseItem::makeRotation(double angle, const QPointF& c)
-{
+QTransform AbstractBaseItem::makeRotation(double angle, const QPointF& c) {
     return QTransform().translate(c.x(), c.y()).rotate(angle, Qt::ZAxis).translate(-c.x(), -c.y());
 }
 
-QTransform AbstractBaseItem::makeRotation(double angle, const QRectF& r)
-{
+QTransform AbstractBaseItem::makeRotation(double angle, const QRectF& r) {
     return makeRotation(angle, QPointF(r.x() + r.width() * 0.5, r.y() + r.height() * 0.5));
 }
 
-void AbstractBaseItem::associate(AbstractBaseItem* item, void*)
-{
+void AbstractBaseItem::associate(AbstractBaseItem* item, void*) {
     if (item)
         m_linkName = item->getGUIDname();
 }
 
-void AbstractBaseItem::unassociate(AbstractBaseItem*, void*)
-{
+void AbstractBaseItem::unassociate(AbstractBaseItem*, void*) {
     m_linkName.clear();
 }
 
-void AbstractBaseItem::setLinkName(AbstractBaseItem*, QString& name)
-{
+void AbstractBaseItem::setLinkName(AbstractBaseItem*, QString& name) {
     m_linkName = name;
 }
 
-QVariant AbstractBaseItem::itemChange(GraphicsItemChange change, const QVariant& value)
-{
+QVariant AbstractBaseItem::itemChange(GraphicsItemChange change, const QVariant& value) {
     if (change == ItemSelectedHasChanged) {
         if (value.toBool())
             showHandgrips();
@@ -195,24 +167,21 @@ QVariant AbstractBaseItem::itemChange(GraphicsItemChange change, const QVariant&
     return value;
 }
 
-void AbstractBaseItem::computeGUID(const QString& name, int index)
-{
+void AbstractBaseItem::computeGUID(const QString& name, int index) {
     // A per-run identity: the address of a scratch copy of the name, offset by the index.
     const QByteArray bytes = name.toLatin1();
-    m_guid = static_cast<unsigned long>(reinterpret_cast<quintptr>(bytes.constData()) & 0xffffffffu)
-             + static_cast<unsigned long>((index + 1) % 100);
+    m_guid = static_cast<unsigned long>(reinterpret_cast<quintptr>(bytes.constData()) & 0xffffffffu) +
+             static_cast<unsigned long>((index + 1) % 100);
 }
 
-void AbstractBaseItem::copyDataTo(AbstractBaseItem* other)
-{
+void AbstractBaseItem::copyDataTo(AbstractBaseItem* other) {
     QDomDocument doc;
     QDomElement e = doc.createElement(QStringLiteral("dummy"));
     toXml(e);
     other->fromXml(e);
 }
 
-double AbstractBaseItem::distancePointToLine(QPointF p, QPointF a, QPointF b) const
-{
+double AbstractBaseItem::distancePointToLine(QPointF p, QPointF a, QPointF b) const {
     const double dx = b.x() - a.x();
     const double dy = b.y() - a.y();
     const double len = std::hypot(dx, dy);

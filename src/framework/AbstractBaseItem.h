@@ -34,9 +34,7 @@ public:
     Q_ENUM(typModeEdition)
 
     // Measure kinds: indices into both measure arrays.
-    enum MesureKind {
-        Centroid = 0, Dist1, Dist2, Ang1, Ang2, Aera, Perim, Rad1, Rad2, Diam, Cust, Reserved
-    };
+    enum MesureKind { Centroid = 0, Dist1, Dist2, Ang1, Ang2, Aera, Perim, Rad1, Rad2, Diam, Cust, Reserved };
     static constexpr int NoMesure = 100;
 
     AbstractBaseItem(QGraphicsItem* parent, int id, void* context);
@@ -191,7 +189,9 @@ signals:
 protected:
     static constexpr int MesuresCount = 12;
 
-    virtual bool computeMesures(AbstractBaseItem*, AbstractBaseItem*, AbstractBaseItem*, void*) { return false; }
+    virtual bool computeMesures(AbstractBaseItem*, AbstractBaseItem*, AbstractBaseItem*, void*) {
+        return false;
+    }
     virtual void commonPaintCentroidText(QPainter* painter);
     virtual void commonUpdateText();
     virtual void commonWriteXML(QDomElement& e) const;

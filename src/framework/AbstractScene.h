@@ -10,6 +10,7 @@ class GRAPHICSOBJECTS_EXPORT AbstractScene : public QGraphicsScene {
     Q_OBJECT
 public:
     explicit AbstractScene(QObject* parent = nullptr);
+    explicit AbstractScene(const QRectF& sceneRect, QObject* parent = nullptr);
 
     double horizontalZoom() const { return m_zoomX; }
     double verticalZoom() const { return m_zoomY; }

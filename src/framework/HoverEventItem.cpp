@@ -19,16 +19,14 @@ struct GripSettings {
     QColor frame = QColor(31, 197, 193);
 };
 
-GripSettings& settings()
-{
+GripSettings& settings() {
     static GripSettings s;
     return s;
 }
 
 constexpr double TwoPi = 6.283185307179586;
 
-QGradient gripGradient(int type, double size)
-{
+QGradient gripGradient(int type, double size) {
     QRadialGradient g(QPointF(0, 0), size);
     switch (type) {
     case HoverEventItem::Rotation:
@@ -50,8 +48,7 @@ QGradient gripGradient(int type, double size)
     return g;
 }
 
-QCursor gripCursor(int type)
-{
+QCursor gripCursor(int type) {
     switch (type) {
     case HoverEventItem::Move:
         return QCursor(Qt::CrossCursor);
@@ -70,8 +67,7 @@ QCursor gripCursor(int type)
 
 } // namespace
 
-void HoverEventItemSetup(QList<double> sizes, QList<QColor> colours)
-{
+void HoverEventItemSetup(QList<double> sizes, QList<QColor> colours) {
     if (!sizes.isEmpty() && std::isfinite(sizes.first()) && sizes.first() >= 1 && sizes.first() < 1000)
         settings().size = int(sizes.first());
     if (colours.size() > 0)
@@ -82,8 +78,7 @@ void HoverEventItemSetup(QList<double> sizes, QList<QColor> colours)
         settings().frame = colours[2];
 }
 
-int HoverEventItemSize()
-{
+int HoverEventItemSize() {
     return settings().size;
 }
 
@@ -94,8 +89,7 @@ HoverEventItem::HoverEventItem(QObject* owner, QGraphicsItem* parent, int id, in
     , m_text(new QGraphicsSimpleTextItem(m_frame))
     , m_font(QStringLiteral("Courier"), 12, QFont::Normal, false)
     , m_id(id)
-    , m_type(type)
-{
+    , m_type(type) {
     setAcceptHoverEvents(true);
     // Grips keep their pixel size at every zoom.
     setFlag(ItemIgnoresTransformations, true);
@@ -117,8 +111,7 @@ HoverEventItem::HoverEventItem(QObject* owner, QGraphicsItem* parent, int id, in
     setCursor(gripCursor(type));
 }
 
-void HoverEventItem::applyLook()
-{
+void HoverEventItem::applyLook() {
     const GripSettings& s = settings();
     QPen outline(m_lockstate ? QColor(150, 150, 150) : s.outline);
     outline.setCosmetic(true);
@@ -133,61 +126,52 @@ void HoverEventItem::applyLook()
     m_text->setBrush(s.text);
 }
 
-void HoverEventItem::setLockstate(const bool& state)
-{
+void HoverEventItem::setLockstate(const bool& state) {
     m_lockstate = state;
     applyLook();
 }
 
-void HoverEventItem::setFont(const QFont& font, const QColor& color)
-{
+void HoverEventItem::setFont(const QFont& font, const QColor& color) {
     m_font = font;
     m_text->setFont(font);
     m_text->setBrush(color);
 }
 
-void HoverEventItem::setFontColor(const QColor& color)
-{
+void HoverEventItem::setFontColor(const QColor& color) {
     m_text->setBrush(color);
 }
 
-void HoverEventItem::setTooltip(QString text, QPointF*)
-{
+void HoverEventItem::setTooltip(QString text, QPointF*) {
     m_text->setText(QLatin1Char(' ') + text);
 }
 
-QString HoverEventItem::tooltip() const
-{
+QString HoverEventItem::tooltip() const {
     return m_text->text();
 }
 
-bool HoverEventItem::isHighlighted() const
-{
+bool HoverEventItem::isHighlighted() const {
     return m_frame->isVisible();
 }
 
-double HoverEventItem::angleForPos(const QPointF& p, const QPointF& c)
-{
+double HoverEventItem::angleForPos(const QPointF& p, const QPointF& c) {
     const QPointF v = p - c;
     const double a = std::acos(v.x() / distanceToPoint(v));
     return v.y() > 0 ? TwoPi - a : a;
 }
 
-double HoverEventItem::distanceToPoint(const QPointF& v)
-{
+double HoverEventItem::distanceToPoint(const QPointF& v) {
     return std::sqrt(v.x() * v.x() + v.y() * v.y());
 }
 
-double HoverEventItem::applyRotation(const HoverEventItem* h, const QPointF& p, const QPointF& c, const QPointF& p0)
-{
+double HoverEventItem::applyRotation(const HoverEventItem* h, const QPointF& p, const QPointF& c,
+                                     const QPointF& p0) {
     if (!h || h->getType() != Rotation)
         return 0;
     return (angleForPos(p, c) - angleForPos(p0, c)) * 180 / M_PI;
 }
 
 QRectF HoverEventItem::applyTranslation(const HoverEventItem* h, const QRectF& r, const QPointF& scenePos,
-                                        const QGraphicsItem* item)
-{
+                                        const QGraphicsItem* item) {
     if (!h || h->getType() == Rotation)
         return r;
     const QPointF p = item ? item->mapFromScene(scenePos) : scenePos;
@@ -225,8 +209,7 @@ QRectF HoverEventItem::applyTranslation(const HoverEventItem* h, const QRectF& r
     return out;
 }
 
-QPointF HoverEventItem::positionOnRect(const QRectF& r, int position)
-{
+QPointF HoverEventItem::positionOnRect(const QRectF& r, int position) {
     const double x[3] = {r.x(), r.x() + r.width() * 0.5, r.x() + r.width()};
     const double y[3] = {r.y(), r.y() + r.height() * 0.5, r.y() + r.height()};
     static const int column[9] = {0, 1, 2, 0, 2, 0, 1, 2, 1};
@@ -236,24 +219,21 @@ QPointF HoverEventItem::positionOnRect(const QRectF& r, int position)
     return QPointF(x[column[position]], y[row[position]]);
 }
 
-void HoverEventItem::syncHandgrips(const QRectF& r, const QList<HoverEventItem*>& grips)
-{
+void HoverEventItem::syncHandgrips(const QRectF& r, const QList<HoverEventItem*>& grips) {
     for (HoverEventItem* grip : grips) {
         if (grip && !grip->lockstate() && grip->getId() >= 0 && grip->getId() <= Center)
             grip->setPos(positionOnRect(r, grip->getId()));
     }
 }
 
-void HoverEventItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget)
-{
+void HoverEventItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) {
     // The centroid grip carries the label; its square shows only while its item is selected or hovered.
     if (m_type == CentroidGrip && !m_hovered && !(parentItem() && parentItem()->isSelected()))
         return;
     QGraphicsPathItem::paint(painter, option, widget);
 }
 
-void HoverEventItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
-{
+void HoverEventItem::mousePressEvent(QGraphicsSceneMouseEvent* event) {
     if (m_lockstate || event->button() != Qt::LeftButton) {
         QGraphicsPathItem::mousePressEvent(event);
         return;
@@ -263,8 +243,7 @@ void HoverEventItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
     emit initPos(event->scenePos());
 }
 
-void HoverEventItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
-{
+void HoverEventItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event) {
     if (m_lockstate || !m_pressed) {
         QGraphicsPathItem::mouseMoveEvent(event);
         return;
@@ -272,8 +251,7 @@ void HoverEventItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
     emit moved(event->scenePos());
 }
 
-void HoverEventItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
-{
+void HoverEventItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event) {
     if (m_lockstate || event->button() != Qt::LeftButton) {
         QGraphicsPathItem::mouseReleaseEvent(event);
         return;
@@ -284,8 +262,7 @@ void HoverEventItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
         parentItem()->setFocus(Qt::OtherFocusReason);
 }
 
-void HoverEventItem::hoverEnterEvent(QGraphicsSceneHoverEvent* event)
-{
+void HoverEventItem::hoverEnterEvent(QGraphicsSceneHoverEvent* event) {
     m_hovered = true;
     m_frame->setVisible(true);
     m_text->setVisible(true);
@@ -293,8 +270,7 @@ void HoverEventItem::hoverEnterEvent(QGraphicsSceneHoverEvent* event)
     QGraphicsPathItem::hoverEnterEvent(event);
 }
 
-void HoverEventItem::hoverLeaveEvent(QGraphicsSceneHoverEvent* event)
-{
+void HoverEventItem::hoverLeaveEvent(QGraphicsSceneHoverEvent* event) {
     m_hovered = false;
     m_frame->setVisible(false);
     update();

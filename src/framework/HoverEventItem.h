@@ -19,7 +19,15 @@ public:
     enum Kind { Move = 0, ResizeHorizontal = 1, ResizeVertical = 2, Rotation = 3, CentroidGrip = 4 };
     // Positions on a rectangle, used as grip ids by syncHandgrips and applyTranslation.
     enum RectPosition {
-        TopLeft = 0, TopMiddle, TopRight, MiddleLeft, MiddleRight, BottomLeft, BottomMiddle, BottomRight, Center
+        TopLeft = 0,
+        TopMiddle,
+        TopRight,
+        MiddleLeft,
+        MiddleRight,
+        BottomLeft,
+        BottomMiddle,
+        BottomRight,
+        Center
     };
 
     HoverEventItem(QObject* owner, QGraphicsItem* parent, int id, int type);
@@ -40,7 +48,8 @@ public:
 
     static double angleForPos(const QPointF& p, const QPointF& c);
     static double distanceToPoint(const QPointF& v);
-    static double applyRotation(const HoverEventItem* h, const QPointF& p, const QPointF& c, const QPointF& p0);
+    static double applyRotation(const HoverEventItem* h, const QPointF& p, const QPointF& c,
+                                const QPointF& p0);
     static QRectF applyTranslation(const HoverEventItem* h, const QRectF& r, const QPointF& scenePos,
                                    const QGraphicsItem* item);
     static void syncHandgrips(const QRectF& r, const QList<HoverEventItem*>& grips);

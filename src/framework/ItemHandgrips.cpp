@@ -6,8 +6,7 @@
 
 #include <cmath>
 
-void AbstractBaseItem::setupCentroidHandgrip()
-{
+void AbstractBaseItem::setupCentroidHandgrip() {
     if (!m_handgripCentroid)
         m_handgripCentroid = new HoverEventItem(this, this, 0, HoverEventItem::CentroidGrip);
     if (!m_label)
@@ -16,40 +15,34 @@ void AbstractBaseItem::setupCentroidHandgrip()
     m_label->setFont(m_font);
 }
 
-void AbstractBaseItem::showHandgripCentroid()
-{
+void AbstractBaseItem::showHandgripCentroid() {
     if (m_handgripCentroid)
         m_handgripCentroid->setVisible(true);
 }
 
-void AbstractBaseItem::hideHandgripCentroid()
-{
+void AbstractBaseItem::hideHandgripCentroid() {
     if (m_handgripCentroid)
         m_handgripCentroid->setVisible(false);
 }
 
-void AbstractBaseItem::showHandgrips()
-{
+void AbstractBaseItem::showHandgrips() {
     for (HoverEventItem* grip : std::as_const(m_handgripItems))
         grip->setVisible(true);
 }
 
-void AbstractBaseItem::hideHandgrips()
-{
+void AbstractBaseItem::hideHandgrips() {
     for (HoverEventItem* grip : std::as_const(m_handgripItems))
         grip->setVisible(false);
 }
 
-void AbstractBaseItem::lockunlockHandgrips(bool lock)
-{
+void AbstractBaseItem::lockunlockHandgrips(bool lock) {
     for (HoverEventItem* grip : std::as_const(m_handgripItems)) {
         grip->setLockstate(lock);
         grip->setFlag(ItemIsMovable, lock);
     }
 }
 
-void AbstractBaseItem::updateHandgrips()
-{
+void AbstractBaseItem::updateHandgrips() {
     for (HoverEventItem* grip : std::as_const(m_handgripItems)) {
         connect(grip, &HoverEventItem::moved, this, &AbstractBaseItem::updatePoint, Qt::UniqueConnection);
         if (grip->getType() == HoverEventItem::Rotation) {
@@ -58,26 +51,26 @@ void AbstractBaseItem::updateHandgrips()
             connect(grip, &HoverEventItem::releasePos, this, &AbstractBaseItem::validRotationReferencePoint,
                     Qt::UniqueConnection);
         } else {
-            connect(grip, &HoverEventItem::initPos, this, &AbstractBaseItem::pressPoint, Qt::UniqueConnection);
-            connect(grip, &HoverEventItem::releasePos, this, &AbstractBaseItem::releasePoint, Qt::UniqueConnection);
+            connect(grip, &HoverEventItem::initPos, this, &AbstractBaseItem::pressPoint,
+                    Qt::UniqueConnection);
+            connect(grip, &HoverEventItem::releasePos, this, &AbstractBaseItem::releasePoint,
+                    Qt::UniqueConnection);
         }
     }
     hideHandgrips();
 }
 
-void AbstractBaseItem::insertPoint(int index, const QPointF& p, QList<QPointF>& points)
-{
+void AbstractBaseItem::insertPoint(int index, const QPointF& p, QList<QPointF>& points) {
     points.insert(qBound(0, index, int(points.size())), p);
 }
 
-void AbstractBaseItem::deletePoint(int index, QList<QPointF>& points)
-{
+void AbstractBaseItem::deletePoint(int index, QList<QPointF>& points) {
     if (index >= 0 && index < points.size())
         points.removeAt(index);
 }
 
-bool AbstractBaseItem::isPointSelected(const QPointF& p, QList<QPointF>& points, int& index, double tolerance)
-{
+bool AbstractBaseItem::isPointSelected(const QPointF& p, QList<QPointF>& points, int& index,
+                                       double tolerance) {
     for (int i = 0; i < points.size(); ++i) {
         const double dx = points[i].x() - p.x();
         const double dy = points[i].y() - p.y();
@@ -90,8 +83,7 @@ bool AbstractBaseItem::isPointSelected(const QPointF& p, QList<QPointF>& points,
     return false;
 }
 
-bool AbstractBaseItem::createPointIfNeeded(const QPointF& p, QList<QPointF>& points, bool closed)
-{
+bool AbstractBaseItem::createPointIfNeeded(const QPointF& p, QList<QPointF>& points, bool closed) {
     const int n = points.size();
     if (n < 2)
         return false;
@@ -103,10 +95,10 @@ bool AbstractBaseItem::createPointIfNeeded(const QPointF& p, QList<QPointF>& poi
             continue;
         const double dx = b.x() - a.x();
         const double dy = b.y() - a.y();
-        const float distance = float(std::abs((p.x() - a.x()) * dy - (p.y() - a.y()) * dx))
-                               / std::sqrt(float(dx * dx + dy * dy));
+        const float distance = float(std::abs((p.x() - a.x()) * dy - (p.y() - a.y()) * dx)) /
+                               std::sqrt(float(dx * dx + dy * dy));
         if (distance < 10.0f) {
-            insertPoint(i + 1, p, points);
+            insertPoint((i + 1) % n, p, points);
             return true;
         }
     }

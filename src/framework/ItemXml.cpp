@@ -8,20 +8,17 @@
 
 namespace {
 
-int intAttribute(const QDomElement& e, const QString& key)
-{
+int intAttribute(const QDomElement& e, const QString& key) {
     return e.attribute(key).toInt(nullptr, 10);
 }
 
-QString mesureKey(const char* pattern, int i)
-{
+QString mesureKey(const char* pattern, int i) {
     return QString::asprintf(pattern, i);
 }
 
 } // namespace
 
-void AbstractBaseItem::commonWriteXML(QDomElement& e) const
-{
+void AbstractBaseItem::commonWriteXML(QDomElement& e) const {
     e.setAttribute(QStringLiteral("guidname"), m_guidName);
     e.setAttribute(QStringLiteral("locked"), m_locked ? 1 : 0);
     e.setAttribute(QStringLiteral("generated"), m_generated ? 1 : 0);
@@ -36,37 +33,37 @@ void AbstractBaseItem::commonWriteXML(QDomElement& e) const
         e.setAttribute(QStringLiteral("textPos"), variantToString(m_label->pos()));
 }
 
-void AbstractBaseItem::commonReadXML(const QDomElement& e)
-{
+void AbstractBaseItem::commonReadXML(const QDomElement& e) {
     m_guidName = e.attribute(QStringLiteral("guidname"));
     m_locked = intAttribute(e, QStringLiteral("locked")) != 0;
     m_generated = intAttribute(e, QStringLiteral("generated")) != 0;
     m_textusage = intAttribute(e, QStringLiteral("textuse")) != 0;
     m_mesureIndex = intAttribute(e, QStringLiteral("mesureIndex"));
 
-    const QColor color = stringToVariant(e.attribute(QStringLiteral("color")), QMetaType::QColor).value<QColor>();
+    const QColor color =
+        stringToVariant(e.attribute(QStringLiteral("color")), QMetaType::QColor).value<QColor>();
     const int width = intAttribute(e, QStringLiteral("width"));
     const int style = intAttribute(e, QStringLiteral("style"));
     // Styles outside Qt's range would make the pen unusable; they draw nothing, as a missing style does.
-    const Qt::PenStyle penStyle = style >= Qt::NoPen && style <= Qt::CustomDashLine ? Qt::PenStyle(style) : Qt::NoPen;
+    const Qt::PenStyle penStyle =
+        style >= Qt::NoPen && style <= Qt::CustomDashLine ? Qt::PenStyle(style) : Qt::NoPen;
     m_pen = QPen(QBrush(color, Qt::SolidPattern), qMax(0, width), penStyle, Qt::RoundCap, Qt::RoundJoin);
 
     m_font = stringToVariant(e.attribute(QStringLiteral("font1")), QMetaType::QFont).value<QFont>();
     m_font2 = stringToVariant(e.attribute(QStringLiteral("font2")), QMetaType::QFont).value<QFont>();
     if (m_label)
-        m_label->setPos(stringToVariant(e.attribute(QStringLiteral("textPos")), QMetaType::QPointF).toPointF());
+        m_label->setPos(
+            stringToVariant(e.attribute(QStringLiteral("textPos")), QMetaType::QPointF).toPointF());
 }
 
-void AbstractBaseItem::commonMesuresWriteXML(QDomElement& e) const
-{
+void AbstractBaseItem::commonMesuresWriteXML(QDomElement& e) const {
     for (int i = 0; i < MesuresCount; ++i)
         e.setAttribute(mesureKey("mesure%i", i), variantToString(m_mesure[i]));
     for (int i = 0; i < MesuresCount; ++i)
         e.setAttribute(mesureKey("mesureP%i", i), variantToString(m_mesureP[i]));
 }
 
-void AbstractBaseItem::commonMesuresReadXML(const QDomElement& e)
-{
+void AbstractBaseItem::commonMesuresReadXML(const QDomElement& e) {
     for (int i = 0; i < MesuresCount; ++i)
         m_mesure[i] = e.attribute(mesureKey("mesure%i", i)).toDouble();
     for (int i = 0; i < MesuresCount; ++i)

@@ -3,18 +3,15 @@
 #include <QBrush>
 
 SimpleTextItem::SimpleTextItem(QGraphicsItem* parent)
-    : QGraphicsSimpleTextItem(parent)
-{
+    : QGraphicsSimpleTextItem(parent) {
     setFlag(ItemIsMovable, true);
     setFlag(ItemIsSelectable, true);
 }
 
-void SimpleTextItem::setTextColor(const QColor& color)
-{
+void SimpleTextItem::setTextColor(const QColor& color) {
     setBrush(QBrush(color));
 }
 
-QColor SimpleTextItem::textColor() const
-{
+QColor SimpleTextItem::textColor() const {
     return brush().color();
 }

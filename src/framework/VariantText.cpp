@@ -16,24 +16,20 @@
 
 namespace {
 
-QString g6(double v)
-{
+QString g6(double v) {
     return QString::number(v, 'g', 6);
 }
 
-QString pointText(double x, double y)
-{
+QString pointText(double x, double y) {
     return QStringLiteral("%1x%2").arg(g6(x), g6(y));
 }
 
-QString rectText(const QRectF& r)
-{
+QString rectText(const QRectF& r) {
     return QStringLiteral("%1x%2 %3x%4").arg(g6(r.x()), g6(r.y()), g6(r.width()), g6(r.height()));
 }
 
 // A coordinate that does not read as a finite number reads as 0: scenes cannot hold the others.
-double coordinate(const QString& text)
-{
+double coordinate(const QString& text) {
     bool ok = false;
     const double v = text.toDouble(&ok);
     return ok && std::isfinite(v) ? v : 0.0;
@@ -41,8 +37,7 @@ double coordinate(const QString& text)
 
 } // namespace
 
-QString variantToString(const QVariant& value)
-{
+QString variantToString(const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::UnknownType:
         return QStringLiteral("<empty>");
@@ -95,8 +90,7 @@ QString variantToString(const QVariant& value)
     }
 }
 
-QVariant stringToVariant(const QString& text, QMetaType::Type type, bool* ok)
-{
+QVariant stringToVariant(const QString& text, QMetaType::Type type, bool* ok) {
     if (ok)
         *ok = true;
     if (text.isEmpty())
@@ -104,12 +98,14 @@ QVariant stringToVariant(const QString& text, QMetaType::Type type, bool* ok)
 
     if (type == QMetaType::QPointF || type == QMetaType::QRectF) {
         static const QRegularExpression rectSeparators(QStringLiteral("\\s+|x"));
-        const QStringList parts = type == QMetaType::QPointF ? text.split(QLatin1Char('x'), Qt::KeepEmptyParts)
-                                                              : text.split(rectSeparators, Qt::KeepEmptyParts);
+        const QStringList parts = type == QMetaType::QPointF
+                                      ? text.split(QLatin1Char('x'), Qt::KeepEmptyParts)
+                                      : text.split(rectSeparators, Qt::KeepEmptyParts);
         if (type == QMetaType::QPointF && parts.size() == 2)
             return QPointF(coordinate(parts[0]), coordinate(parts[1]));
         if (type == QMetaType::QRectF && parts.size() == 4)
-            return QRectF(coordinate(parts[0]), coordinate(parts[1]), coordinate(parts[2]), coordinate(parts[3]));
+            return QRectF(coordinate(parts[0]), coordinate(parts[1]), coordinate(parts[2]),
+                          coordinate(parts[3]));
         if (ok)
             *ok = false;
         return QVariant();

@@ -10,4 +10,5 @@
 // colours "#rrggbb", fonts in Qt's description text.
 GRAPHICSOBJECTS_EXPORT QString variantToString(const QVariant& value);
 // The reverse of variantToString. An empty text gives an invalid variant (with success).
-GRAPHICSOBJECTS_EXPORT QVariant stringToVariant(const QString& text, QMetaType::Type type, bool* ok = nullptr);
+GRAPHICSOBJECTS_EXPORT QVariant stringToVariant(const QString& text, QMetaType::Type type,
+                                                bool* ok = nullptr);

@@ -6,48 +6,41 @@
 #include <QPainter>
 
 TestItem::TestItem(QGraphicsItem* parent, int id, void* context)
-    : AbstractBaseItem(parent, id, context)
-{
+    : AbstractBaseItem(parent, id, context) {
     m_type = QStringLiteral("TestItem");
     computeGUID(m_type, id);
 }
 
-AbstractBaseItem* TestItem::clone(int id)
-{
+AbstractBaseItem* TestItem::clone(int id) {
     auto* item = new TestItem(nullptr, id, nullptr);
     copyDataTo(item);
     return item;
 }
 
-bool TestItem::toXml(QDomElement& e) const
-{
+bool TestItem::toXml(QDomElement& e) const {
     commonWriteXML(e);
     commonMesuresWriteXML(e);
     return true;
 }
 
-bool TestItem::fromXml(const QDomElement& e)
-{
+bool TestItem::fromXml(const QDomElement& e) {
     commonReadXML(e);
     commonMesuresReadXML(e);
     return true;
 }
 
-void TestItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
-{
+void TestItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
     const QPen before = painter->pen();
     commonPaintCentroidText(painter);
     if (painter->pen() != before)
         ++m_leaderLines;
 }
 
-void TestItem::setMesure(int i, double calibrated, double pixels)
-{
+void TestItem::setMesure(int i, double calibrated, double pixels) {
     m_mesure[i] = calibrated;
     m_mesureP[i] = pixels;
 }
 
-void TestItem::addGrip(int id, int kind)
-{
+void TestItem::addGrip(int id, int kind) {
     m_handgripItems.append(new HoverEventItem(this, this, id, kind));
 }

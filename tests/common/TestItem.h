@@ -13,13 +13,13 @@ public:
     long mesuresFlag() const override { return 5; }
     void mouseMove(QGraphicsSceneMouseEvent*) override {}
     void mousePress(QGraphicsSceneMouseEvent*) override {}
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override
-    {
+    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override {
         return AbstractBaseItem::mouseRelease(event);
     }
     bool toXml(QDomElement& e) const override;
     bool fromXml(const QDomElement& e) override;
     QRectF boundingRect() const override { return QRectF(0, 0, 100, 50); }
+    QPointF centroid() override { return boundingRect().center(); }
     void paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) override;
 
     // Test access to the protected parts of the base.

@@ -1,0 +1,243 @@
+#include "AbstractScene.h"
+#include "HoverEventItem.h"
+#include "TestItem.h"
+
+#include <QGraphicsView>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cmath>
+
+class TestHandgrips : public QObject {
+    Q_OBJECT
+private slots:
+    void angleForPos_data();
+    void angleForPos();
+    void applyRotationOnlyForRotationGrips();
+    void applyTranslation_data();
+    void applyTranslation();
+    void syncHandgripsSkipsLockedGrips();
+    void setupTruncatesSize();
+    void isPointSelectedTakesTheLowestIndex();
+    void createPointIfNeeded_data();
+    void createPointIfNeeded();
+    void dragEmitsAndReachesTheItem();
+    void lockedGripEmitsNothing();
+    void gripKeepsItsSizeOnScreen();
+    void hoverHighlights();
+};
+
+void TestHandgrips::angleForPos_data() {
+    QTest::addColumn<QPointF>("p");
+    QTest::addColumn<double>("expected");
+    QTest::newRow("right") << QPointF(1, 0) << 0.0;
+    QTest::newRow("below (y down)") << QPointF(0, 1) << 3 * M_PI / 2;
+    QTest::newRow("above") << QPointF(0, -1) << M_PI / 2;
+    QTest::newRow("left") << QPointF(-2, 0) << M_PI;
+    QTest::newRow("upper right") << QPointF(1, -1) << M_PI / 4;
+}
+
+void TestHandgrips::angleForPos() {
+    QFETCH(QPointF, p);
+    QFETCH(double, expected);
+    QVERIFY(qAbs(HoverEventItem::angleForPos(p, QPointF(0, 0)) - expected) < 1e-12);
+    QVERIFY(qAbs(HoverEventItem::angleForPos(p + QPointF(5, 7), QPointF(5, 7)) - expected) < 1e-12);
+}
+
+void TestHandgrips::applyRotationOnlyForRotationGrips() {
+    HoverEventItem rotation(nullptr, nullptr, 0, HoverEventItem::Rotation);
+    HoverEventItem corner(nullptr, nullptr, 0, HoverEventItem::Move);
+    const QPointF c(0, 0);
+    QVERIFY(qAbs(HoverEventItem::applyRotation(&rotation, QPointF(0, -1), c, QPointF(1, 0)) - 90) < 1e-9);
+    QCOMPARE(HoverEventItem::applyRotation(&corner, QPointF(0, -1), c, QPointF(1, 0)), 0.0);
+    QCOMPARE(HoverEventItem::applyRotation(nullptr, QPointF(0, -1), c, QPointF(1, 0)), 0.0);
+}
+
+void TestHandgrips::applyTranslation_data() {
+    QTest::addColumn<int>("id");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QPointF>("to");
+    QTest::addColumn<QRectF>("expected");
+    const QRectF r(10, 20, 100, 50);
+    QTest::newRow("top-left") << 0 << 0 << QPointF(0, 0) << QRectF(0, 0, 110, 70);
+    QTest::newRow("top-middle") << 1 << 2 << QPointF(99, 30) << QRectF(10, 30, 100, 40);
+    QTest::newRow("top-right") << 2 << 0 << QPointF(120, 10) << QRectF(10, 10, 110, 60);
+    QTest::newRow("middle-left") << 3 << 1 << QPointF(20, 99) << QRectF(20, 20, 90, 50);
+    QTest::newRow("middle-right") << 4 << 1 << QPointF(60, 99) << QRectF(10, 20, 50, 50);
+    QTest::newRow("middle-right past left edge") << 4 << 1 << QPointF(0, 99) << QRectF(10, 20, -10, 50);
+    QTest::newRow("bottom-left") << 5 << 0 << QPointF(0, 100) << QRectF(0, 20, 110, 80);
+    QTest::newRow("bottom-middle") << 6 << 2 << QPointF(99, 40) << QRectF(10, 20, 100, 20);
+    QTest::newRow("bottom-right") << 7 << 0 << QPointF(50, 50) << QRectF(10, 20, 40, 30);
+    QTest::newRow("centre leaves it") << 8 << 0 << QPointF(0, 0) << r;
+    QTest::newRow("rotation grip leaves it") << 7 << 3 << QPointF(0, 0) << r;
+}
+
+void TestHandgrips::applyTranslation() {
+    QFETCH(int, id);
+    QFETCH(int, kind);
+    QFETCH(QPointF, to);
+    QFETCH(QRectF, expected);
+    HoverEventItem grip(nullptr, nullptr, id, kind);
+    QCOMPARE(HoverEventItem::applyTranslation(&grip, QRectF(10, 20, 100, 50), to, nullptr), expected);
+    // The scene position is mapped into the item's coordinates first.
+    QGraphicsRectItem moved;
+    moved.setPos(5, 5);
+    QCOMPARE(HoverEventItem::applyTranslation(&grip, QRectF(10, 20, 100, 50), to + QPointF(5, 5), &moved),
+             expected);
+}
+
+void TestHandgrips::syncHandgripsSkipsLockedGrips() {
+    QList<HoverEventItem*> grips;
+    for (int id = 0; id <= 8; ++id)
+        grips << new HoverEventItem(nullptr, nullptr, id, 0);
+    grips[7]->setLockstate(true);
+    grips[7]->setPos(-1, -1);
+    HoverEventItem::syncHandgrips(QRectF(0, 0, 100, 40), grips);
+    const QList<QPointF> expected = {{0, 0},  {50, 0},  {100, 0}, {0, 20}, {100, 20},
+                                     {0, 40}, {50, 40}, {-1, -1}, {50, 20}};
+    for (int id = 0; id <= 8; ++id)
+        QCOMPARE(grips[id]->pos(), expected[id]);
+    qDeleteAll(grips);
+}
+
+void TestHandgrips::setupTruncatesSize() {
+    HoverEventItemSetup({7.9}, {Qt::black, Qt::white, Qt::green});
+    QCOMPARE(HoverEventItemSize(), 7);
+    HoverEventItem grip(nullptr, nullptr, 0, 0);
+    QCOMPARE(grip.path().boundingRect().size(), QSizeF(7, 7));
+    HoverEventItemSetup({10}, {});
+}
+
+void TestHandgrips::isPointSelectedTakesTheLowestIndex() {
+    TestItem item;
+    QList<QPointF> points = {{100, 100}, {3, 4}, {0, 1}};
+    int index = -1;
+    QVERIFY(item.isPointSelected(QPointF(0, 0), points, index, 5.5));
+    QCOMPARE(index, 1);
+    QVERIFY(!item.isPointSelected(QPointF(0, 0), points, index, 1.0));
+    QVERIFY(item.isPointSelected(QPointF(0, 0), points, index, 1.0001));
+    QCOMPARE(index, 2);
+}
+
+void TestHandgrips::createPointIfNeeded_data() {
+    QTest::addColumn<QPointF>("p");
+    QTest::addColumn<bool>("closed");
+    QTest::addColumn<int>("insertedAt");
+    // The segment (0,0)-(100,100): distance 10 is exactly 10 / sqrt(2) along both axes.
+    const double d = 10.0 / std::sqrt(2.0);
+    QTest::newRow("exactly 10 away") << QPointF(50 + d, 50 - d) << false << -1;
+    QTest::newRow("9.99 away") << QPointF(50 + 9.99 / std::sqrt(2.0), 50 - 9.99 / std::sqrt(2.0)) << false
+                               << 1;
+    QTest::newRow("on the second segment") << QPointF(150, 75) << false << 2;
+    QTest::newRow("closing segment ignored when open") << QPointF(100, 26) << false << -1;
+    QTest::newRow("closing segment inserts before the first point") << QPointF(100, 26) << true << 0;
+}
+
+void TestHandgrips::createPointIfNeeded() {
+    QFETCH(QPointF, p);
+    QFETCH(bool, closed);
+    QFETCH(int, insertedAt);
+    TestItem item;
+    QList<QPointF> points = {{0, 0}, {100, 100}, {200, 50}};
+    QCOMPARE(item.createPointIfNeeded(p, points, closed), insertedAt >= 0);
+    if (insertedAt >= 0) {
+        QCOMPARE(points.size(), 4);
+        QCOMPARE(points[insertedAt], p);
+    } else {
+        QCOMPARE(points.size(), 3);
+    }
+    // Axis-parallel segments have empty bounding rectangles and take no point.
+    QList<QPointF> flat = {{0, 0}, {100, 0}};
+    QVERIFY(!item.createPointIfNeeded(QPointF(50, 0), flat, false));
+    QList<QPointF> single = {{0, 0}};
+    QVERIFY(!item.createPointIfNeeded(QPointF(0, 0), single, true));
+}
+
+void TestHandgrips::dragEmitsAndReachesTheItem() {
+    AbstractScene scene(QRectF(0, 0, 400, 300));
+    QGraphicsView view(&scene);
+    view.setFixedSize(420, 320);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    auto* item = new TestItem;
+    scene.addItem(item);
+    item->addGrip(0, HoverEventItem::Move);
+    item->updateHandgrips();
+    HoverEventItem* grip = item->handgripItems().first();
+    grip->setPos(100, 100);
+    item->forceSelection();
+
+    QSignalSpy init(grip, &HoverEventItem::initPos);
+    QSignalSpy moved(grip, &HoverEventItem::moved);
+    QSignalSpy release(grip, &HoverEventItem::releasePos);
+    const QPoint start = view.mapFromScene(100, 100);
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, start);
+    QTest::mouseMove(view.viewport(), start + QPoint(10, 5));
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, start + QPoint(10, 5));
+    QCOMPARE(init.count(), 1);
+    QCOMPARE(init.first().first().toPointF(), view.mapToScene(start));
+    QVERIFY(moved.count() >= 1);
+    QCOMPARE(moved.last().first().toPointF(), view.mapToScene(start + QPoint(10, 5)));
+    QCOMPARE(release.count(), 1);
+    QCOMPARE(item->pressed, 1);
+    QCOMPARE(item->updated, moved.count());
+    QCOMPARE(item->released, 1);
+}
+
+void TestHandgrips::lockedGripEmitsNothing() {
+    AbstractScene scene(QRectF(0, 0, 400, 300));
+    QGraphicsView view(&scene);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    auto* item = new TestItem;
+    scene.addItem(item);
+    item->addGrip(0, HoverEventItem::Move);
+    item->updateHandgrips();
+    item->forceSelection();
+    HoverEventItem* grip = item->handgripItems().first();
+    grip->setPos(200, 150);
+    item->setLockstate(true);
+    QSignalSpy init(grip, &HoverEventItem::initPos);
+    QSignalSpy moved(grip, &HoverEventItem::moved);
+    QSignalSpy release(grip, &HoverEventItem::releasePos);
+    const QPoint at = view.mapFromScene(200, 150);
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseMove(view.viewport(), at + QPoint(8, 8));
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, at + QPoint(8, 8));
+    QCOMPARE(init.count() + moved.count() + release.count(), 0);
+}
+
+void TestHandgrips::gripKeepsItsSizeOnScreen() {
+    AbstractScene scene(QRectF(0, 0, 400, 300));
+    QGraphicsView view(&scene);
+    auto* item = new TestItem;
+    scene.addItem(item);
+    item->addGrip(0, HoverEventItem::Move);
+    HoverEventItem* grip = item->handgripItems().first();
+    grip->setPos(50, 50);
+    const int size = HoverEventItemSize();
+    for (double zoom : {0.25, 1.0, 4.0}) {
+        view.setTransform(QTransform::fromScale(zoom, zoom));
+        const QRectF onScreen =
+            grip->deviceTransform(view.viewportTransform()).mapRect(grip->path().boundingRect());
+        QCOMPARE(onScreen.width(), double(size));
+    }
+}
+
+void TestHandgrips::hoverHighlights() {
+    AbstractScene scene(QRectF(0, 0, 400, 300));
+    QGraphicsView view(&scene);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    auto* grip = new HoverEventItem(nullptr, nullptr, 0, HoverEventItem::Move);
+    scene.addItem(grip);
+    grip->setPos(100, 100);
+    QVERIFY(!grip->isHighlighted());
+    QTest::mouseMove(view.viewport(), view.mapFromScene(100, 100));
+    QTRY_VERIFY(grip->isHighlighted());
+    QTest::mouseMove(view.viewport(), view.mapFromScene(300, 250));
+    QTRY_VERIFY(!grip->isHighlighted());
+}
+
+QTEST_MAIN(TestHandgrips)
+#include "tst_handgrips.moc"

@@ -1,0 +1,194 @@
+#include "AbstractScene.h"
+#include "HoverEventItem.h"
+#include "SimpleTextItem.h"
+#include "TestItem.h"
+
+#include <QGraphicsView>
+#include <QImage>
+#include <QPainter>
+#include <QTest>
+
+class TestMeasures : public QObject {
+    Q_OBJECT
+private slots:
+    void formatTextMesure_data();
+    void formatTextMesure();
+    void mesure2QString_data();
+    void mesure2QString();
+    void pixelTextUsesThePixelArray();
+    void calibratedDistancesUseThePixelArray();
+    void labelFollowsTextUsage();
+    void leaderLine_data();
+    void leaderLine();
+};
+
+namespace {
+Calibration calibration(const QString& unit, int decimals, double factor = 1.0) {
+    Calibration c;
+    c.unitName = unit;
+    c.decimals = decimals;
+    c.factor = factor;
+    return c;
+}
+} // namespace
+
+void TestMeasures::formatTextMesure_data() {
+    QTest::addColumn<int>("index");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<int>("decimals");
+    QTest::addColumn<QString>("unit");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("centroid has no number") << 0 << 3.0 << 2 << "mm"
+                                            << "centroid:";
+    QTest::newRow("distance with unit") << 1 << 12.5 << 2 << "mm"
+                                        << "dist1:12.50*mm";
+    QTest::newRow("second distance, micrometres") << 2 << 0.5 << 3 << "µm"
+                                                  << "dist2:0.500*µm";
+    QTest::newRow("angle without unit") << 3 << 45.0 << 1 << "mm"
+                                        << "ang1:45.0";
+    QTest::newRow("second angle") << 4 << -30.25 << 2 << "mm"
+                                  << "ang2:-30.25";
+    QTest::newRow("area without unit") << 5 << 100.0 << 2 << "mm"
+                                       << "aera:100.00";
+    QTest::newRow("perimeter") << 6 << 40.0 << 2 << "cm"
+                               << "perim:40.00*cm";
+    QTest::newRow("radius") << 7 << 1.0 << 3 << "mm"
+                            << "rad1:1.000*mm";
+    QTest::newRow("second radius") << 8 << 2.0 << 0 << "mm"
+                                   << "rad2:2*mm";
+    QTest::newRow("diameter rounds") << 9 << 2.346 << 2 << "in"
+                                     << "diam:2.35*in";
+    QTest::newRow("custom") << 10 << 7.0 << 1 << "mm"
+                            << "cust:7.0";
+    QTest::newRow("reserved is never printed") << 11 << 7.0 << 2 << "mm"
+                                               << "";
+    QTest::newRow("negative index") << -1 << 7.0 << 2 << "mm"
+                                    << "";
+    QTest::newRow("no measure") << 100 << 7.0 << 2 << "mm"
+                                << "";
+}
+
+void TestMeasures::formatTextMesure() {
+    QFETCH(int, index);
+    QFETCH(double, value);
+    QFETCH(int, decimals);
+    QFETCH(QString, unit);
+    QFETCH(QString, expected);
+    TestItem item;
+    item.setCalibration(calibration(unit, decimals));
+    if (index >= 0 && index < 12)
+        item.setMesure(index, value, -1);
+    QCOMPARE(item.formatTextMesure(index), expected);
+    QCOMPARE(item.mesureIndexToName(index, value), expected);
+}
+
+void TestMeasures::mesure2QString_data() {
+    QTest::addColumn<int>("index");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("area without unit") << 5 << 100.0 << "100.00";
+    QTest::newRow("perimeter with unit") << 6 << 40.0 << "40.00*mm";
+    QTest::newRow("angle") << 3 << 90.0 << "90.00";
+    QTest::newRow("centroid is empty") << 0 << 1.0 << "";
+    QTest::newRow("reserved is empty although stored") << 11 << 5.0 << "";
+    QTest::newRow("negative is empty") << -1 << 5.0 << "";
+}
+
+void TestMeasures::mesure2QString() {
+    QFETCH(int, index);
+    QFETCH(double, value);
+    QFETCH(QString, expected);
+    TestItem item;
+    if (index >= 0)
+        item.setMesure(index, value, 0);
+    QCOMPARE(item.mesure2QString(index), expected);
+    QCOMPARE(item.accessmesure(11), index == 11 ? value : 0.0);
+}
+
+void TestMeasures::pixelTextUsesThePixelArray() {
+    TestItem item;
+    item.setCalibration(calibration("mm", 1, 0.5));
+    item.setMesure(1, 5, 10);
+    QCOMPARE(item.formatTextMesure(1), QString("dist1:5.0*mm"));
+    QCOMPARE(item.formatTextMesureP(1), QString("dist1:10.0*mm"));
+}
+
+void TestMeasures::calibratedDistancesUseThePixelArray() {
+    TestItem item;
+    item.setCalibration(calibration("mm", 2, 0.25));
+    item.setMesure(1, 999, 40);
+    item.setMesure(2, 999, 8);
+    QCOMPARE(item.calibratedDistance1(), 10.0);
+    QCOMPARE(item.calibratedDistance2(), 2.0);
+    QCOMPARE(item.calibrateValue(4), 1.0);
+    QCOMPARE(item.uncalibrateValue(1), 4.0);
+    Calibration zero = calibration("mm", 2, 0);
+    item.setCalibration(zero);
+    QVERIFY(qIsInf(item.uncalibrateValue(1)));
+}
+
+void TestMeasures::labelFollowsTextUsage() {
+    TestItem item;
+    item.setMesure(1, 3, 3);
+    item.setMesureIndex(1);
+    item.commonUpdateText();
+    QCOMPARE(item.label()->text(), QString("dist1:3.00*mm"));
+    QVERIFY(item.label()->isVisible());
+    item.setTextUsage(false);
+    item.setMesure(1, 4, 4);
+    item.label()->setVisible(false);
+    item.commonUpdateText();
+    QCOMPARE(item.label()->text(), QString("dist1:3.00*mm"));
+    QVERIFY(!item.label()->isVisible());
+}
+
+void TestMeasures::leaderLine_data() {
+    QTest::addColumn<double>("zoomX");
+    QTest::addColumn<double>("zoomY");
+    QTest::addColumn<bool>("verticalInForce");
+    QTest::addColumn<bool>("drawn");
+    QTest::newRow("0.8 is too small") << 0.8 << 1.0 << false << false;
+    QTest::newRow("0.9 inclusive") << 0.9 << 1.0 << false << true;
+    QTest::newRow("1.25 inclusive") << 1.25 << 1.0 << false << true;
+    QTest::newRow("1.3 is too large") << 1.3 << 1.0 << false << false;
+    QTest::newRow("vertical ignored unless in force") << 1.0 << 3.0 << false << true;
+    QTest::newRow("vertical 1.3 in force") << 1.0 << 1.3 << true << false;
+    QTest::newRow("vertical 0.9 in force") << 1.0 << 0.9 << true << true;
+}
+
+void TestMeasures::leaderLine() {
+    QFETCH(double, zoomX);
+    QFETCH(double, zoomY);
+    QFETCH(bool, verticalInForce);
+    QFETCH(bool, drawn);
+    AbstractScene scene(QRectF(0, 0, 400, 300));
+    scene.setZoomFactors(zoomX, zoomY);
+    scene.setVerticalZoomInForce(verticalInForce);
+    auto* item = new TestItem;
+    scene.addItem(item);
+    item->setupCentroidHandgrip();
+    item->setMesure(1, 2, 2);
+    item->setMesureIndex(1);
+    item->commonUpdateText();
+    item->handgripCentroid()->setPos(300, 200); // the label lies far from the centroid (50, 25)
+
+    QImage image(400, 300, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    scene.render(&painter, QRectF(0, 0, 400, 300), QRectF(0, 0, 400, 300));
+    painter.end();
+    QCOMPARE(item->leaderLinesPainted() > 0, drawn);
+
+    // A label over the centroid needs no leader.
+    if (drawn) {
+        item->handgripCentroid()->setPos(item->centroid() - item->label()->boundingRect().center());
+        QImage again(400, 300, QImage::Format_ARGB32_Premultiplied);
+        QPainter p2(&again);
+        const int before = item->leaderLinesPainted();
+        scene.render(&p2, QRectF(0, 0, 400, 300), QRectF(0, 0, 400, 300));
+        QCOMPARE(item->leaderLinesPainted(), before);
+    }
+}
+
+QTEST_MAIN(TestMeasures)
+#include "tst_measures.moc"
