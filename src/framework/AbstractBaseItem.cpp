@@ -7,7 +7,9 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QCursor>
 #include <QDomDocument>
+#include <QGraphicsSceneContextMenuEvent>
 #include <QMenu>
 
 #include <cmath>
@@ -64,6 +66,36 @@ void AbstractBaseItem::setCommonParams(QString key, QVariant& value) {
 
 QString AbstractBaseItem::getSimpleHELP() {
     return tr("no help");
+}
+
+void AbstractBaseItem::edit() {
+    if (m_previewed)
+        return;
+    QMenu menu;
+    fillEditMenu(&menu);
+    if (menu.isEmpty())
+        return;
+    if (QAction* chosen = menu.exec(QCursor::pos()))
+        applyEditMenu(chosen->data().toInt());
+}
+
+void AbstractBaseItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event) {
+    if (m_previewed)
+        return;
+    QMenu menu;
+    fillContextMenu(&menu);
+    if (menu.isEmpty())
+        return;
+    if (QAction* chosen = menu.exec(event->screenPos()))
+        applyContextMenu(chosen->data().toInt());
+}
+
+void AbstractBaseItem::chooseMesure(int index, const QString& commonKey) {
+    m_mesureIndex = index;
+    QVariant value = index;
+    setCommonParams(commonKey, value);
+    commonUpdateText();
+    emit mesureChanged(this);
 }
 
 QPointF AbstractBaseItem::centroid() {

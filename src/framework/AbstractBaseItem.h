@@ -112,7 +112,7 @@ public:
     virtual void setGUIDname(const QString& name) { m_guidName = name; }
     virtual void setGUID(const unsigned long& guid) { m_guid = guid; }
     virtual QString getSimpleHELP();
-    virtual void edit() {}
+    virtual void edit();
     virtual void subEdit() {}
     virtual QPointF centroid();
     virtual void setForcePainting() {}
@@ -166,6 +166,14 @@ public:
     virtual QTransform makeRotation(double angle, const QRectF& r);
     virtual QPainterPath createPath(QRectF) { return QPainterPath(); }
 
+    // Menus are built and applied in two halves, so that a choice made in code takes the same path
+    // as a click: fill*Menu adds the actions, apply*Menu receives the chosen action's data.
+    // The context menu opens on a right click, the edit menu from edit() (or a double click).
+    virtual void fillContextMenu(QMenu*) {}
+    virtual void applyContextMenu(int) {}
+    virtual void fillEditMenu(QMenu*) {}
+    virtual void applyEditMenu(int) {}
+
     // Linking of a text annotation to a measuring item.
     virtual void associate(AbstractBaseItem* item, void*);
     virtual void unassociate(AbstractBaseItem* item, void*);
@@ -209,6 +217,14 @@ protected:
     virtual void computeGUID(const QString& name, int index);
 
     QString mesureIndexToName(int i, double v) const;
+    // The handgrip that sent the signal being handled, or null.
+    HoverEventItem* senderHandgrip() const;
+    QList<QPointF> handgripScenePositions() const;
+    void syncHandgripsToRect(const QRectF& r);
+    // Creates the centroid grip and the label if needed and puts the grip on centroid().
+    void placeCentroidHandgrip();
+    // A measure picked in a menu: shown, remembered under commonKey for the next item, announced.
+    void chooseMesure(int index, const QString& commonKey);
     void copyDataTo(AbstractBaseItem* other);
     double distancePointToLine(QPointF p, QPointF a, QPointF b) const;
     void insertPoint(int index, const QPointF& p, QList<QPointF>& points);
@@ -216,7 +232,7 @@ protected:
     bool isPointSelected(const QPointF& p, QList<QPointF>& points, int& index, double tolerance);
     bool createPointIfNeeded(const QPointF& p, QList<QPointF>& points, bool closed);
 
-    void contextMenuEvent(QGraphicsSceneContextMenuEvent*) override {}
+    void contextMenuEvent(QGraphicsSceneContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent*) override {}
     void keyReleaseEvent(QKeyEvent*) override {}
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) override {}

@@ -1,5 +1,11 @@
 #include "AbstractScene.h"
 
+#include "AbstractBaseItem.h"
+
+#include <QGraphicsSceneMouseEvent>
+#include <QGraphicsView>
+#include <QKeyEvent>
+
 AbstractScene::AbstractScene(QObject* parent)
     : QGraphicsScene(parent) {}
 
@@ -16,4 +22,92 @@ void AbstractScene::setOrthoReferenceAngle(double degrees) {
         return;
     m_orthoAngle = degrees;
     emit orthoReferenceAngleChanged(degrees);
+}
+
+void AbstractScene::startTool(AbstractBaseItem* item) {
+    cancelTool();
+    if (!item)
+        return;
+    if (item->scene() != this)
+        addItem(item);
+    item->setLinkScene(this);
+    // Items drawn click by click follow the cursor between the clicks.
+    for (QGraphicsView* view : views())
+        view->viewport()->setMouseTracking(true);
+    clearSelection();
+    m_creating = item;
+}
+
+void AbstractScene::cancelTool() {
+    if (m_creating)
+        discard(m_creating);
+    m_creating = nullptr;
+}
+
+void AbstractScene::discard(AbstractBaseItem* item) {
+    removeItem(item);
+    delete item;
+}
+
+void AbstractScene::finishCreation() {
+    AbstractBaseItem* item = m_creating;
+    m_creating = nullptr;
+    if (!item->endEdition()) {
+        const QString type = item->getType();
+        discard(item);
+        emit itemRejected(type);
+        return;
+    }
+    item->forceSelection();
+    emit itemAccepted(item);
+}
+
+void AbstractScene::mousePressEvent(QGraphicsSceneMouseEvent* event) {
+    if (!m_creating) {
+        QGraphicsScene::mousePressEvent(event);
+        return;
+    }
+    event->accept();
+    if (event->button() == Qt::RightButton) {
+        cancelTool();
+        return;
+    }
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (event->modifiers() & Qt::ShiftModifier)
+        m_creating->setConstrainstate(true);
+    m_creating->mousePress(event);
+}
+
+void AbstractScene::mouseMoveEvent(QGraphicsSceneMouseEvent* event) {
+    // Moves before the first press belong to no item yet.
+    if (!m_creating || !m_creating->creationStarted()) {
+        QGraphicsScene::mouseMoveEvent(event);
+        return;
+    }
+    event->accept();
+    if (event->modifiers() & Qt::ShiftModifier)
+        m_creating->setConstrainstate(true);
+    m_creating->mouseMove(event);
+}
+
+void AbstractScene::mouseReleaseEvent(QGraphicsSceneMouseEvent* event) {
+    if (!m_creating) {
+        QGraphicsScene::mouseReleaseEvent(event);
+        return;
+    }
+    event->accept();
+    if (event->button() != Qt::LeftButton || !m_creating->creationStarted())
+        return;
+    if (m_creating->mouseRelease(event) != AbstractBaseItem::EditionCreating)
+        finishCreation();
+}
+
+void AbstractScene::keyPressEvent(QKeyEvent* event) {
+    if (m_creating && event->key() == Qt::Key_Escape) {
+        cancelTool();
+        event->accept();
+        return;
+    }
+    QGraphicsScene::keyPressEvent(event);
 }

@@ -3,9 +3,12 @@
 #include "graphicsobjects_export.h"
 
 #include <QGraphicsScene>
+#include <QPointer>
 
-// The host's scene as the items know it: the zoom at which it is shown and the orthogonal
-// drawing mode.
+class AbstractBaseItem;
+
+// The host's scene as the items know it: the zoom at which it is shown, the orthogonal drawing
+// mode, and the drawing of a new item with the mouse.
 class GRAPHICSOBJECTS_EXPORT AbstractScene : public QGraphicsScene {
     Q_OBJECT
 public:
@@ -23,10 +26,29 @@ public:
     double orthoReferenceAngle() const { return m_orthoAngle; }
     virtual void setOrthoReferenceAngle(double degrees);
 
+    // Drawing: the item is added to the scene and receives the scene's mouse events (left button,
+    // Shift constrains) until its release says creation is complete; endEdition then accepts it,
+    // left selected, or rejects it, removed and deleted. Right button or Escape cancels.
+    void startTool(AbstractBaseItem* item);
+    AbstractBaseItem* itemInCreation() const { return m_creating; }
+    void cancelTool();
+
 signals:
     void orthoReferenceAngleChanged(double degrees);
+    void itemAccepted(AbstractBaseItem* item);
+    void itemRejected(const QString& type);
+
+protected:
+    void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent* event) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void finishCreation();
+    void discard(AbstractBaseItem* item);
+
+    QPointer<AbstractBaseItem> m_creating;
     double m_zoomX = 1.0;
     double m_zoomY = 1.0;
     bool m_verticalZoomInForce = false;

@@ -15,6 +15,27 @@ void AbstractBaseItem::setupCentroidHandgrip() {
     m_label->setFont(m_font);
 }
 
+void AbstractBaseItem::placeCentroidHandgrip() {
+    setupCentroidHandgrip();
+    m_handgripCentroid->setPos(centroid());
+}
+
+HoverEventItem* AbstractBaseItem::senderHandgrip() const {
+    return qobject_cast<HoverEventItem*>(sender());
+}
+
+QList<QPointF> AbstractBaseItem::handgripScenePositions() const {
+    QList<QPointF> positions;
+    positions.reserve(m_handgripItems.size());
+    for (const HoverEventItem* grip : m_handgripItems)
+        positions.append(grip->scenePos());
+    return positions;
+}
+
+void AbstractBaseItem::syncHandgripsToRect(const QRectF& r) {
+    HoverEventItem::syncHandgrips(r, m_handgripItems);
+}
+
 void AbstractBaseItem::showHandgripCentroid() {
     if (m_handgripCentroid)
         m_handgripCentroid->setVisible(true);

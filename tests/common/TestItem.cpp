@@ -3,6 +3,8 @@
 #include "HoverEventItem.h"
 
 #include <QDomElement>
+#include <QGraphicsSceneMouseEvent>
+#include <QMenu>
 #include <QPainter>
 
 TestItem::TestItem(QGraphicsItem* parent, int id, void* context)
@@ -43,4 +45,22 @@ void TestItem::setMesure(int i, double calibrated, double pixels) {
 
 void TestItem::addGrip(int id, int kind) {
     m_handgripItems.append(new HoverEventItem(this, this, id, kind));
+}
+
+void TestItem::mousePress(QGraphicsSceneMouseEvent* event) {
+    m_creationStarted = true;
+    presses.append(event->scenePos());
+}
+
+void TestItem::mouseMove(QGraphicsSceneMouseEvent* event) {
+    moves.append(event->scenePos());
+}
+
+AbstractBaseItem::typModeEdition TestItem::mouseRelease(QGraphicsSceneMouseEvent*) {
+    return presses.size() < pressesToComplete ? EditionCreating : EditionComplete;
+}
+
+void TestItem::fillContextMenu(QMenu* menu) {
+    createMenuAction(menu, QIcon(), QStringLiteral("Distance1"), m_mesureIndex == 1, nullptr, 1);
+    createMenuAction(menu, QIcon(), QStringLiteral("None"), m_mesureIndex == 100, nullptr, 100);
 }

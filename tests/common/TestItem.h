@@ -11,11 +11,12 @@ public:
 
     AbstractBaseItem* clone(int id) override;
     long mesuresFlag() const override { return 5; }
-    void mouseMove(QGraphicsSceneMouseEvent*) override {}
-    void mousePress(QGraphicsSceneMouseEvent*) override {}
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override {
-        return AbstractBaseItem::mouseRelease(event);
-    }
+    void mouseMove(QGraphicsSceneMouseEvent* event) override;
+    void mousePress(QGraphicsSceneMouseEvent* event) override;
+    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
+    bool endEdition() override { return accept; }
+    void fillContextMenu(QMenu* menu) override;
+    void applyContextMenu(int data) override { chooseMesure(data, QStringLiteral("test_mesureIndex")); }
     bool toXml(QDomElement& e) const override;
     bool fromXml(const QDomElement& e) override;
     QRectF boundingRect() const override { return QRectF(0, 0, 100, 50); }
@@ -37,6 +38,12 @@ public:
     using AbstractBaseItem::setupCentroidHandgrip;
     using AbstractBaseItem::updateHandgrips;
     void setMesureIndex(int i) { m_mesureIndex = i; }
+
+    // Drawing: the presses and moves received, how many presses complete it, what endEdition says.
+    QList<QPointF> presses;
+    QList<QPointF> moves;
+    int pressesToComplete = 1;
+    bool accept = true;
 
     int pressed = 0;
     int updated = 0;
