@@ -65,29 +65,32 @@ void TestIcons::loads() {
     QVERIFY(opaquePixels(image) < size * size * 3 / 4);
 }
 
-// All icons at 16, 32 and 64 px on a light and a dark ground, for review by eye.
+// Every icon at 16 and 32 px on a light and a dark ground, its @2x image and its 16 px pixels
+// magnified, for review by eye.
 void TestIcons::contactSheet() {
-    const int cell = 120, rowHeight = 84;
     const int count = int(std::size(icons));
-    QImage sheet(2 * cell, count * rowHeight / 2 + rowHeight, QImage::Format_ARGB32);
+    const int rows = (count + 1) / 2, columnWidth = 320, rowHeight = 84;
+    QImage sheet(2 * columnWidth, rows * rowHeight, QImage::Format_ARGB32);
     sheet.fill(Qt::white);
     QPainter painter(&sheet);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     for (int i = 0; i < count; ++i) {
         const QString name = QString::fromLatin1(icons[i].name);
-        const QRect area((i % 2) * cell, (i / 2) * rowHeight, cell, rowHeight);
-        painter.fillRect(area.adjusted(0, 0, 0, -rowHeight / 2 - 2), QColor(250, 250, 250));
-        painter.fillRect(area.adjusted(0, rowHeight / 2 - 2, 0, -16), QColor(60, 63, 68));
-        const QPixmap base(":/" + name + ".png"), doubled(":/" + name + "@2x.png");
-        const QPixmap small = base.scaled(16, 16, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        for (const int top : {area.top() + 2, area.top() + rowHeight / 2 - 1}) {
-            painter.drawPixmap(area.left() + 4, top + 10, small);
-            painter.drawPixmap(area.left() + 24, top + 4,
-                               base.scaled(32, 32, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+        const QPoint origin((i / rows) * columnWidth, (i % rows) * rowHeight);
+        const QPixmap doubled(":/" + name + "@2x.png");
+        const auto at = [&doubled](int size) {
+            return doubled.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        };
+        painter.fillRect(QRect(origin + QPoint(248, 0), QSize(64, 64)), QColor(60, 63, 68));
+        for (const int left : {0, 248}) {
+            painter.drawPixmap(origin + QPoint(left + 6, 24), at(16));
+            painter.drawPixmap(origin + QPoint(left + 28, 16), at(32));
         }
-        painter.drawPixmap(area.left() + 56, area.top() + 2, doubled.scaled(64, 64));
+        painter.drawPixmap(origin + QPoint(64, 0), doubled);
+        painter.drawPixmap(origin + QPoint(140, 0),
+                           at(16).scaled(64, 64, Qt::KeepAspectRatio, Qt::FastTransformation));
         painter.setPen(Qt::black);
-        painter.drawText(QRect(area.left() + 2, area.bottom() - 14, cell - 4, 14), Qt::AlignLeft, name);
+        painter.drawText(QRect(origin + QPoint(4, 66), QSize(columnWidth - 8, 16)), Qt::AlignLeft, name);
     }
     painter.end();
     const QString path = QDir::current().absoluteFilePath("icons_contact_sheet.png");
