@@ -1,5 +1,6 @@
 #include "ToolsCatalogue.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QPainter>
 #include <QPixmap>
@@ -39,6 +40,7 @@ private slots:
     void initTestCase() { InitToolsNames(); }
     void loads_data();
     void loads();
+    void highDensityScreenGetsDoubleIcon();
     void contactSheet();
 };
 
@@ -65,6 +67,16 @@ void TestIcons::loads() {
     QVERIFY(opaquePixels(image) < size * size * 3 / 4);
 }
 
+// The test runs with a scale factor of 2 (see main).
+void TestIcons::highDensityScreenGetsDoubleIcon() {
+    QCOMPARE(qGuiApp->devicePixelRatio(), 2.0);
+    const QPixmap icon = getIconFor("LineItem");
+    QCOMPARE(icon.devicePixelRatio(), 2.0);
+    QCOMPARE(icon.size(), QSize(64, 64));
+    QCOMPARE(icon.deviceIndependentSize(), QSizeF(32, 32));
+    QCOMPARE(icon.toImage(), QPixmap(":/line@2x.png").toImage());
+}
+
 // Every icon at 16 and 32 px on a light and a dark ground, its @2x image and its 16 px pixels
 // magnified, for review by eye.
 void TestIcons::contactSheet() {
@@ -77,7 +89,9 @@ void TestIcons::contactSheet() {
     for (int i = 0; i < count; ++i) {
         const QString name = QString::fromLatin1(icons[i].name);
         const QPoint origin((i / rows) * columnWidth, (i % rows) * rowHeight);
-        const QPixmap doubled(":/" + name + "@2x.png");
+        // Drawn in device pixels: the @2x file name alone gives the image a ratio of 2.
+        QPixmap doubled(":/" + name + "@2x.png");
+        doubled.setDevicePixelRatio(1);
         const auto at = [&doubled](int size) {
             return doubled.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
         };
@@ -98,5 +112,10 @@ void TestIcons::contactSheet() {
     qInfo("contact sheet: %s", qPrintable(path));
 }
 
-QTEST_MAIN(TestIcons)
+int main(int argc, char** argv) {
+    qputenv("QT_SCALE_FACTOR", "2");
+    QApplication app(argc, argv);
+    TestIcons test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_icons.moc"
