@@ -20,32 +20,54 @@ struct FactoryEntry {
 
 // Each factory tries its names in this order. A class is built once its header is included above
 // and its row names &create<Class>.
-
+// clang-format off
 const FactoryEntry toolClasses[] = {
-    {"PointItem", nullptr},        {"AnchorPointItem", nullptr},
-    {"LineItem", nullptr},         {"PolylineItem", nullptr},
-    {"PolygonItem", nullptr},      {"EllipseItem", nullptr},
-    {"CircleItem", nullptr},       {"CirclePItem", nullptr},
-    {"CirclePointsItem", nullptr}, {"Circle3PointsItem", nullptr},
-    {"ArcPointsItem", nullptr},    {"Arc3PointsItem", nullptr},
-    {"ArcItem", nullptr},          {"CurveItem", nullptr},
-    {"RectangleItem", nullptr},    {"CrossItem", nullptr},
-    {"RectCalibItem", nullptr},    {"PolygonShapeItem", nullptr},
-    {"DXFItem", nullptr},          {"LassoItem", nullptr},
-    {"VickersPItem", nullptr},     {"RectangleItemFeret", nullptr},
-    {"RulerItem", nullptr},        {"StampItem", nullptr},
-    {"eTextItem", nullptr},        {"PixmapItem", nullptr},
-    {"SmileyItem", nullptr},       {"VideoItem", nullptr},
-    {"Custom1", nullptr},          {"CircleNote", nullptr},
-    {"CrossHItem", nullptr},       {"CrossVItem", nullptr},
-    {"ArrowItem", nullptr},        {"Arrow2Item", nullptr},
+    {"PointItem", nullptr},
+    {"AnchorPointItem", nullptr},
+    {"LineItem", nullptr},
+    {"PolylineItem", nullptr},
+    {"PolygonItem", nullptr},
+    {"EllipseItem", nullptr},
+    {"CircleItem", nullptr},
+    {"CirclePItem", nullptr},
+    {"CirclePointsItem", nullptr},
+    {"Circle3PointsItem", nullptr},
+    {"ArcPointsItem", nullptr},
+    {"Arc3PointsItem", nullptr},
+    {"ArcItem", nullptr},
+    {"CurveItem", nullptr},
+    {"RectangleItem", nullptr},
+    {"CrossItem", nullptr},
+    {"RectCalibItem", nullptr},
+    {"PolygonShapeItem", nullptr},
+    {"DXFItem", nullptr},
+    {"LassoItem", nullptr},
+    {"VickersPItem", nullptr},
+    {"RectangleItemFeret", nullptr},
+    {"RulerItem", nullptr},
+    {"StampItem", nullptr},
+    {"eTextItem", nullptr},
+    {"PixmapItem", nullptr},
+    {"SmileyItem", nullptr},
+    {"VideoItem", nullptr},
+    {"Custom1", nullptr},
+    {"CircleNote", nullptr},
+    {"CrossHItem", nullptr},
+    {"CrossVItem", nullptr},
+    {"ArrowItem", nullptr},
+    {"Arrow2Item", nullptr},
     {"FlattenItem", nullptr},
 };
 
 const FactoryEntry mesureClasses[] = {
-    {"Distance", nullptr},   {"Angle", nullptr},        {"Circle3", nullptr},
-    {"Projection", nullptr}, {"Intersection", nullptr}, {"Tangent", nullptr},
+    {"Distance", nullptr},
+    {"Angle", nullptr},
+    {"Circle3", nullptr},
+    {"Projection", nullptr},
+    {"Intersection", nullptr},
+    {"Tangent", nullptr},
 };
+// clang-format on
 
 template <size_t N> const FactoryEntry* find(const FactoryEntry (&table)[N], const QString& className) {
     for (const FactoryEntry& entry : table) {
