@@ -16,3 +16,7 @@
 
 // Library interface
 #include "CommonParams.h"
+#include "ItemFactory.h"
+#include "PointList.h"
+#include "ToolsCatalogue.h"
+#include "qtrans.h"
