@@ -16,3 +16,7 @@
 
 // Library interface
 #include "CommonParams.h"
+#include "Tools2DXF.h"
+
+// DXF output
+#include "VDxfPaintDevice.h"
