@@ -6,6 +6,7 @@
 #include <QGraphicsEllipseItem>
 #include <QGraphicsLineItem>
 #include <QGraphicsPathItem>
+#include <QGraphicsPixmapItem>
 #include <QGraphicsPolygonItem>
 #include <QGraphicsRectItem>
 #include <QGraphicsSimpleTextItem>
@@ -110,6 +111,13 @@ void TestDxfExport::sceneReadsBack() {
     auto* turned = scene.addSimpleText("turned", m_font);
     turned->setPos(40, 200);
     turned->setRotation(30);
+    // Characters that TEXT would otherwise read as control codes.
+    scene.addSimpleText("a^b 5% \\U+0041", m_font)->setPos(40, 260);
+    // Translucency is written opaque rather than lost; bitmaps are left out.
+    scene.addRect(QRectF(300, 150, 40, 40), Qt::NoPen, QColor(0, 0, 255, 80))->setOpacity(0.5);
+    QImage bitmap(16, 16, QImage::Format_RGB32);
+    bitmap.fill(Qt::red);
+    scene.addPixmap(QPixmap::fromImage(bitmap))->setPos(300, 200);
 
     const QString fileName = m_dir.filePath("scene.dxf");
     QCOMPARE(tools2DXF(fileName, &scene), 0);
@@ -179,7 +187,9 @@ void TestDxfExport::sceneReadsBack() {
 
     // The filled triangle: hatch first, outline over it.
     const QList<QJsonObject> hatches = ofType(m_report, "HATCH");
-    QCOMPARE(hatches.size(), 1);
+    QCOMPARE(hatches.size(), 2);
+    QCOMPARE(hatches[1]["rgb"].toString(), QString("0000ff"));
+    QCOMPARE(hatches[1]["loops"][0].toArray().size(), 4);
     QVERIFY(hatches[0]["solid"].toBool());
     QCOMPARE(hatches[0]["aci"].toInt(), 2);
     const QJsonArray loops = hatches[0]["loops"].toArray();
@@ -197,7 +207,8 @@ void TestDxfExport::sceneReadsBack() {
     QCOMPARE(all[hatchAt + 1].toObject(), polylines[2]);
 
     const QList<QJsonObject> texts = ofType(m_report, "TEXT");
-    QCOMPARE(texts.size(), 2);
+    QCOMPARE(texts.size(), 3);
+    QCOMPARE(texts[2]["text"].toString(), QString("a^b 5% \\U+0041"));
     const QFontMetricsF metrics(m_font);
     QCOMPARE(texts[0]["text"].toString(), QString::fromUtf8("12.5 µm 45°"));
     QVERIFY(near(point(texts[0]["insert"]), toDxf(QPointF(200, 240 + metrics.ascent())), 0.5));
@@ -210,7 +221,7 @@ void TestDxfExport::sceneReadsBack() {
     const QPointF turnedBaseline = turned->mapToScene(QPointF(0, metrics.ascent()));
     QVERIFY(near(point(texts[1]["insert"]), toDxf(turnedBaseline), 0.5));
 
-    QCOMPARE(all.size(), 9);
+    QCOMPARE(all.size(), 11);
     const QRectF extents(point(m_report["extmin"]), point(m_report["extmax"]));
     for (const QJsonObject& polyline : polylines)
         for (const QJsonValue& v : polyline["points"].toArray())
