@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DxfWriter.h"
+#include "DxfDrawing.h"
 
 #include <QBrush>
 #include <QPaintEngine>

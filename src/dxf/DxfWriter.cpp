@@ -5,242 +5,16 @@
 
 #include <array>
 #include <cmath>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace dxf {
 
 namespace {
 
-// Pattern lengths are in pen widths; each entity scales its linetype by its own pen width, as Qt does.
-struct LinetypeDef {
-    Qt::PenStyle style;
-    const char* name;
-    const char* description;
-    std::vector<double> pattern;
-};
-
-const std::vector<LinetypeDef>& linetypes() {
-    static const std::vector<LinetypeDef> table = {
-        {Qt::DashLine, "DASHED", "Dashed __ __ __", {4.0, -2.0}},
-        {Qt::DotLine, "DOT", "Dotted . . . .", {1.0, -2.0}},
-        {Qt::DashDotLine, "DASHDOT", "Dash dot __ . __ .", {4.0, -2.0, 1.0, -2.0}},
-        {Qt::DashDotDotLine, "DIVIDE", "Divide __ . . __", {4.0, -2.0, 1.0, -2.0, 1.0, -2.0}},
-        {Qt::CustomDashLine, "DASHED", nullptr, {}},
-    };
-    return table;
-}
-
-const std::array<int, 24> kLineweights = {0,  5,  9,  13, 15, 18,  20,  25,  30,  35,  40,  50,
-                                          53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
-
-// The 255 colours of the AutoCAD Color Index: 9 named colours, 24 hues in 5 shades each full and
-// half saturated, and 6 greys.
-QColor aciColor(int index) {
-    static const std::array<QColor, 9> named = {
-        QColor(255, 0, 0),     QColor(255, 255, 0),   QColor(0, 255, 0),
-        QColor(0, 255, 255),   QColor(0, 0, 255),     QColor(255, 0, 255),
-        QColor(255, 255, 255), QColor(128, 128, 128), QColor(192, 192, 192)};
-    if (index < 10)
-        return named[index - 1];
-    if (index >= 250) {
-        const int grey = int(std::lround(51 + (index - 250) * 204.0 / 5.0));
-        return QColor(grey, grey, grey);
-    }
-    static const std::array<double, 5> shades = {255.0, 165.0, 127.0, 76.0, 38.0};
-    const double hue = (index - 10) / 10 * 15.0;
-    const int variant = (index - 10) % 10;
-    const double level = shades[variant / 2];
-    auto channel = [&](double offset) {
-        double h = std::fmod(hue - offset + 360.0, 360.0);
-        double f = h <= 60.0    ? 1.0
-                   : h < 120.0  ? (120.0 - h) / 60.0
-                   : h <= 240.0 ? 0.0
-                   : h < 300.0  ? (h - 240.0) / 60.0
-                                : 1.0;
-        const double full = level * f;
-        return int(variant % 2 ? level / 2.0 + full / 2.0 : full);
-    };
-    return QColor(channel(0.0), channel(120.0), channel(240.0));
-}
-
-QString real(double v) {
-    if (std::abs(v) < 1e-12)
-        v = 0.0;
-    return QString::number(v, 'g', 12);
-}
-
 QString hex(quint32 handle) {
     return QString::number(handle, 16).toUpper();
-}
-
-} // namespace
-
-QString linetypeFor(Qt::PenStyle style) {
-    for (const LinetypeDef& def : linetypes())
-        if (def.style == style)
-            return QString::fromLatin1(def.name);
-    return QStringLiteral("Continuous");
-}
-
-int nearestAci(const QColor& color) {
-    const QColor c = color.toRgb();
-    auto distance = [&](const QColor& o) {
-        const int dr = c.red() - o.red(), dg = c.green() - o.green(), db = c.blue() - o.blue();
-        return dr * dr + dg * dg + db * db;
-    };
-    int best = 7;
-    int bestDistance = std::min(distance(Qt::white), distance(Qt::black));
-    for (int i = 1; i <= 255; ++i) {
-        const int d = distance(aciColor(i));
-        if (d < bestDistance) {
-            bestDistance = d;
-            best = i;
-        }
-    }
-    return best;
-}
-
-int snapLineweight(double millimetres) {
-    const double hundredths = millimetres * 100.0;
-    int best = kLineweights.front();
-    for (int w : kLineweights)
-        if (std::abs(w - hundredths) < std::abs(best - hundredths))
-            best = w;
-    return best;
-}
-
-QString encodeText(const QString& text) {
-    QString out;
-    const QList<uint> codes = text.toUcs4();
-    for (qsizetype i = 0; i < codes.size(); ++i) {
-        const uint c = codes[i];
-        const bool percentPair =
-            c == '%' && ((i > 0 && codes[i - 1] == '%') || (i + 1 < codes.size() && codes[i + 1] == '%'));
-        if (c < 32)
-            continue;
-        if (c > 126 || c == '\\')
-            out += QStringLiteral("\\U+%1").arg(c, 4, 16, QChar('0')).toUpper();
-        else if (percentPair)
-            out += QStringLiteral("%%%"); // "%%" starts a control code; "%%%" is a literal percent sign
-        else if (c == '^')
-            out += QStringLiteral("^ "); // a caret escapes the next character
-        else
-            out += QChar(char16_t(c));
-    }
-    return out;
-}
-
-void Drawing::add(const QString& type, const EntityStyle& style, const QList<Tag>& tags,
-                  const QList<QPointF>& bounds) {
-    m_entities.append({type, style, tags});
-    for (const QPointF& p : bounds) {
-        if (!m_hasExtents) {
-            m_extents = QRectF(p, p);
-            m_hasExtents = true;
-        } else {
-            m_extents.setLeft(std::min(m_extents.left(), p.x()));
-            m_extents.setRight(std::max(m_extents.right(), p.x()));
-            m_extents.setTop(std::min(m_extents.top(), p.y()));
-            m_extents.setBottom(std::max(m_extents.bottom(), p.y()));
-        }
-    }
-}
-
-void Drawing::addLine(const QPointF& from, const QPointF& to, const EntityStyle& style) {
-    add("LINE", style,
-        {{100, "AcDbLine"},
-         {10, real(from.x())},
-         {20, real(from.y())},
-         {30, "0"},
-         {11, real(to.x())},
-         {21, real(to.y())},
-         {31, "0"}},
-        {from, to});
-}
-
-void Drawing::addPolyline(const QPolygonF& points, bool closed, const EntityStyle& style) {
-    // Flag 128 keeps the linetype pattern running across vertices of flattened curves.
-    QList<Tag> tags = {{100, "AcDbPolyline"},
-                       {90, QString::number(points.size())},
-                       {70, QString::number((closed ? 1 : 0) | 128)},
-                       {43, "0"}};
-    for (const QPointF& p : points) {
-        tags.append({10, real(p.x())});
-        tags.append({20, real(p.y())});
-    }
-    add("LWPOLYLINE", style, tags, points);
-}
-
-void Drawing::addCircle(const QPointF& centre, double radius, const EntityStyle& style) {
-    add("CIRCLE", style,
-        {{100, "AcDbCircle"}, {10, real(centre.x())}, {20, real(centre.y())}, {30, "0"}, {40, real(radius)}},
-        {centre - QPointF(radius, radius), centre + QPointF(radius, radius)});
-}
-
-void Drawing::addEllipse(const QPointF& centre, const QPointF& majorAxis, double ratio,
-                         const EntityStyle& style) {
-    const QPointF minor = QPointF(-majorAxis.y(), majorAxis.x()) * ratio;
-    add("ELLIPSE", style,
-        {{100, "AcDbEllipse"},
-         {10, real(centre.x())},
-         {20, real(centre.y())},
-         {30, "0"},
-         {11, real(majorAxis.x())},
-         {21, real(majorAxis.y())},
-         {31, "0"},
-         {210, "0"},
-         {220, "0"},
-         {230, "1"},
-         {40, real(ratio)},
-         {41, "0"},
-         {42, real(2.0 * M_PI)}},
-        {centre + majorAxis + minor, centre - majorAxis - minor, centre + majorAxis - minor,
-         centre - majorAxis + minor});
-}
-
-void Drawing::addSolidHatch(const QList<QPolygonF>& loops, const EntityStyle& style) {
-    QList<Tag> tags = {{100, "AcDbHatch"},
-                       {10, "0"},
-                       {20, "0"},
-                       {30, "0"},
-                       {210, "0"},
-                       {220, "0"},
-                       {230, "1"},
-                       {2, "SOLID"},
-                       {70, "1"},
-                       {71, "0"},
-                       {91, QString::number(loops.size())}};
-    QList<QPointF> bounds;
-    for (const QPolygonF& loop : loops) {
-        // Polyline boundary (2), no bulges, closed.
-        tags.append({{92, "2"}, {72, "0"}, {73, "1"}, {93, QString::number(loop.size())}});
-        for (const QPointF& p : loop) {
-            tags.append({10, real(p.x())});
-            tags.append({20, real(p.y())});
-        }
-        tags.append({97, "0"});
-        bounds.append(loop);
-    }
-    tags.append({{75, "0"}, {76, "1"}, {98, "0"}});
-    add("HATCH", style, tags, bounds);
-}
-
-void Drawing::addText(const TextRun& run, const EntityStyle& style) {
-    QList<Tag> tags = {{100, "AcDbText"}, {10, real(run.baseline.x())}, {20, real(run.baseline.y())},
-                       {30, "0"},         {40, real(run.height)},       {1, encodeText(run.text)}};
-    if (run.rotationDegrees != 0.0)
-        tags.append({50, real(run.rotationDegrees)});
-    if (run.widthFactor != 1.0)
-        tags.append({41, real(run.widthFactor)});
-    tags.append({7, "Standard"});
-    if (run.upsideDown)
-        tags.append({71, "4"});
-    tags.append({100, "AcDbText"});
-    const double a = run.rotationDegrees * M_PI / 180.0;
-    const QPointF along = QPointF(std::cos(a), std::sin(a)) * run.advance;
-    const QPointF up = QPointF(-std::sin(a), std::cos(a)) * (run.upsideDown ? -run.height : run.height);
-    add("TEXT", style, tags,
-        {run.baseline, run.baseline + along, run.baseline + up, run.baseline + along + up});
 }
 
 // Serialises a drawing. Handles of the fixed structure come first, in the order below; entities follow.
@@ -251,7 +25,7 @@ public:
         , m_drawing(drawing) {}
 
     void write(int insunits, const QRectF& paper) {
-        m_extents = m_drawing.m_hasExtents ? m_drawing.m_extents : paper;
+        m_extents = m_drawing.isEmpty() ? paper : m_drawing.extents();
         for (quint32* h :
              {&vportTable,      &ltypeTable,    &layerTable,       &styleTable,       &viewTable,
               &ucsTable,        &appidTable,    &dimstyleTable,    &blockRecordTable, &vportActive,
@@ -261,11 +35,10 @@ public:
               &groupDict,       &layoutDict,    &mlineDict,        &plotSettingsDict, &plotStyleDict,
               &plotStyleNormal, &mlineStandard, &modelLayout,      &paperLayout})
             *h = m_next++;
-        for (const LinetypeDef& def : linetypes())
-            if (def.description)
-                m_ltypeHandles.push_back(m_next++);
+        for (size_t i = 0; i < linetypes().size(); ++i)
+            m_ltypeHandles.push_back(m_next++);
         m_firstEntity = m_next;
-        m_next += quint32(m_drawing.m_entities.size());
+        m_next += quint32(m_drawing.entities().size());
 
         m_out.setEncoding(QStringConverter::Latin1);
         header(insunits);
@@ -464,8 +237,6 @@ private:
         }
         size_t i = 0;
         for (const LinetypeDef& def : linetypes()) {
-            if (!def.description)
-                continue;
             beginRecord("LTYPE", m_ltypeHandles[i++], ltypeTable, "AcDbLinetypeTableRecord", def.name);
             tag(3, def.description);
             tag(72, "65");
@@ -532,7 +303,7 @@ private:
     void entities() {
         beginSection("ENTITIES");
         quint32 h = m_firstEntity;
-        for (const Drawing::Entity& e : m_drawing.m_entities) {
+        for (const Entity& e : m_drawing.entities()) {
             tag(0, e.type);
             handle(5, h++);
             handle(330, modelRecord);
@@ -545,7 +316,7 @@ private:
             if (e.style.linetypeScale != 1.0)
                 tag(48, e.style.linetypeScale);
             tag(420, QString::number(e.style.color.rgb() & 0xffffff));
-            for (const Drawing::Tag& t : e.tags)
+            for (const Tag& t : e.tags)
                 tag(t.code, t.value);
         }
         endSection();
@@ -690,8 +461,10 @@ private:
             modelLayout = 0, paperLayout = 0;
 };
 
-void Drawing::write(QIODevice& out, int insunits, const QRectF& paper) const {
-    Writer(out, *this).write(insunits, paper);
+} // namespace
+
+void write(QIODevice& out, const Drawing& drawing, int insunits, const QRectF& paper) {
+    Writer(out, drawing).write(insunits, paper);
 }
 
 } // namespace dxf

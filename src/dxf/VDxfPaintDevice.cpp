@@ -1,6 +1,7 @@
 #include "VDxfPaintDevice.h"
 
 #include "DxfPaintEngine.h"
+#include "DxfWriter.h"
 
 #include <QSaveFile>
 #include <QtDebug>
@@ -55,7 +56,7 @@ void VDxfPaintDevice::writeFile() const {
                  qPrintable(file.errorString()));
         return;
     }
-    m_engine->drawing().write(file, m_insunits, QRectF(0, 0, m_size.width(), m_size.height()));
+    dxf::write(file, m_engine->drawing(), m_insunits, QRectF(0, 0, m_size.width(), m_size.height()));
     if (!file.commit())
         qWarning("VDxfPaintDevice: cannot write DXF file \"%s\": %s", qPrintable(m_fileName),
                  qPrintable(file.errorString()));
