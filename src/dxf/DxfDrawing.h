@@ -8,8 +8,8 @@
 #include <QRectF>
 #include <QString>
 
-// An AutoCAD 2000 (AC1015) drawing held in memory: model-space entities in drawing units, with the
-// tables, blocks and objects that readers require written around them.
+// A drawing held in memory: model-space entities in drawing units (y up), each kept as the DXF
+// records it will be written as.
 namespace dxf {
 
 // One line of single-line text: the left end of its baseline, its cap height and baseline direction.
