@@ -18,5 +18,9 @@
 #include "CommonParams.h"
 #include "ItemFactory.h"
 #include "PointList.h"
+#include "Tools2DXF.h"
 #include "ToolsCatalogue.h"
 #include "qtrans.h"
+
+// DXF output
+#include "VDxfPaintDevice.h"

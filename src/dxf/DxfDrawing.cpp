@@ -1,0 +1,147 @@
+#include "DxfDrawing.h"
+
+#include <cmath>
+
+namespace dxf {
+
+QString real(double v) {
+    if (std::abs(v) < 1e-12)
+        v = 0.0;
+    return QString::number(v, 'g', 12);
+}
+
+QString encodeText(const QString& text) {
+    QString out;
+    const QList<uint> codes = text.toUcs4();
+    for (qsizetype i = 0; i < codes.size(); ++i) {
+        const uint c = codes[i];
+        const bool percentPair =
+            c == '%' && ((i > 0 && codes[i - 1] == '%') || (i + 1 < codes.size() && codes[i + 1] == '%'));
+        if (c < 32)
+            continue;
+        if (c > 126 || c == '\\')
+            out += QStringLiteral("\\U+%1").arg(c, 4, 16, QChar('0')).toUpper();
+        else if (percentPair)
+            out += QStringLiteral("%%%"); // "%%" starts a control code; "%%%" is a literal percent sign
+        else if (c == '^')
+            out += QStringLiteral("^ "); // a caret escapes the next character
+        else
+            out += QChar(char16_t(c));
+    }
+    return out;
+}
+
+void Drawing::add(const QString& type, const EntityStyle& style, const QList<Tag>& tags,
+                  const QList<QPointF>& bounds) {
+    m_entities.append({type, style, tags});
+    for (const QPointF& p : bounds) {
+        if (!m_hasExtents) {
+            m_extents = QRectF(p, p);
+            m_hasExtents = true;
+        } else {
+            m_extents.setLeft(std::min(m_extents.left(), p.x()));
+            m_extents.setRight(std::max(m_extents.right(), p.x()));
+            m_extents.setTop(std::min(m_extents.top(), p.y()));
+            m_extents.setBottom(std::max(m_extents.bottom(), p.y()));
+        }
+    }
+}
+
+void Drawing::addLine(const QPointF& from, const QPointF& to, const EntityStyle& style) {
+    add("LINE", style,
+        {{100, "AcDbLine"},
+         {10, real(from.x())},
+         {20, real(from.y())},
+         {30, "0"},
+         {11, real(to.x())},
+         {21, real(to.y())},
+         {31, "0"}},
+        {from, to});
+}
+
+void Drawing::addPolyline(const QPolygonF& points, bool closed, const EntityStyle& style) {
+    // Flag 128 keeps the linetype pattern running across vertices of flattened curves.
+    QList<Tag> tags = {{100, "AcDbPolyline"},
+                       {90, QString::number(points.size())},
+                       {70, QString::number((closed ? 1 : 0) | 128)},
+                       {43, "0"}};
+    for (const QPointF& p : points) {
+        tags.append({10, real(p.x())});
+        tags.append({20, real(p.y())});
+    }
+    add("LWPOLYLINE", style, tags, points);
+}
+
+void Drawing::addCircle(const QPointF& centre, double radius, const EntityStyle& style) {
+    add("CIRCLE", style,
+        {{100, "AcDbCircle"}, {10, real(centre.x())}, {20, real(centre.y())}, {30, "0"}, {40, real(radius)}},
+        {centre - QPointF(radius, radius), centre + QPointF(radius, radius)});
+}
+
+void Drawing::addEllipse(const QPointF& centre, const QPointF& majorAxis, double ratio,
+                         const EntityStyle& style) {
+    const QPointF minor = QPointF(-majorAxis.y(), majorAxis.x()) * ratio;
+    add("ELLIPSE", style,
+        {{100, "AcDbEllipse"},
+         {10, real(centre.x())},
+         {20, real(centre.y())},
+         {30, "0"},
+         {11, real(majorAxis.x())},
+         {21, real(majorAxis.y())},
+         {31, "0"},
+         {210, "0"},
+         {220, "0"},
+         {230, "1"},
+         {40, real(ratio)},
+         {41, "0"},
+         {42, real(2.0 * M_PI)}},
+        {centre + majorAxis + minor, centre - majorAxis - minor, centre + majorAxis - minor,
+         centre - majorAxis + minor});
+}
+
+void Drawing::addSolidHatch(const QList<QPolygonF>& loops, const EntityStyle& style) {
+    QList<Tag> tags = {{100, "AcDbHatch"},
+                       {10, "0"},
+                       {20, "0"},
+                       {30, "0"},
+                       {210, "0"},
+                       {220, "0"},
+                       {230, "1"},
+                       {2, "SOLID"},
+                       {70, "1"},
+                       {71, "0"},
+                       {91, QString::number(loops.size())}};
+    QList<QPointF> bounds;
+    for (const QPolygonF& loop : loops) {
+        // Polyline boundary (2), no bulges, closed.
+        tags.append({{92, "2"}, {72, "0"}, {73, "1"}, {93, QString::number(loop.size())}});
+        for (const QPointF& p : loop) {
+            tags.append({10, real(p.x())});
+            tags.append({20, real(p.y())});
+        }
+        tags.append({97, "0"});
+        bounds.append(loop);
+    }
+    tags.append({{75, "0"}, {76, "1"}, {98, "0"}});
+    add("HATCH", style, tags, bounds);
+}
+
+void Drawing::addText(const TextRun& run, const EntityStyle& style) {
+    QList<Tag> tags = {{100, "AcDbText"}, {10, real(run.baseline.x())}, {20, real(run.baseline.y())},
+                       {30, "0"},         {40, real(run.height)},       {1, encodeText(run.text)}};
+    if (run.rotationDegrees != 0.0)
+        tags.append({50, real(run.rotationDegrees)});
+    if (run.widthFactor != 1.0)
+        tags.append({41, real(run.widthFactor)});
+    tags.append({7, "Standard"});
+    if (run.upsideDown)
+        tags.append({71, "4"});
+    tags.append({100, "AcDbText"});
+    const double a = run.rotationDegrees * M_PI / 180.0;
+    const QPointF along = QPointF(std::cos(a), std::sin(a)) * run.advance;
+    const QPointF up = QPointF(-std::sin(a), std::cos(a)) * (run.upsideDown ? -run.height : run.height);
+    add("TEXT", style, tags,
+        {run.baseline, run.baseline + along, run.baseline + up, run.baseline + along + up});
+}
+
+} // namespace dxf

@@ -1,0 +1,198 @@
+#include "DxfPaintEngine.h"
+
+#include "VDxfPaintDevice.h"
+
+#include <QFontMetricsF>
+#include <QPainterPath>
+#include <QTextItem>
+
+#include <cmath>
+
+namespace {
+
+// DXF has flat colours only: gradients, patterns, perspective and compositing are left to QPainter,
+// which falls back to a bitmap (and bitmaps are not exported). Transparency is accepted and written
+// opaque, so that translucent items still appear.
+QPaintEngine::PaintEngineFeatures dxfFeatures() {
+    return QPaintEngine::AllFeatures &
+           ~(QPaintEngine::LinearGradientFill | QPaintEngine::RadialGradientFill |
+             QPaintEngine::ConicalGradientFill | QPaintEngine::PatternBrush | QPaintEngine::PatternTransform |
+             QPaintEngine::PerspectiveTransform | QPaintEngine::BlendModes | QPaintEngine::PorterDuff |
+             QPaintEngine::RasterOpModes | QPaintEngine::MaskedBrush |
+             QPaintEngine::ObjectBoundingModeGradients | QPaintEngine::BrushStroke |
+             QPaintEngine::PixmapTransform);
+}
+
+double length(const QPointF& v) {
+    return std::hypot(v.x(), v.y());
+}
+
+// Polygons with at least three distinct corners, without the repeated closing point.
+QPolygonF openedLoop(QPolygonF polygon) {
+    if (polygon.size() > 1 && polygon.first() == polygon.last())
+        polygon.removeLast();
+    return polygon;
+}
+
+} // namespace
+
+DxfPaintEngine::DxfPaintEngine()
+    : QPaintEngine(dxfFeatures()) {}
+
+bool DxfPaintEngine::begin(QPaintDevice* device) {
+    const auto* dxfDevice = static_cast<const VDxfPaintDevice*>(device);
+    m_resolution = dxfDevice->resolution() > 0 ? dxfDevice->resolution() : 72.0;
+    m_flip = QTransform(1, 0, 0, -1, 0, dxfDevice->size().height());
+    m_painter = QTransform();
+    m_toDxf = m_flip;
+    m_hasPainted = true;
+    return true;
+}
+
+bool DxfPaintEngine::end() {
+    return true;
+}
+
+void DxfPaintEngine::updateState(const QPaintEngineState& state) {
+    const DirtyFlags flags = state.state();
+    if (flags & DirtyPen)
+        m_pen = state.pen();
+    if (flags & DirtyBrush)
+        m_brush = state.brush();
+    if (flags & DirtyTransform) {
+        m_painter = state.transform();
+        m_toDxf = m_painter * m_flip;
+    }
+}
+
+dxf::EntityStyle DxfPaintEngine::penStyle() const {
+    // Cosmetic widths are in device units already; a zero width is Qt's one-unit hairline.
+    double width = m_pen.widthF() > 0 ? m_pen.widthF() : 1.0;
+    if (!m_pen.isCosmetic() && m_pen.widthF() > 0)
+        width *= std::sqrt(std::abs(m_painter.determinant()));
+    dxf::EntityStyle style;
+    style.color = m_pen.color();
+    style.lineweight = dxf::snapLineweight(width * 25.4 / m_resolution);
+    style.linetype = dxf::linetypeFor(m_pen.style());
+    style.linetypeScale = std::max(width, 1.0);
+    return style;
+}
+
+dxf::EntityStyle DxfPaintEngine::brushStyle() const {
+    dxf::EntityStyle style;
+    style.color = m_brush.color();
+    style.lineweight = 0;
+    return style;
+}
+
+void DxfPaintEngine::fill(const QPainterPath& path) {
+    // Hatches fill by parity; merging a winding path first gives the same area.
+    const QPainterPath outline = path.fillRule() == Qt::WindingFill ? path.simplified() : path;
+    QList<QPolygonF> loops;
+    for (const QPolygonF& polygon : outline.toSubpathPolygons(m_toDxf)) {
+        const QPolygonF loop = openedLoop(polygon);
+        if (loop.size() >= 3)
+            loops.append(loop);
+    }
+    if (!loops.isEmpty())
+        m_drawing.addSolidHatch(loops, brushStyle());
+}
+
+void DxfPaintEngine::stroke(const QPolygonF& polygon, bool closed) {
+    if (polygon.size() < 2)
+        return;
+    m_drawing.addPolyline(polygon, closed, penStyle());
+}
+
+void DxfPaintEngine::drawLines(const QLineF* lines, int lineCount) {
+    if (!hasPen())
+        return;
+    const dxf::EntityStyle style = penStyle();
+    for (int i = 0; i < lineCount; ++i)
+        m_drawing.addLine(m_toDxf.map(lines[i].p1()), m_toDxf.map(lines[i].p2()), style);
+}
+
+void DxfPaintEngine::drawPolygon(const QPointF* points, int pointCount, PolygonDrawMode mode) {
+    const QPolygonF polygon = m_toDxf.map(QPolygonF(QList<QPointF>(points, points + pointCount)));
+    if (mode == PolylineMode) {
+        if (hasPen())
+            stroke(polygon, false);
+        return;
+    }
+    if (hasBrush()) {
+        QPainterPath path;
+        path.addPolygon(QPolygonF(QList<QPointF>(points, points + pointCount)));
+        path.closeSubpath();
+        path.setFillRule(mode == WindingMode ? Qt::WindingFill : Qt::OddEvenFill);
+        fill(path);
+    }
+    if (hasPen())
+        stroke(openedLoop(polygon), true);
+}
+
+void DxfPaintEngine::drawPath(const QPainterPath& path) {
+    if (hasBrush())
+        fill(path);
+    if (!hasPen())
+        return;
+    for (const QPolygonF& polygon : path.toSubpathPolygons(m_toDxf)) {
+        const bool closed = polygon.size() > 2 && polygon.first() == polygon.last();
+        stroke(closed ? openedLoop(polygon) : polygon, closed);
+    }
+}
+
+void DxfPaintEngine::drawEllipse(const QRectF& rect) {
+    const QPointF centre = m_toDxf.map(rect.center());
+    const QPointF u = m_toDxf.map(QPointF(rect.right(), rect.center().y())) - centre;
+    const QPointF v = m_toDxf.map(QPointF(rect.center().x(), rect.bottom())) - centre;
+    const double lu = length(u), lv = length(v);
+    // A sheared or degenerate ellipse is no DXF ellipse: draw its outline instead.
+    if (lu <= 0 || lv <= 0 || std::abs(QPointF::dotProduct(u, v)) > 1e-9 * lu * lv) {
+        QPaintEngine::drawEllipse(rect);
+        return;
+    }
+    if (hasBrush()) {
+        QPainterPath path;
+        path.addEllipse(rect);
+        fill(path);
+    }
+    if (!hasPen())
+        return;
+    if (std::abs(lu - lv) <= 1e-9 * std::max(lu, lv))
+        m_drawing.addCircle(centre, lu, penStyle());
+    else if (lu > lv)
+        m_drawing.addEllipse(centre, u, lv / lu, penStyle());
+    else
+        m_drawing.addEllipse(centre, v, lu / lv, penStyle());
+}
+
+void DxfPaintEngine::drawTextItem(const QPointF& p, const QTextItem& textItem) {
+    const QString text = textItem.text();
+    if (text.trimmed().isEmpty())
+        return;
+    const QFontMetricsF metrics(textItem.font(), paintDevice());
+    const QPointF base = m_toDxf.map(p);
+    const QPointF along = m_toDxf.map(p + QPointF(1, 0)) - base;
+    const QPointF up = m_toDxf.map(p - QPointF(0, 1)) - base;
+    const double scaleUp = length(up);
+    if (scaleUp <= 0 || length(along) <= 0)
+        return;
+
+    dxf::TextRun run;
+    run.text = text;
+    run.baseline = base;
+    // TEXT heights are cap heights, as CAD fonts are drawn.
+    run.height = metrics.capHeight() * scaleUp;
+    const double degrees = std::atan2(along.y(), along.x()) * 180.0 / M_PI;
+    run.rotationDegrees = degrees < 0 ? degrees + 360.0 : degrees;
+    const double widthFactor = length(along) / scaleUp;
+    run.widthFactor = std::abs(widthFactor - 1.0) < 1e-9 ? 1.0 : widthFactor;
+    run.upsideDown = along.x() * up.y() - along.y() * up.x() < 0;
+    run.advance = textItem.width() * length(along);
+    m_drawing.addText(run, penStyle());
+}
+
+void DxfPaintEngine::drawPixmap(const QRectF&, const QPixmap&, const QRectF&) {
+    // Skipped: a DXF 2000 file can only link raster images kept in separate files, and the export is
+    // one self-contained drawing.
+}
