@@ -16,3 +16,12 @@
 
 // Library interface
 #include "CommonParams.h"
+
+// Geometry
+#include "Geometry.h"
+#include "GeometryAngles.h"
+#include "GeometryFitting.h"
+#include "GeometryIntersections.h"
+#include "GeometryNumbers.h"
+#include "GeometryOutlines.h"
+#include "GeometryPolygons.h"
