@@ -1,4 +1,5 @@
 #include "GeometryAngles.h"
+#include "SinglePrecision.h"
 
 #include <QPolygonF>
 #include <QTransform>
@@ -128,13 +129,11 @@ QRectF rectGenerate(QPointF a, QPointF b) {
 QPointF rotatedPoint(QPointF p, QPointF c, double angle) {
     // Single precision on purpose: positions saved by earlier versions were rotated this way.
     const double a = -angle * 0.0174532925;
-    const float s = static_cast<float>(std::sin(a));
-    const float co = static_cast<float>(std::cos(a));
+    const double s = toSingle(std::sin(a));
+    const double co = toSingle(std::cos(a));
     const double dx = p.x() - c.x();
     const double dy = p.y() - c.y();
-    const float x = static_cast<float>(co * dx - s * dy);
-    const float y = static_cast<float>(co * dy + s * dx);
-    return QPointF(x + c.x(), y + c.y());
+    return QPointF(toSingle(co * dx - s * dy) + c.x(), toSingle(co * dy + s * dx) + c.y());
 }
 
 QRectF rotatedRect(const QRectF& r, int angle) {

@@ -1,4 +1,5 @@
 #include "GeometryIntersections.h"
+#include "SinglePrecision.h"
 
 #include <algorithm>
 #include <cmath>
@@ -184,20 +185,18 @@ bool ellipseLineIntersection(QRectF e, QPointF a, QPointF b, QList<QPointF>& out
         return false;
     e = e.normalized();
     // Single precision as the items always computed it.
-    const float cx = static_cast<float>(e.center().x());
-    const float cy = static_cast<float>(e.center().y());
-    const float rx = static_cast<float>(e.width() / 2);
-    const float ry = static_cast<float>(e.height() / 2);
-    const QPointF centre(cx, cy);
+    const QPointF centre(toSingle(e.center().x()), toSingle(e.center().y()));
+    const double rx = toSingle(e.width() / 2);
+    const double ry = toSingle(e.height() / 2);
     a -= centre;
     b -= centre;
     const QPointF d = b - a;
-    const double rx2 = double(rx) * rx;
-    const double ry2 = double(ry) * ry;
+    const double rx2 = rx * rx;
+    const double ry2 = ry * ry;
     const double A = d.x() * d.x() / rx2 + d.y() * d.y() / ry2;
     const double B = 2 * (a.x() * d.x() / rx2 + a.y() * d.y() / ry2);
     const double C = a.x() * a.x() / rx2 + a.y() * a.y() / ry2 - 1;
-    const float disc = static_cast<float>(B * B - 4 * A * C);
+    const double disc = toSingle(B * B - 4 * A * C);
     QVector<double> roots;
     if (disc == 0) {
         roots << -B / (2 * A);
