@@ -24,3 +24,12 @@
 
 // DXF output
 #include "VDxfPaintDevice.h"
+
+// Geometry
+#include "Geometry.h"
+#include "GeometryAngles.h"
+#include "GeometryFitting.h"
+#include "GeometryIntersections.h"
+#include "GeometryNumbers.h"
+#include "GeometryOutlines.h"
+#include "GeometryPolygons.h"
