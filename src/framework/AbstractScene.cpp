@@ -1,6 +1,7 @@
 #include "AbstractScene.h"
 
 #include "AbstractBaseItem.h"
+#include "ItemFactory.h"
 
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
@@ -36,6 +37,19 @@ void AbstractScene::startTool(AbstractBaseItem* item) {
         view->viewport()->setMouseTracking(true);
     clearSelection();
     m_creating = item;
+}
+
+AbstractBaseItem* AbstractScene::startTool(const QString& name, int id) {
+    QString className = name;
+    AbstractBaseItem* item = XBaseItemToolCreate(className, nullptr, id, nullptr);
+    if (!item)
+        item = XBaseItemMesureCreate(className, nullptr, id, nullptr);
+    startTool(item);
+    return item;
+}
+
+AbstractBaseItem* AbstractScene::itemInCreation() const {
+    return m_creating;
 }
 
 void AbstractScene::cancelTool() {

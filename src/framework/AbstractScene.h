@@ -30,7 +30,10 @@ public:
     // Shift constrains) until its release says creation is complete; endEdition then accepts it,
     // left selected, or rejects it, removed and deleted. Right button or Escape cancels.
     void startTool(AbstractBaseItem* item);
-    AbstractBaseItem* itemInCreation() const { return m_creating; }
+    // The same for a class name or displayed name, made by the tool or the measure factory;
+    // null (and nothing started) for a name neither knows.
+    AbstractBaseItem* startTool(const QString& name, int id = 0);
+    AbstractBaseItem* itemInCreation() const;
     void cancelTool();
 
 signals:

@@ -14,6 +14,7 @@ class TestDrawing : public QObject {
 private slots:
     void init();
     void cleanup();
+    void unknownToolStartsNothing();
     void acceptedItemIsLeftSelected();
     void rejectedItemIsDiscarded();
     void movesBeforeThePressAreNotForwarded();
@@ -40,6 +41,12 @@ void TestDrawing::init() {
 void TestDrawing::cleanup() {
     delete m_view;
     delete m_scene;
+}
+
+void TestDrawing::unknownToolStartsNothing() {
+    QCOMPARE(m_scene->startTool(QStringLiteral("NoSuchItem")), nullptr);
+    QCOMPARE(m_scene->itemInCreation(), nullptr);
+    QVERIFY(m_scene->items().isEmpty());
 }
 
 void TestDrawing::acceptedItemIsLeftSelected() {
