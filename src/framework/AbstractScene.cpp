@@ -6,6 +6,7 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
 #include <QKeyEvent>
+#include <QPainter>
 
 AbstractScene::AbstractScene(QObject* parent)
     : QGraphicsScene(parent) {}
@@ -23,6 +24,19 @@ void AbstractScene::setOrthoReferenceAngle(double degrees) {
         return;
     m_orthoAngle = degrees;
     emit orthoReferenceAngleChanged(degrees);
+}
+
+void AbstractScene::setImage(const QImage& image) {
+    m_image = image;
+    if (!image.isNull() && sceneRect().isEmpty())
+        setSceneRect(QRectF(QPointF(0, 0), image.size()));
+    update();
+}
+
+void AbstractScene::drawBackground(QPainter* painter, const QRectF& rect) {
+    QGraphicsScene::drawBackground(painter, rect);
+    if (!m_image.isNull())
+        painter->drawImage(QPointF(0, 0), m_image);
 }
 
 void AbstractScene::startTool(AbstractBaseItem* item) {

@@ -3,6 +3,7 @@
 #include "graphicsobjects_export.h"
 
 #include <QGraphicsScene>
+#include <QImage>
 #include <QPointer>
 
 class AbstractBaseItem;
@@ -26,6 +27,10 @@ public:
     double orthoReferenceAngle() const { return m_orthoAngle; }
     virtual void setOrthoReferenceAngle(double degrees);
 
+    // The image the items lie on, drawn as the background; null when there is none.
+    void setImage(const QImage& image);
+    QImage image() const { return m_image; }
+
     // Drawing: the item is added to the scene and receives the scene's mouse events (left button,
     // Shift constrains) until its release says creation is complete; endEdition then accepts it,
     // left selected, or rejects it, removed and deleted. Right button or Escape cancels.
@@ -46,12 +51,14 @@ protected:
     void mouseMoveEvent(QGraphicsSceneMouseEvent* event) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void drawBackground(QPainter* painter, const QRectF& rect) override;
 
 private:
     void finishCreation();
     void discard(AbstractBaseItem* item);
 
     QPointer<AbstractBaseItem> m_creating;
+    QImage m_image;
     double m_zoomX = 1.0;
     double m_zoomY = 1.0;
     bool m_verticalZoomInForce = false;
