@@ -2,6 +2,19 @@
 
 #include <cmath>
 
+namespace {
+
+QPointF meanPoint(const QList<QPointF>& pts) {
+    double x = 0, y = 0;
+    for (const QPointF& p : pts) {
+        x += p.x();
+        y += p.y();
+    }
+    return QPointF(x / pts.size(), y / pts.size());
+}
+
+} // namespace
+
 QPointF circleCenter(QPointF a, QPointF b, QPointF c) {
     const double ma = (b.y() - a.y()) / (b.x() - a.x());
     const double mb = (c.y() - b.y()) / (c.x() - b.x());
@@ -93,13 +106,8 @@ bool CalculerCercleNPts(QList<QPointF> pts, QPointF& centre, double& r) {
     const int n = pts.size();
     if (n < 3)
         return false;
-    double xm = 0, ym = 0;
-    for (const QPointF& p : pts) {
-        xm += p.x();
-        ym += p.y();
-    }
-    xm /= n;
-    ym /= n;
+    const QPointF mean = meanPoint(pts);
+    const double xm = mean.x(), ym = mean.y();
     double Suu = 0, Svv = 0, Suv = 0, Su = 0, Sv = 0;
     for (const QPointF& p : pts) {
         const double u = p.x() - xm;
@@ -128,13 +136,8 @@ bool CalculerDroiteNPts(QList<QPointF> pts, QPointF& p1, QPointF& p2, long width
     const int n = pts.size();
     if (n < 2)
         return false;
-    double xm = 0, ym = 0;
-    for (const QPointF& p : pts) {
-        xm += p.x();
-        ym += p.y();
-    }
-    xm /= n;
-    ym /= n;
+    const QPointF mean = meanPoint(pts);
+    const double xm = mean.x(), ym = mean.y();
     double sxy = 0, sxx = 0;
     for (const QPointF& p : pts) {
         const double dx = xm - p.x();

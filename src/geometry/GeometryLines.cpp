@@ -13,9 +13,27 @@ Direction directions(QPointF a1, QPointF a2, QPointF b1, QPointF b2) {
     return {a2.x() - a1.x(), a2.y() - a1.y(), b2.x() - b1.x(), b2.y() - b1.y()};
 }
 
-// Coordinates of (x, y) in the frame turned by (cos, sin).
-QPointF turned(double x, double y, double cos, double sin) {
-    return QPointF(x * cos + y * sin, y * cos - x * sin);
+// C and D in the frame where A is the origin and AB lies on the positive x axis.
+struct FrameOnAB {
+    double length, cos, sin;
+    QPointF c, d;
+};
+
+FrameOnAB frameOnAB(double Ax, double Ay, double Bx, double By, double Cx, double Cy, double Dx, double Dy) {
+    FrameOnAB f;
+    Bx -= Ax;
+    By -= Ay;
+    f.length = std::sqrt(Bx * Bx + By * By);
+    f.cos = Bx / f.length;
+    f.sin = By / f.length;
+    f.c = QPointF((Cx - Ax) * f.cos + (Cy - Ay) * f.sin, (Cy - Ay) * f.cos - (Cx - Ax) * f.sin);
+    f.d = QPointF((Dx - Ax) * f.cos + (Dy - Ay) * f.sin, (Dy - Ay) * f.cos - (Dx - Ax) * f.sin);
+    return f;
+}
+
+// Where the turned CD crosses the x axis.
+double crossingOnAB(const FrameOnAB& f) {
+    return f.d.x() + (f.c.x() - f.d.x()) * f.d.y() / (f.d.y() - f.c.y());
 }
 
 } // namespace
@@ -46,18 +64,12 @@ bool lineIntersection(double Ax, double Ay, double Bx, double By, double Cx, dou
                       double* X, double* Y) {
     if ((Ax == Bx && Ay == By) || (Cx == Dx && Cy == Dy))
         return false;
-    Bx -= Ax;
-    By -= Ay;
-    const double length = std::sqrt(Bx * Bx + By * By);
-    const double cos = Bx / length;
-    const double sin = By / length;
-    const QPointF c = turned(Cx - Ax, Cy - Ay, cos, sin);
-    const QPointF d = turned(Dx - Ax, Dy - Ay, cos, sin);
-    if (c.y() == d.y())
+    const FrameOnAB f = frameOnAB(Ax, Ay, Bx, By, Cx, Cy, Dx, Dy);
+    if (f.c.y() == f.d.y())
         return false;
-    const double pos = d.x() + (c.x() - d.x()) * d.y() / (d.y() - c.y());
-    *X = Ax + pos * cos;
-    *Y = Ay + pos * sin;
+    const double pos = crossingOnAB(f);
+    *X = Ax + pos * f.cos;
+    *Y = Ay + pos * f.sin;
     return true;
 }
 
@@ -67,20 +79,14 @@ bool lineSegmentIntersection(double Ax, double Ay, double Bx, double By, double 
         return false;
     if ((Ax == Cx && Ay == Cy) || (Bx == Cx && By == Cy) || (Ax == Dx && Ay == Dy) || (Bx == Dx && By == Dy))
         return false;
-    Bx -= Ax;
-    By -= Ay;
-    const double length = std::sqrt(Bx * Bx + By * By);
-    const double cos = Bx / length;
-    const double sin = By / length;
-    const QPointF c = turned(Cx - Ax, Cy - Ay, cos, sin);
-    const QPointF d = turned(Dx - Ax, Dy - Ay, cos, sin);
-    if ((c.y() < 0 && d.y() < 0) || (c.y() >= 0 && d.y() >= 0))
+    const FrameOnAB f = frameOnAB(Ax, Ay, Bx, By, Cx, Cy, Dx, Dy);
+    if ((f.c.y() < 0 && f.d.y() < 0) || (f.c.y() >= 0 && f.d.y() >= 0))
         return false;
-    const double pos = d.x() + (c.x() - d.x()) * d.y() / (d.y() - c.y());
-    if (pos < 0 || pos > length)
+    const double pos = crossingOnAB(f);
+    if (pos < 0 || pos > f.length)
         return false;
-    *X = Ax + pos * cos;
-    *Y = Ay + pos * sin;
+    *X = Ax + pos * f.cos;
+    *Y = Ay + pos * f.sin;
     return true;
 }
 
