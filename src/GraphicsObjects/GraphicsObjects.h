@@ -16,3 +16,6 @@
 
 // Library interface
 #include "CommonParams.h"
+
+// Image filters
+#include "ImageFilters.h"
