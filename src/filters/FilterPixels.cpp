@@ -13,6 +13,19 @@ const uchar* unpremultiplyTable() {
     return table.data();
 }
 
+void assignPremultiplied(QImage& image, QImage&& result)
+{
+    if (result.format() == QImage::Format_ARGB32) {
+        for (int y = 0; y < result.height(); ++y) {
+            auto* p = reinterpret_cast<QRgb*>(result.scanLine(y));
+            for (int x = 0; x < result.width(); ++x)
+                p[x] = qPremultiply(p[x]);
+        }
+    }
+    result.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied);
+    image = std::move(result);
+}
+
 Histograms straightHistograms(const QImage& image) {
     Histograms h;
     auto& [red, green, blue, alpha] = h.count;

@@ -52,14 +52,9 @@ inline QImage argb32Source(const QImage& image) {
     return image.convertToFormat(QImage::Format_ARGB32);
 }
 
-// Ends a converted filter: the image becomes the result in premultiplied format.
-inline void assignPremultiplied(QImage& image, QImage&& result) {
-    if (result.format() == QImage::Format_RGB32)
-        result.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied);
-    else
-        result.convertTo(QImage::Format_ARGB32_Premultiplied);
-    image = std::move(result);
-}
+// Ends a converted filter: the image becomes the straight result in premultiplied format. Done
+// here rather than by QImage::convertTo, which may spread large images over a thread pool.
+void assignPremultiplied(QImage& image, QImage&& result);
 
 inline const uchar* clampedRow(const QImage& image, int y) {
     return image.constScanLine(std::clamp(y, 0, image.height() - 1));
