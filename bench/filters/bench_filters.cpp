@@ -33,15 +33,13 @@ constexpr double Megapixels = double(Side) * Side / 1e6;
 
 enum class Family { Point, Neighbourhood, Distortion };
 
-double nowMs()
-{
+double nowMs() {
     using namespace std::chrono;
     return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
 }
 
 // Best of `runs`; prepare() runs untimed before each timed call.
-double bestOf(int runs, const std::function<void()>& prepare, const std::function<void()>& run)
-{
+double bestOf(int runs, const std::function<void()>& prepare, const std::function<void()>& run) {
     double best = std::numeric_limits<double>::infinity();
     for (int i = 0; i < runs; ++i) {
         prepare();
@@ -52,8 +50,7 @@ double bestOf(int runs, const std::function<void()>& prepare, const std::functio
     return best / Megapixels;
 }
 
-QImage seededImage()
-{
+QImage seededImage() {
     QImage image(Side, Side, QImage::Format_ARGB32);
     std::mt19937 random(20200113);
     for (int y = 0; y < Side; ++y) {
@@ -67,8 +64,7 @@ QImage seededImage()
 #ifdef BENCH_OPENCV
 using CvOp = std::function<void(cv::Mat& src, cv::Mat& dst)>;
 
-cv::Mat lut4(const std::function<int(int)>& colour)
-{
+cv::Mat lut4(const std::function<int(int)>& colour) {
     cv::Mat lut(1, 256, CV_8UC4);
     for (int i = 0; i < 256; ++i) {
         const uchar c = cv::saturate_cast<uchar>(colour(i));
@@ -77,8 +73,7 @@ cv::Mat lut4(const std::function<int(int)>& colour)
     return lut;
 }
 
-CvOp perChannel(const std::function<void(cv::Mat&)>& op)
-{
+CvOp perChannel(const std::function<void(cv::Mat&)>& op) {
     return [op](cv::Mat& src, cv::Mat& dst) {
         std::vector<cv::Mat> planes;
         cv::split(src, planes);
@@ -88,16 +83,14 @@ CvOp perChannel(const std::function<void(cv::Mat&)>& op)
     };
 }
 
-CvOp filter2D(cv::Mat kernel)
-{
+CvOp filter2D(cv::Mat kernel) {
     return [kernel](cv::Mat& src, cv::Mat& dst) {
         cv::filter2D(src, dst, -1, kernel, cv::Point(-1, -1), 0, cv::BORDER_REPLICATE);
     };
 }
 
 // The same weights as the library's sharpen kernel, normalised, at width 9 for sigma 1.
-cv::Mat gaussianSharpenKernel(int width, double sigma)
-{
+cv::Mat gaussianSharpenKernel(int width, double sigma) {
     cv::Mat k(width, width, CV_32F);
     double sum = 0;
     for (int v = 0; v < width; ++v)
@@ -111,8 +104,7 @@ cv::Mat gaussianSharpenKernel(int width, double sigma)
 }
 
 // Builds the displacement maps with the same formulas as the library, then remaps.
-CvOp remapOp(const std::function<void(float d, float radius, float& dx, float& dy)>& map)
-{
+CvOp remapOp(const std::function<void(float d, float radius, float& dx, float& dy)>& map) {
     return [map](cv::Mat& src, cv::Mat& dst) {
         cv::Mat mapX(src.size(), CV_32F), mapY(src.size(), CV_32F);
         const float c = 0.5f * src.cols, radius = c;
@@ -133,8 +125,7 @@ CvOp remapOp(const std::function<void(float d, float radius, float& dx, float& d
 #ifdef BENCH_MAGICK
 using ImOp = std::function<void(Magick::Image&)>;
 
-ImOp imConvolve(std::vector<double> kernel, double divisor)
-{
+ImOp imConvolve(std::vector<double> kernel, double divisor) {
     for (double& k : kernel)
         k /= divisor;
     return [kernel](Magick::Image& im) { im.convolve(3, kernel.data()); };
@@ -166,23 +157,20 @@ struct Row {
 #define CV(...)
 #endif
 
-void swirlMap(float d, float radius, float& dx, float& dy)
-{
+void swirlMap(float d, float radius, float& dx, float& dy) {
     const float f = 1.0f - std::sqrt(d) / radius, theta = float(M_PI / 2) * f * f;
     const float c = std::cos(theta), s = std::sin(theta), x = dx;
     dx = c * x - s * dy;
     dy = s * x + c * dy;
 }
 
-void implodeMap(float d, float radius, float& dx, float& dy)
-{
+void implodeMap(float d, float radius, float& dx, float& dy) {
     const float factor = d == 0 ? 1.0f : std::pow(std::sin(float(M_PI / 2) * std::sqrt(d) / radius), -0.5f);
     dx *= factor;
     dy *= factor;
 }
 
-std::vector<Row> rows()
-{
+std::vector<Row> rows() {
     const std::vector<double> sharpen3{0, -1, 0, -1, 5, -1, 0, -1, 0};
     const std::vector<double> antialias3{1, 2, 1, 2, 8, 2, 1, 2, 1};
     (void)sharpen3;
@@ -198,13 +186,13 @@ std::vector<Row> rows()
              cv::LUT(s, lut4([&](int v) { return int(m[0]) + (v - int(m[0])) * 256 / 216; }), d);
          }) "mean+LUT"},
         {"gamma 2.2", Family::Point, [](QImage& i) { filterGamma(i, 2.2); },
-         IM([](Magick::Image& im) { im.gamma(2.2); }) "-gamma 2.2",
-         CV([](cv::Mat& s, cv::Mat& d) {
+         IM([](Magick::Image& im) { im.gamma(2.2); }) "-gamma 2.2", CV([](cv::Mat& s, cv::Mat& d) {
              cv::LUT(s, lut4([](int v) { return int(std::pow(v / 255.0, 1 / 2.2) * 255); }), d);
          }) "LUT"},
         {"colorize 10,0,0", Family::Point, [](QImage& i) { filterColorize(i, 10, 0, 0); },
-         IM([](Magick::Image& im) { im.brightnessContrastChannel(Magick::BlueChannel, 10 / 2.55, 0); })
-         "-channel B -brightness-contrast",
+         IM([](Magick::Image& im) {
+             im.brightnessContrastChannel(Magick::BlueChannel, 10 / 2.55, 0);
+         }) "-channel B -brightness-contrast",
          CV([](cv::Mat& s, cv::Mat& d) { cv::add(s, cv::Scalar(10, 0, 0, 0), d); }) "add Scalar"},
         {"desaturate 0.5", Family::Point, [](QImage& i) { filterDesaturate(i, 0.5f); },
          IM([](Magick::Image& im) { im.modulate(100, 50, 100); }) "-modulate 100,50",
@@ -229,16 +217,14 @@ std::vector<Row> rows()
         {"equalize", Family::Point, [](QImage& i) { filterEqualize(i); },
          IM([](Magick::Image& im) { im.equalize(); }) "-equalize",
          CV(perChannel([](cv::Mat& p) { cv::equalizeHist(p, p); })) "equalizeHist x3"},
-        {"box blur r2", Family::Neighbourhood, [](QImage& i) { filterBlur(i, 2); },
-         IM(nullptr) "-",
+        {"box blur r2", Family::Neighbourhood, [](QImage& i) { filterBlur(i, 2); }, IM(nullptr) "-",
          CV([](cv::Mat& s, cv::Mat& d) { cv::blur(s, d, cv::Size(5, 5)); }) "blur 5x5"},
         {"sharpen", Family::Neighbourhood, [](QImage& i) { filterSharpen(i, 1); },
          IM(imConvolve(sharpen3, 1)) "-convolve 3x3",
-         CV(filter2D(cv::Mat(3, 3, CV_32F, cv::Scalar(0)) + (cv::Mat_<float>(3, 3) << 0, -1, 0, -1, 5, -1, 0, -1, 0)))
-         "filter2D 3x3"},
+         CV(filter2D(cv::Mat(3, 3, CV_32F, cv::Scalar(0)) +
+                     (cv::Mat_<float>(3, 3) << 0, -1, 0, -1, 5, -1, 0, -1, 0))) "filter2D 3x3"},
         {"edge", Family::Neighbourhood, [](QImage& i) { filterEdge(i); },
-         IM([](Magick::Image& im) { im.edge(1); }) "-edge 1",
-         CV([](cv::Mat& s, cv::Mat& d) {
+         IM([](Magick::Image& im) { im.edge(1); }) "-edge 1", CV([](cv::Mat& s, cv::Mat& d) {
              cv::Mat gx, gy, ax, ay;
              cv::Sobel(s, gx, CV_16S, 1, 0, 3, 1, 0, cv::BORDER_REPLICATE);
              cv::Sobel(s, gy, CV_16S, 0, 1, 3, 1, 0, cv::BORDER_REPLICATE);
@@ -247,35 +233,30 @@ std::vector<Row> rows()
              cv::add(ax, ay, d);
          }) "Sobel x2 + |gx|+|gy|"},
         {"despeckle", Family::Neighbourhood, [](QImage& i) { filterDespeckle(i); },
-         IM([](Magick::Image& im) { im.despeckle(); }) "-despeckle",
-         CV(nullptr) "-"},
+         IM([](Magick::Image& im) { im.despeckle(); }) "-despeckle", CV(nullptr) "-"},
         {"antialias", Family::Neighbourhood, [](QImage& i) { filterAntialias(i); },
          IM(imConvolve(antialias3, 20)) "-convolve 3x3",
          CV(filter2D((cv::Mat_<float>(3, 3) << 1, 2, 1, 2, 8, 2, 1, 2, 1) / 20)) "filter2D 3x3"},
         {"gaussian blur s2", Family::Neighbourhood, [](QImage& i) { filterGaussianBlur(i, 0, 2); },
-         IM([](Magick::Image& im) { im.blur(0, 2); }) "-blur 0x2",
-         CV([](cv::Mat& s, cv::Mat& d) { cv::GaussianBlur(s, d, cv::Size(11, 11), 2, 2, cv::BORDER_REPLICATE); })
-         "GaussianBlur 11x11"},
+         IM([](Magick::Image& im) { im.blur(0, 2); }) "-blur 0x2", CV([](cv::Mat& s, cv::Mat& d) {
+             cv::GaussianBlur(s, d, cv::Size(11, 11), 2, 2, cv::BORDER_REPLICATE);
+         }) "GaussianBlur 11x11"},
         {"gaussian sharpen s1", Family::Neighbourhood, [](QImage& i) { filterGaussianSharpen(i, 0, 1); },
          IM([](Magick::Image& im) { im.sharpen(0, 1); }) "-sharpen 0x1",
          CV(filter2D(gaussianSharpenKernel(9, 1))) "filter2D 9x9"},
         {"emboss s1", Family::Neighbourhood, [](QImage& i) { filterEmboss(i, 0, 1); },
-         IM([](Magick::Image& im) { im.emboss(0, 1); }) "-emboss 0x1",
-         CV(nullptr) "-"},
+         IM([](Magick::Image& im) { im.emboss(0, 1); }) "-emboss 0x1", CV(nullptr) "-"},
         {"charcoal", Family::Neighbourhood, [](QImage& i) { filterCharcoal(i); },
-         IM([](Magick::Image& im) { im.charcoal(0, 1); }) "-charcoal 0x1",
-         CV(nullptr) "-"},
+         IM([](Magick::Image& im) { im.charcoal(0, 1); }) "-charcoal 0x1", CV(nullptr) "-"},
         {"swirl 90", Family::Distortion, [](QImage& i) { filterSwirl(i, 90); },
-         IM([](Magick::Image& im) { im.swirl(90); }) "-swirl 90",
-         CV(remapOp(swirlMap)) "maps + remap"},
+         IM([](Magick::Image& im) { im.swirl(90); }) "-swirl 90", CV(remapOp(swirlMap)) "maps + remap"},
         {"implode 0.5", Family::Distortion, [](QImage& i) { filterImplode(i, 0.5f); },
          IM([](Magick::Image& im) { im.implode(0.5); }) "-implode 0.5",
          CV(remapOp(implodeMap)) "maps + remap"},
     };
 }
 
-void printFigure(double v)
-{
+void printFigure(double v) {
     if (std::isfinite(v))
         std::printf(" %9.2f", v);
     else
@@ -284,8 +265,7 @@ void printFigure(double v)
 
 } // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     const int runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
     const std::string only = argc > 2 ? argv[2] : "";
     const double none = std::numeric_limits<double>::quiet_NaN();
@@ -304,7 +284,8 @@ int main(int argc, char** argv)
 
     std::vector<uchar> from(base.sizeInBytes()), to(base.sizeInBytes());
     std::memcpy(from.data(), base.constBits(), from.size());
-    const double floor = bestOf(runs, [] {}, [&] { std::memcpy(to.data(), from.data(), to.size()); });
+    const double floor = bestOf(
+        runs, [] {}, [&] { std::memcpy(to.data(), from.data(), to.size()); });
 
     std::printf("%d x %d ARGB32, best of %d runs, ms per megapixel, single thread\n", Side, Side, runs);
     std::printf("memcpy floor %.2f ms/MP\n\n", floor);
@@ -314,21 +295,26 @@ int main(int argc, char** argv)
         if (!only.empty() && std::string(row.name).find(only) == std::string::npos)
             continue;
         QImage work;
-        const double ours = bestOf(runs, [&] { work = base.copy(); }, [&] { row.ours(work); });
+        const double ours = bestOf(
+            runs, [&] { work = base.copy(); }, [&] { row.ours(work); });
         double magick = none, opencv = none;
 #ifdef BENCH_MAGICK
         if (row.magick) {
             Magick::Image im;
-            magick = bestOf(std::min(runs, 3), [&] {
-                im = magickBase;
-                im.modifyImage();
-            }, [&] { row.magick(im); });
+            magick = bestOf(
+                std::min(runs, 3),
+                [&] {
+                    im = magickBase;
+                    im.modifyImage();
+                },
+                [&] { row.magick(im); });
         }
 #endif
 #ifdef BENCH_OPENCV
         if (row.opencv) {
             cv::Mat src, dst;
-            opencv = bestOf(runs, [&] { src = cvBase.clone(); }, [&] { row.opencv(src, dst); });
+            opencv = bestOf(
+                runs, [&] { src = cvBase.clone(); }, [&] { row.opencv(src, dst); });
         }
 #endif
         std::printf("%-20s", row.name);

@@ -13,8 +13,7 @@ const uchar* unpremultiplyTable() {
     return table.data();
 }
 
-void assignPremultiplied(QImage& image, QImage&& result)
-{
+void assignPremultiplied(QImage& image, QImage&& result) {
     if (result.format() == QImage::Format_ARGB32) {
         for (int y = 0; y < result.height(); ++y) {
             auto* p = reinterpret_cast<QRgb*>(result.scanLine(y));
