@@ -33,3 +33,6 @@
 #include "GeometryNumbers.h"
 #include "GeometryOutlines.h"
 #include "GeometryPolygons.h"
+
+// Image filters
+#include "ImageFilters.h"

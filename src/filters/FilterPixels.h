@@ -1,0 +1,100 @@
+#pragma once
+
+// Pixel handling shared by the filters: channel offsets, the three ways of reading and writing
+// pixels (raw words, straight colour, converted images) and edge-replicating row access.
+
+#include <QImage>
+
+#include <algorithm>
+#include <array>
+
+namespace filterpixels {
+
+// Byte offsets of the channels of a 0xAARRGGBB word in memory.
+#if Q_BYTE_ORDER == Q_LITTLE_ENDIAN
+constexpr int Blue = 0, Green = 1, Red = 2, Alpha = 3;
+#else
+constexpr int Blue = 3, Green = 2, Red = 1, Alpha = 0;
+#endif
+
+using ByteTable = std::array<uchar, 256>;
+
+inline uchar clampByte(int v) {
+    return uchar(v < 0 ? 0 : v > 255 ? 255 : v);
+}
+
+// Rounded c * a / 255, exact for all bytes.
+inline uchar premultiplyByte(int c, int a) {
+    const int t = c * a + 128;
+    return uchar((t + (t >> 8)) >> 8);
+}
+
+// c * 255 / a truncated and clamped, indexed [a * 256 + c]; row 0 (no alpha) is all zero.
+const uchar* unpremultiplyTable();
+
+// True for the formats whose pixels are 0xAARRGGBB words.
+inline bool isWordFormat(QImage::Format f) {
+    return f == QImage::Format_RGB32 || f == QImage::Format_ARGB32 ||
+           f == QImage::Format_ARGB32_Premultiplied;
+}
+
+// Filters that walk 32-bit words convert any other format first, so no row is read past its end.
+inline void makeWordImage(QImage& image) {
+    if (!isWordFormat(image.format()))
+        image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+}
+
+// The straight ARGB32 source of a converted filter; RGB32 already has the same bytes.
+inline QImage argb32Source(const QImage& image) {
+    const QImage::Format f = image.format();
+    if (f == QImage::Format_ARGB32 || f == QImage::Format_RGB32)
+        return image;
+    return image.convertToFormat(QImage::Format_ARGB32);
+}
+
+// Ends a converted filter: the image becomes the straight result in premultiplied format. Done
+// here rather than by QImage::convertTo, which may spread large images over a thread pool.
+void assignPremultiplied(QImage& image, QImage&& result);
+
+inline const uchar* clampedRow(const QImage& image, int y) {
+    return image.constScanLine(std::clamp(y, 0, image.height() - 1));
+}
+
+// Calls f(red, green, blue) with each pixel's straight colour and stores the colour it leaves,
+// premultiplying again where the image is premultiplied. Alpha is kept.
+template <typename F> void transformStraight(QImage& image, F f) {
+    makeWordImage(image);
+    const int w = image.width(), h = image.height();
+    if (w == 0 || h == 0)
+        return;
+    const bool premultiplied = image.format() == QImage::Format_ARGB32_Premultiplied;
+    const uchar* unpremultiply = unpremultiplyTable();
+    uchar* base = image.bits();
+    const qsizetype bpl = image.bytesPerLine();
+    for (int y = 0; y < h; ++y) {
+        uchar* p = base + y * bpl;
+        if (!premultiplied) {
+            for (int x = 0; x < w; ++x, p += 4)
+                f(p[Red], p[Green], p[Blue]);
+            continue;
+        }
+        for (int x = 0; x < w; ++x, p += 4) {
+            const int a = p[Alpha];
+            const uchar* u = unpremultiply + a * 256;
+            uchar r = u[p[Red]], g = u[p[Green]], b = u[p[Blue]];
+            f(r, g, b);
+            p[Red] = premultiplyByte(r, a);
+            p[Green] = premultiplyByte(g, a);
+            p[Blue] = premultiplyByte(b, a);
+        }
+    }
+}
+
+// Counts of the straight red, green, blue and alpha levels.
+struct Histograms {
+    std::array<std::array<quint64, 256>, 4> count{};
+    enum { R, G, B, A };
+};
+Histograms straightHistograms(const QImage& wordImage);
+
+} // namespace filterpixels

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "graphicsobjects_export.h"
+
+#include <QImage>
+
+// In-place image filters. Each one replaces the image's contents and never reports failure; the
+// comments name the pixel handling, which decides the format the image is left in.
+
+// Point operations on the colour bytes of 32-bit pixels; alpha is never changed and the format kept.
+GRAPHICSOBJECTS_EXPORT void filterBrightness(QImage& image, int delta);
+GRAPHICSOBJECTS_EXPORT void filterContrast(QImage& image, int amount);
+GRAPHICSOBJECTS_EXPORT void filterGamma(QImage& image, double gamma);
+// Adds the first value to blue, the second to green and the third to red.
+GRAPHICSOBJECTS_EXPORT void filterColorize(QImage& image, int blue, int green, int red);
+
+// Straight-colour operations, in place: the format is kept.
+GRAPHICSOBJECTS_EXPORT void filterAutoContrast(QImage& image);
+GRAPHICSOBJECTS_EXPORT void filterEqualize(QImage& image);
+GRAPHICSOBJECTS_EXPORT void filterDesaturate(QImage& image, float amount);
+
+// The remaining filters leave the image in QImage::Format_ARGB32_Premultiplied.
+GRAPHICSOBJECTS_EXPORT void filterGrayscale(QImage& image);
+GRAPHICSOBJECTS_EXPORT void filterBlur(QImage& image, int radius);
+GRAPHICSOBJECTS_EXPORT void filterSharpen(QImage& image, int enable);
+GRAPHICSOBJECTS_EXPORT void filterEdge(QImage& image);
+GRAPHICSOBJECTS_EXPORT void filterDespeckle(QImage& image);
+GRAPHICSOBJECTS_EXPORT void filterAntialias(QImage& image);
+GRAPHICSOBJECTS_EXPORT void filterGaussianBlur(QImage& image, float radius, float sigma);
+GRAPHICSOBJECTS_EXPORT void filterGaussianSharpen(QImage& image, float radius, float sigma);
+GRAPHICSOBJECTS_EXPORT void filterEmboss(QImage& image, float radius, float sigma);
+GRAPHICSOBJECTS_EXPORT void filterCharcoal(QImage& image);
+GRAPHICSOBJECTS_EXPORT void filterSwirl(QImage& image, float degrees);
+GRAPHICSOBJECTS_EXPORT void filterImplode(QImage& image, float amount);
