@@ -33,3 +33,9 @@
 #include "GeometryNumbers.h"
 #include "GeometryOutlines.h"
 #include "GeometryPolygons.h"
+
+// Items
+#include "Arrow2Item.h"
+#include "ArrowItem.h"
+#include "LineItem.h"
+#include "RulerItem.h"
