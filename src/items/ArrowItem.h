@@ -44,7 +44,7 @@ private:
     void rebuild();
 
     double m_arrowScale = 1.0;
-    // Kept for the layout of the saved item; the outline does not use them.
+    // Head proportions reserved for other arrow styles; the outline above does not read them.
     double m_headRatio = 0.625;
     double m_headWidth = 2.0;
     double m_shaftRatio = 1.0;

@@ -50,8 +50,6 @@ public:
     // The visible segment, in item coordinates.
     QLineF line() const;
 
-    using AbstractBaseItem::computeMesures;
-
 public slots:
     bool computeMesures(void*) override;
     void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;

@@ -9,9 +9,11 @@
 #include "SimpleTextItem.h"
 
 #include <QAction>
+#include <QDir>
 #include <QDomDocument>
 #include <QGraphicsView>
 #include <QMenu>
+#include <QPainter>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -92,6 +94,8 @@ private slots:
     void constraintEndsWithRelease();
     void lineFromContextRecord();
     void lineHandgripDrag();
+    void linePainting_data();
+    void linePainting();
     void lineMenuChoices_data();
     void lineMenuChoices();
     void orthoModeReachesTheScene();
@@ -107,6 +111,7 @@ private slots:
     void rulerGraduations();
     void xmlRoundTrip_data();
     void xmlRoundTrip();
+    void sceneOfEachItem();
     void badXmlNeverCrashes_data();
     void badXmlNeverCrashes();
 
@@ -359,6 +364,52 @@ void TestLines::lineHandgripDrag() {
     // The dragged grip shows the direction, whatever the label shows.
     QCOMPARE(grip->tooltip(), QString(" ang1:90.00"));
     QVERIFY(!qobject_cast<LineItem*>(item)->showStartMark());
+}
+
+void TestLines::linePainting_data() {
+    QTest::addColumn<QString>("arrows");
+    QTest::addColumn<bool>("startMark");
+    QTest::addColumn<bool>("head");
+    QTest::addColumn<bool>("tail");
+    QTest::newRow("start mark only") << "noArrow" << true << false << false;
+    QTest::newRow("head") << "ArrowHead" << false << true << false;
+    QTest::newRow("tail") << "ArrowTail" << false << false << true;
+    QTest::newRow("both, with the mark") << "ArrowBoth" << true << true << true;
+}
+
+void TestLines::linePainting() {
+    QFETCH(QString, arrows);
+    QFETCH(bool, startMark);
+    QFETCH(bool, head);
+    QFETCH(bool, tail);
+    _AUTOPOINTPARAMS params;
+    params.points = {{20, 50}, {120, 50}};
+    LineItem line(nullptr, 1, &params);
+    QVERIFY(line.showStartMark());
+    QVERIFY(chooseFromMenu(&line, arrows));
+    if (!startMark)
+        line.applyContextMenu(LineItem::ToggleStartMark);
+    QImage image(140, 100, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    line.paint(&painter, nullptr, nullptr);
+    painter.end();
+    auto darkAround = [&](int x, int y) {
+        for (int dx = -1; dx <= 1; ++dx) {
+            if (qGray(image.pixel(x + dx, y)) < 128)
+                return true;
+        }
+        return false;
+    };
+    // The dashed mark crosses the start point over L/6 + 24 = 40.67 pixels each side.
+    int markPixels = 0;
+    for (int y = 0; y < 100; ++y)
+        markPixels += qGray(image.pixel(20, y)) < 128 ? 1 : 0;
+    QCOMPARE(markPixels > 20 && markPixels < 80, startMark);
+    QVERIFY(!startMark || qGray(image.pixel(20, 5)) > 128);
+    // Heads of 2 x 10 pixels: their backs cross the line 17.32 pixels from either end.
+    QCOMPARE(darkAround(103, 50), head);
+    QCOMPARE(darkAround(37, 50), tail);
 }
 
 void TestLines::lineMenuChoices_data() {
@@ -703,6 +754,21 @@ void TestLines::xmlRoundTrip() {
         QCOMPARE(copy->pos(), moved);
         QCOMPARE(copy->handgripItems().at(HoverEventItem::BottomRight)->scenePos(), QPointF(250, 78) + moved);
     }
+}
+
+void TestLines::sceneOfEachItem() {
+    QPointer<AbstractBaseItem> ruler = draw("RulerItem", {20, 30}, {20, 30}, {}, 0.5);
+    QPointer<AbstractBaseItem> arrow = draw("ArrowItem", {40, 120}, {150, 80});
+    QPointer<AbstractBaseItem> block = draw("Arrow2Item", {250, 40}, {330, 160});
+    QVERIFY(chooseFromMenu(block, "dblarrow"));
+    block->setBrush(QColor(255, 200, 0));
+    QPointer<AbstractBaseItem> line = draw("LineItem", {60, 250}, {300, 200}, {}, 0.5);
+    QVERIFY(ruler && arrow && block && line);
+    QVERIFY(chooseFromMenu(line, "ArrowBoth"));
+    line->setPen(QPen(Qt::blue, 2));
+    QVERIFY(line->isSelected());
+    const QImage image = m_view->grab().toImage();
+    QVERIFY(image.save(QDir::current().absoluteFilePath("lines_scene.png")));
 }
 
 void TestLines::badXmlNeverCrashes_data() {
