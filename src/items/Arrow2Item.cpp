@@ -89,6 +89,8 @@ QPainterPath Arrow2Item::path() const {
 }
 
 void Arrow2Item::rebuild() {
+    // The item's bounding rectangle is its child's.
+    prepareGeometryChange();
     m_pathChild->setPath(arrowOutline(frame(), m_arrowMode));
 }
 

@@ -83,6 +83,8 @@ void ArrowItem::rebuild() {
     const QPointF p1 = m_mline[1];
     setPos(p1);
     setRotation(arrowRotation(p0, p1));
+    // The item's bounding rectangle is its child's.
+    prepareGeometryChange();
     m_pathChild->setPath(arrowPath(QLineF(p0, p1).length(), m_arrowScale));
     m_handgripItems[0]->setPos(mapFromScene(p0));
     m_handgripItems[1]->setPos(mapFromScene(p1));

@@ -134,6 +134,8 @@ QLineF LineItem::line() const {
 void LineItem::placeLine() {
     const QPointF p0 = mapFromScene(m_mline[0]);
     const QPointF p1 = mapFromScene(m_mline[1]);
+    // The item's bounding rectangle is its child's.
+    prepareGeometryChange();
     m_lineChild->setLine(QLineF(p0, p1));
     m_handgripItems[0]->setPos(p0);
     m_handgripItems[1]->setPos(p1);
@@ -192,6 +194,7 @@ void LineItem::mouseMove(QGraphicsSceneMouseEvent* event) {
     } else {
         m_mline[1] = p;
     }
+    prepareGeometryChange();
     m_lineChild->setLine(QLineF(mapFromScene(m_mline[0]), mapFromScene(m_mline[1])));
     m_handgripItems[1]->setPos(mapFromScene(m_mline[1]));
     computeMesures(nullptr);
