@@ -36,3 +36,9 @@
 
 // Image filters
 #include "ImageFilters.h"
+
+// Items
+#include "Arrow2Item.h"
+#include "ArrowItem.h"
+#include "LineItem.h"
+#include "RulerItem.h"

@@ -1,7 +1,11 @@
 #include "ItemFactory.h"
 
 #include "AbstractBaseItem.h"
+#include "Arrow2Item.h"
+#include "ArrowItem.h"
 #include "ClassNames.h"
+#include "LineItem.h"
+#include "RulerItem.h"
 
 #include <new>
 
@@ -24,7 +28,7 @@ struct FactoryEntry {
 const FactoryEntry toolClasses[] = {
     {"PointItem", nullptr},
     {"AnchorPointItem", nullptr},
-    {"LineItem", nullptr},
+    {"LineItem", &create<LineItem>},
     {"PolylineItem", nullptr},
     {"PolygonItem", nullptr},
     {"EllipseItem", nullptr},
@@ -44,7 +48,7 @@ const FactoryEntry toolClasses[] = {
     {"LassoItem", nullptr},
     {"VickersPItem", nullptr},
     {"RectangleItemFeret", nullptr},
-    {"RulerItem", nullptr},
+    {"RulerItem", &create<RulerItem>},
     {"StampItem", nullptr},
     {"eTextItem", nullptr},
     {"PixmapItem", nullptr},
@@ -54,8 +58,8 @@ const FactoryEntry toolClasses[] = {
     {"CircleNote", nullptr},
     {"CrossHItem", nullptr},
     {"CrossVItem", nullptr},
-    {"ArrowItem", nullptr},
-    {"Arrow2Item", nullptr},
+    {"ArrowItem", &create<ArrowItem>},
+    {"Arrow2Item", &create<Arrow2Item>},
     {"FlattenItem", nullptr},
 };
 

@@ -1,0 +1,375 @@
+#include "LineItem.h"
+
+#include "AbstractScene.h"
+#include "HoverEventItem.h"
+#include "SimpleTextItem.h"
+#include "VariantText.h"
+
+#include <QDomElement>
+#include <QGraphicsLineItem>
+#include <QGraphicsSceneMouseEvent>
+#include <QMenu>
+#include <QPainter>
+
+#include <cmath>
+
+namespace {
+
+const QString MesureIndexKey = QStringLiteral("line_mesureIndex");
+const QString ArrowTailKey = QStringLiteral("line_arrowTail");
+const QString ArrowHeadKey = QStringLiteral("line_arrowHead");
+const QString ArrowFactorKey = QStringLiteral("line_arrowFactor");
+
+constexpr double Pi = 3.14159265358979323846;
+
+struct MenuEntry {
+    const char* text;
+    int data;
+};
+
+const MenuEntry mesureEntries[] = {
+    {QT_TRANSLATE_NOOP("LineItem", "Distance1"), AbstractBaseItem::Dist1},
+    {QT_TRANSLATE_NOOP("LineItem", "Ang1"), AbstractBaseItem::Ang1},
+    {QT_TRANSLATE_NOOP("LineItem", "Ang2"), AbstractBaseItem::Ang2},
+    {QT_TRANSLATE_NOOP("LineItem", "None"), AbstractBaseItem::NoMesure},
+};
+
+const MenuEntry arrowEntries[] = {
+    {QT_TRANSLATE_NOOP("LineItem", "noArrow"), LineItem::NoArrow},
+    {QT_TRANSLATE_NOOP("LineItem", "ArrowHead"), LineItem::ArrowHeadOnly},
+    {QT_TRANSLATE_NOOP("LineItem", "ArrowTail"), LineItem::ArrowTailOnly},
+    {QT_TRANSLATE_NOOP("LineItem", "ArrowBoth"), LineItem::ArrowBoth},
+};
+
+const MenuEntry orthoEntries[] = {
+    {QT_TRANSLATE_NOOP("LineItem", "Ortho on"), LineItem::OrthoOn},
+    {QT_TRANSLATE_NOOP("LineItem", "Ortho off"), LineItem::OrthoOff},
+};
+
+// The arrow setting each arrow entry stands for: {head, tail}.
+struct ArrowState {
+    bool head;
+    bool tail;
+};
+
+ArrowState arrowStateFor(int command) {
+    switch (command) {
+    case LineItem::ArrowHeadOnly:
+        return {true, false};
+    case LineItem::ArrowTailOnly:
+        return {false, true};
+    case LineItem::ArrowBoth:
+        return {true, true};
+    default:
+        return {false, false};
+    }
+}
+
+// Triangle of an arrow head at tip, its two wings at angles around the reversed line direction.
+QPolygonF arrowTriangle(const QPointF& tip, double wing1, double wing2, double size) {
+    return QPolygonF() << tip << QPointF(tip.x() + std::sin(wing1) * size, tip.y() + std::cos(wing1) * size)
+                       << QPointF(tip.x() + std::sin(wing2) * size, tip.y() + std::cos(wing2) * size);
+}
+
+} // namespace
+
+LineItem::LineItem(QGraphicsItem* parent, int id, void* context)
+    : AbstractBaseItem(parent, id, context) {
+    m_subType = 1;
+    m_type = QString::fromLatin1(metaObject()->className());
+    computeGUID(m_type, id);
+    if (m_guidName.isEmpty())
+        m_guidName = m_type + QString::number(id);
+
+    m_lineChild = new QGraphicsLineItem(this);
+    m_arrowFactor = getCommonParams(ArrowFactorKey, 2).toInt();
+    m_arrowHead = getCommonParams(ArrowHeadKey, 0).toInt() != 0;
+    m_arrowTail = getCommonParams(ArrowTailKey, 0).toInt() != 0;
+    m_showStartMark = true;
+
+    m_mline << QPointF(0, 0) << QPointF(0, 0);
+    for (int i = 0; i < 2; ++i)
+        m_handgripItems.append(new HoverEventItem(this, this, i, HoverEventItem::Move));
+    updateHandgrips();
+    hideHandgrips();
+    m_mesureIndex = getCommonParams(MesureIndexKey, 1).toInt();
+
+    if (!context)
+        return;
+    const auto* params = static_cast<const _AUTOPOINTPARAMS*>(context);
+    m_creationStarted = true;
+    m_generated = true;
+    if (params->source) {
+        for (int i = 0; i < MesuresCount; ++i) {
+            m_mesure[i] = params->source->accessmesure(unsigned(i));
+            m_mesureP[i] = params->source->accessmesureP(unsigned(i));
+        }
+    }
+    if (params->points.size() >= 2) {
+        m_mline[0] = params->points[0];
+        m_mline[1] = params->points[1];
+    } else {
+        const QRectF& r = params->rect;
+        m_mline[0] = QPointF(r.x(), r.y());
+        m_mline[1] = QPointF(r.x() + r.width(), r.y() + r.height());
+    }
+    placeLine();
+    computeMesures(nullptr);
+}
+
+LineItem::~LineItem() {
+    delete m_lineChild;
+}
+
+AbstractBaseItem* LineItem::clone(int id) {
+    auto* item = new LineItem(nullptr, id, nullptr);
+    copyDataTo(item);
+    return item;
+}
+
+QLineF LineItem::line() const {
+    return m_lineChild->line();
+}
+
+void LineItem::placeLine() {
+    const QPointF p0 = mapFromScene(m_mline[0]);
+    const QPointF p1 = mapFromScene(m_mline[1]);
+    // The item's bounding rectangle is its child's.
+    prepareGeometryChange();
+    m_lineChild->setLine(QLineF(p0, p1));
+    m_handgripItems[0]->setPos(p0);
+    m_handgripItems[1]->setPos(p1);
+}
+
+QPointF LineItem::centroid() {
+    const QRectF r = mapRectFromScene(m_lineChild->sceneBoundingRect());
+    return QPointF(r.x() + r.width() * 0.5, r.y() + r.height() * 0.5);
+}
+
+void LineItem::setPen(const QPen& pen) {
+    AbstractBaseItem::setPen(pen);
+    m_lineChild->setPen(pen);
+}
+
+void LineItem::setLockstate(const bool& state) {
+    m_locked = state;
+    for (HoverEventItem* grip : std::as_const(m_handgripItems))
+        grip->setLockstate(state);
+}
+
+bool LineItem::computeMesures(void*) {
+    placeCentroidHandgrip();
+    const QPointF d = m_mline[1] - m_mline[0];
+    m_mesureP[Dist1] = std::sqrt(d.x() * d.x() + d.y() * d.y());
+    const QLineF segment = m_lineChild->line();
+    m_mesureP[Ang1] = segment.angle();
+    m_mesure[Ang1] = m_mesureP[Ang1];
+    m_mesureP[Ang2] = segment.angleTo(QLineF(0, 0, double(referenceLength()), 0));
+    m_mesure[Ang2] = m_mesureP[Ang2];
+    m_mesure[Dist1] = m_calibration.factor * m_mesureP[Dist1];
+    commonUpdateText();
+    return true;
+}
+
+void LineItem::mousePress(QGraphicsSceneMouseEvent* event) {
+    if (m_creationStarted)
+        return;
+    m_creationStarted = true;
+    m_mline[0] = event->scenePos();
+    m_handgripItems[0]->setPos(mapFromScene(m_mline[0]));
+}
+
+void LineItem::mouseMove(QGraphicsSceneMouseEvent* event) {
+    m_showStartMark = true;
+    const QPointF p = event->scenePos();
+    if (m_constrained) {
+        m_mline[1] = m_mline[0];
+        // Compared as truncated pixels: a tie gives a vertical line.
+        const int dx = int(std::abs(p.x() - m_mline[0].x()));
+        const int dy = int(std::abs(p.y() - m_mline[0].y()));
+        if (dx > dy)
+            m_mline[1].setX(p.x());
+        else
+            m_mline[1].setY(p.y());
+    } else {
+        m_mline[1] = p;
+    }
+    prepareGeometryChange();
+    m_lineChild->setLine(QLineF(mapFromScene(m_mline[0]), mapFromScene(m_mline[1])));
+    m_handgripItems[1]->setPos(mapFromScene(m_mline[1]));
+    computeMesures(nullptr);
+}
+
+AbstractBaseItem::typModeEdition LineItem::mouseRelease(QGraphicsSceneMouseEvent*) {
+    // Orthogonal drawing has to be asked for again for the next line.
+    m_showStartMark = false;
+    m_constrained = false;
+    update();
+    return EditionComplete;
+}
+
+bool LineItem::endEdition() {
+    if (m_handgripCentroid)
+        connect(m_handgripCentroid, &HoverEventItem::initPos, this, &LineItem::selectfromPoint,
+                Qt::UniqueConnection);
+    const QPointF d = m_mline[1] - m_mline[0];
+    return d.manhattanLength() >= 3.0 && m_mesureP[Dist1] >= 8.0;
+}
+
+void LineItem::selectfromPoint(const QPointF&) {
+    forceSelection();
+}
+
+void LineItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {
+    params.texts.clear();
+}
+
+void LineItem::pressPoint(const QPointF&) {
+    emit mesureChangedSTART(this);
+}
+
+void LineItem::releasePoint(const QPointF&) {
+    emit mesureChangedEND(this);
+}
+
+void LineItem::updatePoint(const QPointF& p) {
+    HoverEventItem* grip = senderHandgrip();
+    if (!grip || grip->getId() == HoverEventItem::Center)
+        return;
+    const int index = m_handgripItems.indexOf(grip);
+    if (index < 0)
+        return;
+    m_showStartMark = true;
+    const QList<QPointF> positions = handgripScenePositions();
+    m_mline[0] = positions[0];
+    m_mline[1] = positions[1];
+    m_mline[index] = p;
+    setPos(0, 0);
+    placeLine();
+    computeMesures(nullptr);
+    grip->setTooltip(formatTextMesure(Ang1));
+    emit mesureChanged(this);
+    m_showStartMark = false;
+}
+
+void LineItem::fillContextMenu(QMenu* menu) {
+    for (const MenuEntry& entry : mesureEntries)
+        createMenuAction(menu, QIcon(), tr(entry.text), m_mesureIndex == entry.data, nullptr, entry.data);
+    menu->addSeparator();
+    const bool checked[] = {!m_arrowHead && !m_arrowTail, m_arrowHead, m_arrowTail,
+                            m_arrowHead && m_arrowTail};
+    for (int i = 0; i < 4; ++i)
+        createMenuAction(menu, QIcon(), tr(arrowEntries[i].text), checked[i], nullptr, arrowEntries[i].data);
+    menu->addSeparator();
+    for (const MenuEntry& entry : orthoEntries)
+        createMenuAction(menu, QIcon(), tr(entry.text), false, nullptr, entry.data);
+}
+
+void LineItem::applyContextMenu(int data) {
+    if (data >= 0) {
+        chooseMesure(data, MesureIndexKey);
+        return;
+    }
+    switch (data) {
+    case NoArrow:
+    case ArrowHeadOnly:
+    case ArrowTailOnly:
+    case ArrowBoth: {
+        const ArrowState state = arrowStateFor(data);
+        m_arrowHead = state.head;
+        m_arrowTail = state.tail;
+        break;
+    }
+    case ToggleStartMark:
+        m_showStartMark = !m_showStartMark;
+        break;
+    case OrthoOn:
+    case OrthoOff:
+        if (AbstractScene* host = hostScene())
+            host->setOrthoReferenceAngle(data == OrthoOn ? m_mesureP[Ang1] : 0.0);
+        break;
+    default:
+        break;
+    }
+    // The next line starts with the same arrows.
+    QVariant tail = m_arrowTail ? 1 : 0;
+    QVariant head = m_arrowHead ? 1 : 0;
+    QVariant factor = m_arrowFactor;
+    setCommonParams(ArrowTailKey, tail);
+    setCommonParams(ArrowHeadKey, head);
+    setCommonParams(ArrowFactorKey, factor);
+    update();
+}
+
+void LineItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) {
+    edit();
+}
+
+QRectF LineItem::boundingRect() const {
+    return m_lineChild->boundingRect();
+}
+
+QPainterPath LineItem::shape() const {
+    return m_lineChild->shape();
+}
+
+void LineItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
+    const QLineF l = m_lineChild->line();
+    const double x1 = l.x1(), y1 = l.y1(), x2 = l.x2(), y2 = l.y2();
+    const double length = l.length();
+    if (m_showStartMark || isSelected()) {
+        QLineF normal(l.p1(), QPointF(x1 + (y2 - y1), y1 - (x2 - x1)));
+        QLineF opposite(l.p1(), QPointF(x1 - (y2 - y1), y1 + (x2 - x1)));
+        const double markLength = length / 24 * 4 + 24;
+        normal.setLength(markLength);
+        opposite.setLength(markLength);
+        QPen dashed = m_pen;
+        dashed.setStyle(Qt::DashLine);
+        painter->setPen(dashed);
+        painter->drawLine(normal);
+        painter->drawLine(opposite);
+    }
+    if (m_arrowHead || m_arrowTail) {
+        double a = std::acos((x2 - x1) / length);
+        if (y2 - y1 >= 0)
+            a = 2 * Pi - a;
+        // An integer product, widened so that no factor read from a file overflows it.
+        const double size = double(qint64(m_arrowFactor) * 10);
+        QPen solid = m_pen;
+        solid.setStyle(Qt::SolidLine);
+        painter->setPen(solid);
+        if (m_arrowTail)
+            painter->drawPolygon(arrowTriangle(l.p1(), a + Pi / 3, a + Pi - Pi / 3, size), Qt::OddEvenFill);
+        if (m_arrowHead)
+            painter->drawPolygon(arrowTriangle(l.p2(), a - Pi / 3, a - Pi + Pi / 3, size), Qt::OddEvenFill);
+    }
+    commonPaintCentroidText(painter);
+}
+
+bool LineItem::toXml(QDomElement& e) const {
+    commonWriteXML(e);
+    commonMesuresWriteXML(e);
+    e.setAttribute(QStringLiteral("start"), variantToString(mapToScene(m_mline[0])));
+    e.setAttribute(QStringLiteral("end"), variantToString(mapToScene(m_mline[1])));
+    e.setAttribute(QStringLiteral("arrowTail"), m_arrowTail ? 1 : 0);
+    e.setAttribute(QStringLiteral("arrowHead"), m_arrowHead ? 1 : 0);
+    e.setAttribute(QStringLiteral("arrowFactor"), m_arrowFactor);
+    return true;
+}
+
+bool LineItem::fromXml(const QDomElement& e) {
+    m_creationStarted = true;
+    commonReadXML(e);
+    commonMesuresReadXML(e);
+    setPos(0, 0);
+    m_mline[0] = stringToVariant(e.attribute(QStringLiteral("start")), QMetaType::QPointF).toPointF();
+    m_mline[1] = stringToVariant(e.attribute(QStringLiteral("end")), QMetaType::QPointF).toPointF();
+    m_arrowTail = e.attribute(QStringLiteral("arrowTail")).toInt(nullptr, 10) != 0;
+    m_arrowHead = e.attribute(QStringLiteral("arrowHead")).toInt(nullptr, 10) != 0;
+    m_arrowFactor = e.attribute(QStringLiteral("arrowFactor")).toInt(nullptr, 10);
+    setPen(m_pen);
+    setBrush(QBrush());
+    setFont(m_font);
+    placeLine();
+    return true;
+}
