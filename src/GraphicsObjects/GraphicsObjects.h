@@ -33,3 +33,9 @@
 #include "GeometryNumbers.h"
 #include "GeometryOutlines.h"
 #include "GeometryPolygons.h"
+
+// Items
+#include "CircleItem.h"
+#include "RectCalibItem.h"
+#include "RectangleItem.h"
+#include "RectangleItemFeret.h"

@@ -1,7 +1,11 @@
 #include "ItemFactory.h"
 
 #include "AbstractBaseItem.h"
+#include "CircleItem.h"
 #include "ClassNames.h"
+#include "RectCalibItem.h"
+#include "RectangleItem.h"
+#include "RectangleItemFeret.h"
 
 #include <new>
 
@@ -28,7 +32,7 @@ const FactoryEntry toolClasses[] = {
     {"PolylineItem", nullptr},
     {"PolygonItem", nullptr},
     {"EllipseItem", nullptr},
-    {"CircleItem", nullptr},
+    {"CircleItem", &create<CircleItem>},
     {"CirclePItem", nullptr},
     {"CirclePointsItem", nullptr},
     {"Circle3PointsItem", nullptr},
@@ -36,14 +40,14 @@ const FactoryEntry toolClasses[] = {
     {"Arc3PointsItem", nullptr},
     {"ArcItem", nullptr},
     {"CurveItem", nullptr},
-    {"RectangleItem", nullptr},
+    {"RectangleItem", &create<RectangleItem>},
     {"CrossItem", nullptr},
-    {"RectCalibItem", nullptr},
+    {"RectCalibItem", &create<RectCalibItem>},
     {"PolygonShapeItem", nullptr},
     {"DXFItem", nullptr},
     {"LassoItem", nullptr},
     {"VickersPItem", nullptr},
-    {"RectangleItemFeret", nullptr},
+    {"RectangleItemFeret", &create<RectangleItemFeret>},
     {"RulerItem", nullptr},
     {"StampItem", nullptr},
     {"eTextItem", nullptr},
