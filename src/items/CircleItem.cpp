@@ -216,7 +216,7 @@ void CircleItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) {
 }
 
 void CircleItem::extract() {
-    QImage image = sceneImageEllipse(hostScene(), m_ellipseChild->sceneBoundingRect());
+    QImage image = sceneImageEllipse(hostScene(), mapRectToScene(m_ellipseChild->rect()));
     if (image.isNull())
         return;
     emit itemChanged(this, QStringLiteral("extract"), &image);

@@ -329,7 +329,7 @@ void RectangleItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) {
 }
 
 void RectangleItem::snapImageSelection() {
-    QImage image = sceneImageArea(hostScene(), m_rectChild->sceneBoundingRect());
+    QImage image = sceneImageArea(hostScene(), mapRectToScene(m_rectChild->rect()));
     if (image.isNull())
         return;
     QGuiApplication::clipboard()->setImage(image);
@@ -340,7 +340,7 @@ void RectangleItem::snapPixmapSelection() {
     // The selection's own grips are not part of the picture.
     const bool gripsShown = isSelected();
     hideHandgrips();
-    QImage image = renderedSceneArea(hostScene(), m_rectChild->sceneBoundingRect());
+    QImage image = renderedSceneArea(hostScene(), mapRectToScene(m_rectChild->rect()));
     if (gripsShown)
         showHandgrips();
     if (image.isNull())
