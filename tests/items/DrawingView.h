@@ -16,7 +16,6 @@
 struct DrawingView {
     AbstractScene scene{QRectF(0, 0, 400, 300)};
     QGraphicsView view{&scene};
-
     bool exposed = false;
 
     DrawingView() {
@@ -24,16 +23,13 @@ struct DrawingView {
         view.show();
         exposed = QTest::qWaitForWindowExposed(&view);
     }
-    QPoint at(const QPointF& p) const { return view.mapFromScene(p); }
-
     void drag(const QPointF& from, const QPointF& to, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::mousePress(view.viewport(), Qt::LeftButton, modifiers, at(from));
+        QTest::mousePress(view.viewport(), Qt::LeftButton, modifiers, view.mapFromScene(from));
         if (from != to)
-            QTest::mouseMove(view.viewport(), at(to));
-        QTest::mouseRelease(view.viewport(), Qt::LeftButton, modifiers, at(to));
+            QTest::mouseMove(view.viewport(), view.mapFromScene(to));
+        QTest::mouseRelease(view.viewport(), Qt::LeftButton, modifiers, view.mapFromScene(to));
     }
-
-    // Draws an item of the class; null when it was rejected (and deleted).
+    // Draws an item of the class with this calibration factor; null when it was rejected.
     AbstractBaseItem* draw(const QString& className, const QPointF& from, const QPointF& to,
                            double factor = 1.0, Qt::KeyboardModifiers modifiers = {}) {
         if (!exposed)
@@ -45,68 +41,51 @@ struct DrawingView {
         drag(from, to, modifiers);
         return item.data();
     }
-
-    // Drags the item's handgrip with this id (the first one, in creation order).
     void dragGrip(AbstractBaseItem* item, int id, const QPointF& to) {
         for (HoverEventItem* grip : item->handgripItems()) {
             if (grip->getId() == id)
                 return drag(grip->scenePos(), to);
         }
-        QFAIL("no such handgrip");
     }
 };
 
-inline QAction* findAction(const QMenu& menu, const QString& text) {
-    for (QAction* action : menu.actions()) {
-        if (action->text() == text)
-            return action;
-    }
-    return nullptr;
+// The entries of the item's context menu (or edit menu), by text.
+inline QMap<QString, QAction*> menuOf(AbstractBaseItem* item, QMenu& menu, bool edit = false) {
+    edit ? item->fillEditMenu(&menu) : item->fillContextMenu(&menu);
+    QMap<QString, QAction*> actions;
+    for (QAction* action : menu.actions())
+        actions.insert(action->text(), action);
+    return actions;
 }
 
 // Applies a menu entry the way a click does: through the action's data.
-template <class Fill, class Apply> bool chooseInMenu(const QString& text, Fill fill, Apply apply) {
+inline bool choose(AbstractBaseItem* item, const QString& text, bool edit = false) {
     QMenu menu;
-    fill(&menu);
-    QAction* action = findAction(menu, text);
+    const QAction* action = menuOf(item, menu, edit).value(text);
     if (action)
-        apply(action->data().toInt());
+        edit ? item->applyEditMenu(action->data().toInt()) : item->applyContextMenu(action->data().toInt());
     return action;
 }
 
-inline QStringList menuTexts(QMenu& menu) {
-    QStringList texts;
-    for (QAction* action : menu.actions()) {
-        if (!action->isSeparator())
-            texts << action->text();
-    }
-    return texts;
-}
-
-inline QDomElement saved(const AbstractBaseItem* item) {
+inline QMap<QString, QString> saved(const AbstractBaseItem* item) {
     QDomDocument doc;
     QDomElement e = doc.createElement(QStringLiteral("item"));
     item->toXml(e);
-    return e;
-}
-
-inline QMap<QString, QString> attributes(const QDomElement& e) {
     QMap<QString, QString> result;
-    const QDomNamedNodeMap map = e.attributes();
-    for (int i = 0; i < map.count(); ++i)
-        result.insert(map.item(i).nodeName(), map.item(i).nodeValue());
+    for (int i = 0; i < e.attributes().count(); ++i)
+        result.insert(e.attributes().item(i).nodeName(), e.attributes().item(i).nodeValue());
     return result;
 }
 
-// Saves the item, loads it into a factory-made item of its class and saves that: both forms agree,
-// and so does a clone's.
+// Saved, loaded into a factory-made item of the same class and saved again, an item reads the same;
+// so does its clone.
 inline void checkXmlRoundTrip(AbstractBaseItem* item) {
-    const QDomElement first = saved(item);
+    QDomDocument doc;
+    QDomElement e = doc.createElement(QStringLiteral("item"));
+    item->toXml(e);
     QString className = item->getType();
     std::unique_ptr<AbstractBaseItem> loaded(XBaseItemToolCreate(className, nullptr, 3, nullptr));
-    QVERIFY(loaded);
-    QVERIFY(loaded->fromXml(first));
-    QCOMPARE(attributes(saved(loaded.get())), attributes(first));
-    std::unique_ptr<AbstractBaseItem> copy(item->clone(4));
-    QCOMPARE(attributes(saved(copy.get())), attributes(first));
+    QVERIFY(loaded && loaded->fromXml(e));
+    QCOMPARE(saved(loaded.get()), saved(item));
+    QCOMPARE(saved(std::unique_ptr<AbstractBaseItem>(item->clone(4)).get()), saved(item));
 }
