@@ -42,3 +42,7 @@
 #include "ArrowItem.h"
 #include "LineItem.h"
 #include "RulerItem.h"
+#include "CircleItem.h"
+#include "RectCalibItem.h"
+#include "RectangleItem.h"
+#include "RectangleItemFeret.h"

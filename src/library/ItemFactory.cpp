@@ -3,8 +3,12 @@
 #include "AbstractBaseItem.h"
 #include "Arrow2Item.h"
 #include "ArrowItem.h"
+#include "CircleItem.h"
 #include "ClassNames.h"
 #include "LineItem.h"
+#include "RectangleItem.h"
+#include "RectangleItemFeret.h"
+#include "RectCalibItem.h"
 #include "RulerItem.h"
 
 #include <new>
@@ -32,7 +36,7 @@ const FactoryEntry toolClasses[] = {
     {"PolylineItem", nullptr},
     {"PolygonItem", nullptr},
     {"EllipseItem", nullptr},
-    {"CircleItem", nullptr},
+    {"CircleItem", &create<CircleItem>},
     {"CirclePItem", nullptr},
     {"CirclePointsItem", nullptr},
     {"Circle3PointsItem", nullptr},
@@ -40,14 +44,14 @@ const FactoryEntry toolClasses[] = {
     {"Arc3PointsItem", nullptr},
     {"ArcItem", nullptr},
     {"CurveItem", nullptr},
-    {"RectangleItem", nullptr},
+    {"RectangleItem", &create<RectangleItem>},
     {"CrossItem", nullptr},
-    {"RectCalibItem", nullptr},
+    {"RectCalibItem", &create<RectCalibItem>},
     {"PolygonShapeItem", nullptr},
     {"DXFItem", nullptr},
     {"LassoItem", nullptr},
     {"VickersPItem", nullptr},
-    {"RectangleItemFeret", nullptr},
+    {"RectangleItemFeret", &create<RectangleItemFeret>},
     {"RulerItem", &create<RulerItem>},
     {"StampItem", nullptr},
     {"eTextItem", nullptr},

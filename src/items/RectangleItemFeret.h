@@ -1,0 +1,15 @@
+#pragma once
+
+#include "RectangleItem.h"
+
+// The rectangle as a Feret box: its two distances are the larger and the smaller side.
+class GRAPHICSOBJECTS_EXPORT RectangleItemFeret : public RectangleItem {
+    Q_OBJECT
+public:
+    RectangleItemFeret(QGraphicsItem* parent, int id, void* context);
+
+    AbstractBaseItem* clone(int id) override;
+
+protected:
+    void fillMesures(double w, double h) override;
+};

@@ -1,0 +1,266 @@
+#include "CommonParams.h"
+#include "DrawingView.h"
+#include "RectangleItem.h"
+#include "SimpleTextItem.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QSignalSpy>
+
+#include <cmath>
+
+using Mesures = QList<double>; // kinds 1, 2, 5, 6, 7, 8, 10
+
+class TestRectangles : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { getCommonParamsRef()->clear(); }
+    void drawnMeasures_data();
+    void drawnMeasures();
+    void rejectsEmptyRectangles();
+    void gripDrags_data();
+    void gripDrags();
+    void rotatedSideResizeKeepsFacingSide_data();
+    void rotatedSideResizeKeepsFacingSide();
+    void measureChoiceIsRemembered();
+    void transformMenu_data();
+    void transformMenu();
+    void snapshotsCopyTheSelection();
+    void xmlRoundTrip_data();
+    void xmlRoundTrip();
+};
+
+static std::unique_ptr<RectangleItem> generated(QRectF r, AbstractBaseItem* source = nullptr) {
+    _AUTOPOINTPARAMS params;
+    params.rect = r;
+    params.source = source;
+    return std::make_unique<RectangleItem>(nullptr, 1, &params);
+}
+
+void TestRectangles::drawnMeasures_data() {
+    QTest::addColumn<QString>("className");
+    QTest::addColumn<QPointF>("to");
+    QTest::addColumn<Qt::KeyboardModifiers>("keys");
+    QTest::addColumn<Mesures>("pixels");
+    QTest::addColumn<Mesures>("calibrated");
+    QTest::addColumn<QString>("label");
+    // From (50, 80), calibration factor 0.5.
+    const Qt::KeyboardModifiers none;
+    QTest::newRow("rectangle") << "RectangleItem" << QPointF(350, 200) << none
+                               << Mesures{300, 120, 36000, 840, 300, 120, 0}
+                               << Mesures{150, 60, 9000, 420, 150, 60, 0} << "perim:420.00*mm";
+    QTest::newRow("shift draws a square")
+        << "RectangleItem" << QPointF(30, 0) << Qt::KeyboardModifiers(Qt::ShiftModifier)
+        << Mesures{80, 80, 6400, 320, 80, 80, 0} << Mesures{40, 40, 1600, 160, 40, 40, 0}
+        << "perim:160.00*mm";
+    QTest::newRow("feret sorts the sides")
+        << "RectangleItemFeret" << QPointF(150, 280) << none << Mesures{200, 100, 20000, 600, 100, 200, 0}
+        << Mesures{100, 50, 5000, 300, 50, 100, 0} << "perim:300.00*mm";
+    const double diagonal = std::sqrt(300.0 * 300 + 120 * 120);
+    QTest::newRow("calibration area scaled once")
+        << "RectCalibItem" << QPointF(350, 200) << none << Mesures{0, 0, 36000, 840, 300, 120, diagonal}
+        << Mesures{0, 0, 18000, 420, 150, 60, diagonal / 2} << "cust:161.55";
+}
+
+void TestRectangles::drawnMeasures() {
+    QFETCH(QString, className);
+    QFETCH(QPointF, to);
+    QFETCH(Qt::KeyboardModifiers, keys);
+    QFETCH(Mesures, pixels);
+    QFETCH(Mesures, calibrated);
+    QFETCH(QString, label);
+    DrawingView v;
+    auto* item = qobject_cast<RectangleItem*>(v.draw(className, QPointF(50, 80), to, 0.5, keys));
+    QVERIFY(item && item->isSelected());
+    const QList<unsigned> kinds{1, 2, 5, 6, 7, 8, 10};
+    for (int i = 0; i < kinds.size(); ++i) {
+        QCOMPARE(item->accessmesureP(kinds[i]), pixels[i]);
+        QCOMPARE(item->accessmesure(kinds[i]), calibrated[i]);
+    }
+    QCOMPARE(item->label()->text(), label);
+    const QRectF r = item->rect();
+    QCOMPARE(item->mline(), (QList<QPointF>{r.topLeft(), r.bottomRight()}));
+}
+
+void TestRectangles::rejectsEmptyRectangles() {
+    DrawingView v;
+    QVERIFY(!v.draw("RectangleItem", QPointF(50, 80), QPointF(50, 80))); // a click
+    QVERIFY(!v.draw("RectangleItem", QPointF(50, 80), QPointF(150, 80)));
+    QVERIFY(!v.draw("RectCalibItem", QPointF(50, 80), QPointF(50, 180)));
+    QVERIFY(v.draw("RectangleItemFeret", QPointF(50, 80), QPointF(49, 79)));
+}
+
+void TestRectangles::gripDrags_data() {
+    QTest::addColumn<int>("grip");
+    QTest::addColumn<QPointF>("to");
+    QTest::addColumn<QRectF>("rect");
+    QTest::addColumn<double>("rotation");
+    QTest::addColumn<int>("changes");
+    // The rectangle (50, 80, 300, 120), centred on (200, 140).
+    QTest::newRow("right side") << 4 << QPointF(380, 10) << QRectF(50, 80, 330, 120) << 0.0 << 1;
+    QTest::newRow("left side") << 3 << QPointF(20, 250) << QRectF(20, 80, 330, 120) << 0.0 << 1;
+    QTest::newRow("top side") << 1 << QPointF(0, 30) << QRectF(50, 30, 300, 170) << 0.0 << 1;
+    QTest::newRow("bottom side") << 6 << QPointF(0, 250) << QRectF(50, 80, 300, 170) << 0.0 << 1;
+    QTest::newRow("left side across the right")
+        << 3 << QPointF(390, 140) << QRectF(50, 80, 300, 120) << 0.0 << 0;
+    // The corner (150, 60) from the centre, taken a quarter turn clockwise.
+    QTest::newRow("corner rotates") << 7 << QPointF(140, 290) << QRectF(50, 80, 300, 120) << 90.0 << 1;
+}
+
+void TestRectangles::gripDrags() {
+    QFETCH(int, grip);
+    QFETCH(QPointF, to);
+    QFETCH(QRectF, rect);
+    QFETCH(double, rotation);
+    QFETCH(int, changes);
+    DrawingView v;
+    auto* item = qobject_cast<RectangleItem*>(v.draw("RectangleItem", QPointF(50, 80), QPointF(350, 200)));
+    QSignalSpy start(item, &AbstractBaseItem::mesureChangedSTART);
+    QSignalSpy changed(item, &AbstractBaseItem::mesureChanged);
+    QSignalSpy end(item, &AbstractBaseItem::mesureChangedEND);
+    v.dragGrip(item, grip, to);
+    QCOMPARE(item->rect(), rect);
+    QCOMPARE(item->rotation(), rotation);
+    QCOMPARE(item->currentRotation(), rotation);
+    QCOMPARE(item->accessmesureP(6), 2 * (rect.width() + rect.height()));
+    QCOMPARE(item->mline()[0], item->mapToScene(rect.topLeft()));
+    if (rotation != 0)
+        QCOMPARE(item->handgripItems()[2]->scenePos(), to);
+    QCOMPARE(QList<qsizetype>({start.count(), changed.count(), end.count()}),
+             QList<qsizetype>({1, changes, 1}));
+}
+
+void TestRectangles::rotatedSideResizeKeepsFacingSide_data() {
+    QTest::addColumn<int>("grip");
+    QTest::addColumn<QList<int>>("facingCorners");
+    QTest::newRow("right side") << 4 << QList<int>{0, 5};
+    QTest::newRow("left side") << 3 << QList<int>{2, 7};
+    QTest::newRow("top side") << 1 << QList<int>{5, 7};
+    QTest::newRow("bottom side") << 6 << QList<int>{0, 2};
+}
+
+void TestRectangles::rotatedSideResizeKeepsFacingSide() {
+    QFETCH(int, grip);
+    QFETCH(QList<int>, facingCorners);
+    DrawingView v;
+    auto* item = qobject_cast<RectangleItem*>(v.draw("RectangleItem", QPointF(100, 100), QPointF(300, 200)));
+    item->rotate(30);
+    const auto at = [&](int position) {
+        return item->mapToScene(HoverEventItem::positionOnRect(item->rect(), position));
+    };
+    const QList<QPointF> before{at(facingCorners[0]), at(facingCorners[1])};
+    // 30 pixels outwards, across the side.
+    const QPointF outward = at(grip) - at(HoverEventItem::Center);
+    v.dragGrip(item, grip, at(grip) + outward * (30.0 / std::hypot(outward.x(), outward.y())));
+    QVERIFY(QLineF(at(facingCorners[0]), before[0]).length() < 1e-9);
+    QVERIFY(QLineF(at(facingCorners[1]), before[1]).length() < 1e-9);
+    const double grown = grip == 1 || grip == 6 ? item->rect().height() - 100 : item->rect().width() - 200;
+    QVERIFY2(std::abs(grown - 30) < 1.0, qPrintable(QString::number(grown)));
+}
+
+void TestRectangles::measureChoiceIsRemembered() {
+    auto first = generated(QRectF(10, 10, 20, 30));
+    QSignalSpy changed(first.get(), &AbstractBaseItem::mesureChanged);
+    QVERIFY(choose(first.get(), "Area"));
+    QCOMPARE(first->label()->text(), QString("aera:600.00"));
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(getCommonParams("rectangle_mesureIndex", 0).toInt(), 5);
+    // The Feret rectangle shares the choice; the calibration rectangle keeps its own.
+    DrawingView v;
+    AbstractBaseItem* feret = v.draw("RectangleItemFeret", QPointF(10, 10), QPointF(30, 40));
+    QCOMPARE(feret->mesureIndex(), 5);
+    QCOMPARE(v.draw("RectCalibItem", QPointF(10, 10), QPointF(30, 40))->mesureIndex(), 10);
+    QVERIFY(choose(feret, "None"));
+    QCOMPARE(generated(QRectF(0, 0, 5, 5))->mesureIndex(), -1);
+    // Measures supplied by a record's source item are kept.
+    QCOMPARE(generated(QRectF(0, 0, 4, 4), first.get())->accessmesureP(5), 600.0);
+}
+
+void TestRectangles::transformMenu_data() {
+    QTest::addColumn<QSizeF>("size");
+    QTest::addColumn<double>("rotation");
+    QTest::addColumn<QStringList>("texts");
+    const QStringList circles{"none", "toInCircle", "toOutCircle"};
+    const QStringList snaps{"snapImageSelection...", "snapPixMapSelection...", "transfert2PixMap"};
+    const QStringList all = circles + QStringList{"imageMatching", "pixmapMatching"} + snaps;
+    QTest::newRow("small") << QSizeF(40, 20) << 0.0 << all;
+    QTest::newRow("exactly 65536") << QSizeF(256, 256) << 0.0 << all;
+    QTest::newRow("larger than 65536") << QSizeF(256, 257) << 0.0 << circles + snaps;
+    QTest::newRow("rotated") << QSizeF(40, 20) << 0.5 << circles;
+}
+
+void TestRectangles::transformMenu() {
+    QFETCH(QSizeF, size);
+    QFETCH(double, rotation);
+    QFETCH(QStringList, texts);
+    auto item = generated(QRectF(QPointF(10, 10), size));
+    item->rotate(rotation);
+    QMenu menu;
+    QStringList shown = menuOf(item.get(), menu, true).keys();
+    shown.removeAll(QString());
+    std::sort(texts.begin(), texts.end());
+    QCOMPARE(shown, texts);
+    QSignalSpy spy(item.get(), qOverload<void*, int, bool>(&AbstractBaseItem::transformIndex));
+    const QList<QPair<QString, int>> choices{{"toInCircle", 8200}, {"transfert2PixMap", 4608}, {"none", -1}};
+    for (const auto& [text, index] : choices) {
+        if (choose(item.get(), text, true))
+            QCOMPARE(spy.takeFirst(), (QVariantList{QVariant::fromValue<void*>(item.get()), index, false}));
+    }
+}
+
+void TestRectangles::snapshotsCopyTheSelection() {
+    DrawingView v;
+    AbstractBaseItem* item = v.draw("RectangleItem", QPointF(20, 30), QPointF(60, 50));
+    QSignalSpy spy(item, &AbstractBaseItem::itemChanged);
+    QMenu bare;
+    QVERIFY(!menuOf(item, bare, true).value("snapImageSelection...")->isEnabled());
+    item->applyEditMenu(RectangleItem::SnapImage);
+    QCOMPARE(spy.count(), 0);
+
+    QImage image(100, 80, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, qRgb(x * 2, y * 3, 90));
+    v.scene.setImage(image);
+    QList<QImage> copies;
+    QObject::connect(item, &AbstractBaseItem::itemChanged,
+                     [&](void*, QString, void* data) { copies << *static_cast<QImage*>(data); });
+    QVERIFY(choose(item, "snapImageSelection...", true));
+    QCOMPARE(QGuiApplication::clipboard()->image(), image.copy(20, 30, 40, 20));
+    QVERIFY(choose(item, "snapPixMapSelection...", true));
+    QCOMPARE(QGuiApplication::clipboard()->pixmap().size(), QSize(40, 20));
+    QCOMPARE(spy[0][1].toString() + spy[1][1].toString(), QString("snapImageSelectionsnapPixMapSelection"));
+    QCOMPARE(copies[0], image.copy(20, 30, 40, 20));
+    // Inside the outline the rendered scene shows its image.
+    QCOMPARE(copies[1].pixel(10, 10), image.pixel(30, 40));
+}
+
+void TestRectangles::xmlRoundTrip_data() {
+    QTest::addColumn<QString>("className");
+    QTest::addColumn<QPointF>("pos");
+    QTest::addColumn<double>("rotation");
+    QTest::newRow("rectangle") << "RectangleItem" << QPointF() << 0.0;
+    QTest::newRow("rectangle moved and rotated") << "RectangleItem" << QPointF(12.5, -3) << 30.04;
+    QTest::newRow("feret moved") << "RectangleItemFeret" << QPointF(7, 9) << 0.0;
+    QTest::newRow("calibration, not saved") << "RectCalibItem" << QPointF(7, 9) << 0.0;
+}
+
+void TestRectangles::xmlRoundTrip() {
+    QFETCH(QString, className);
+    QFETCH(QPointF, pos);
+    QFETCH(double, rotation);
+    DrawingView v;
+    AbstractBaseItem* item = v.draw(className, QPointF(50, 80), QPointF(150, 140), 0.5);
+    item->rotate(rotation);
+    item->setPos(item->pos() + pos);
+    checkXmlRoundTrip(item);
+    const QMap<QString, QString> attributes = saved(item);
+    QCOMPARE(attributes.isEmpty(), className == "RectCalibItem");
+    if (!attributes.isEmpty()) {
+        QCOMPARE(attributes["rotation"], QString::number(rotation, 'f', 1));
+        QCOMPARE(attributes["rect"], QString("50x80 100x60"));
+    }
+}
+
+QTEST_MAIN(TestRectangles)
+#include "tst_rectangles.moc"
