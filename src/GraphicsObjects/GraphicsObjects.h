@@ -33,3 +33,6 @@
 #include "GeometryNumbers.h"
 #include "GeometryOutlines.h"
 #include "GeometryPolygons.h"
+
+// Items
+#include "VickersPItem.h"

@@ -2,6 +2,7 @@
 
 #include "AbstractBaseItem.h"
 #include "ClassNames.h"
+#include "VickersPItem.h"
 
 #include <new>
 
@@ -42,7 +43,7 @@ const FactoryEntry toolClasses[] = {
     {"PolygonShapeItem", nullptr},
     {"DXFItem", nullptr},
     {"LassoItem", nullptr},
-    {"VickersPItem", nullptr},
+    {"VickersPItem", &create<VickersPItem>},
     {"RectangleItemFeret", nullptr},
     {"RulerItem", nullptr},
     {"StampItem", nullptr},
