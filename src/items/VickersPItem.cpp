@@ -92,7 +92,7 @@ void VickersPItem::takeOverContext(const _AUTOPOINTPARAMS& params) {
     for (const QPointF& p : params.points)
         addCorner(p);
     rebuildPolygon(m_mline);
-    compute(false);
+    recompute(false);
     m_modeEdition = EditionComplete;
 }
 
@@ -110,18 +110,18 @@ QString VickersPItem::getSimpleHELP() {
 
 void VickersPItem::setCharge(double newtons) {
     m_charge = newtons;
-    compute(false);
+    recompute(false);
 }
 
 void VickersPItem::setHighPrecision(bool high) {
     m_highPrecision = high;
-    compute(false);
+    recompute(false);
 }
 
 void VickersPItem::suspendComputation(bool suspended) {
     m_suspended = suspended;
     if (!suspended)
-        compute(false);
+        recompute(false);
 }
 
 void VickersPItem::setSpecificparameters(QString, void* params) {
@@ -187,7 +187,7 @@ void VickersPItem::mousePress(QGraphicsSceneMouseEvent* event) {
     addCorner(mapFromScene(event->scenePos()));
     showHandgrips();
     rebuildPolygon(m_mline);
-    compute(false);
+    recompute(false);
 }
 
 void VickersPItem::mouseMove(QGraphicsSceneMouseEvent* event) {
@@ -221,8 +221,8 @@ void VickersPItem::applyContextMenu(int data) {
         setHighPrecision(data == HighPrecisionCommand);
 }
 
-bool VickersPItem::computeMesures(void* arg) {
-    return compute(arg && *static_cast<const bool*>(arg));
+bool VickersPItem::computeMesures(void*) {
+    return recompute(false);
 }
 
 void VickersPItem::pressPoint(const QPointF&) {
@@ -244,10 +244,10 @@ void VickersPItem::updatePoint(const QPointF& scenePos) {
     m_mline[index] = p;
     grip->setPos(p);
     rebuildPolygon(m_mline);
-    compute(false);
+    recompute(false);
 }
 
-bool VickersPItem::compute(bool silent) {
+bool VickersPItem::recompute(bool silent) {
     if (m_mline.size() < CornerCount || m_suspended)
         return false;
     prepareGeometryChange();

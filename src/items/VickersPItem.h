@@ -38,6 +38,10 @@ public:
     void suspendComputation(bool suspended);
     bool computationSuspended() const { return m_suspended; }
 
+    // The computation behind computeMesures. A silent one leaves the label's place and text alone,
+    // for a host that refreshes the values (after a calibration change, say) behind the user's label.
+    bool recompute(bool silent);
+
     // The result as a metallographer writes it: hardness to three significant digits, "HV", the
     // test force in kgf to two significant digits ("18.5 HV 0.1"); empty without a finite result.
     QString hardnessDesignation() const;
@@ -68,8 +72,8 @@ public:
     QGraphicsPolygonItem* polygonItem() const { return m_polygon; }
 
 public slots:
-    // arg: optional bool*; pointing to true, the label keeps its place and its text.
-    bool computeMesures(void* arg) override;
+    // Recomputes and places the label anew; false with fewer than four corners or while suspended.
+    bool computeMesures(void*) override;
     // The quadrilateral's bounding rectangle in scene coordinates.
     QRectF itemRectF(void*) override;
     void pressPoint(const QPointF& scenePos) override;
@@ -82,7 +86,6 @@ protected:
 private:
     static constexpr int CornerCount = 4;
 
-    bool compute(bool silent);
     void addCorner(const QPointF& p);
     void removeCorners();
     void reverseCorners();
