@@ -46,3 +46,4 @@
 #include "RectCalibItem.h"
 #include "RectangleItem.h"
 #include "RectangleItemFeret.h"
+#include "VickersPItem.h"

@@ -10,6 +10,7 @@
 #include "RectangleItemFeret.h"
 #include "RectCalibItem.h"
 #include "RulerItem.h"
+#include "VickersPItem.h"
 
 #include <new>
 
@@ -50,7 +51,7 @@ const FactoryEntry toolClasses[] = {
     {"PolygonShapeItem", nullptr},
     {"DXFItem", nullptr},
     {"LassoItem", nullptr},
-    {"VickersPItem", nullptr},
+    {"VickersPItem", &create<VickersPItem>},
     {"RectangleItemFeret", &create<RectangleItemFeret>},
     {"RulerItem", &create<RulerItem>},
     {"StampItem", nullptr},

@@ -1,0 +1,387 @@
+#include "VickersPItem.h"
+
+#include "GeometryFitting.h"
+#include "GeometryPolygons.h"
+#include "HoverEventItem.h"
+#include "SimpleTextItem.h"
+#include "VariantText.h"
+
+#include <QDomElement>
+#include <QGraphicsPolygonItem>
+#include <QGraphicsSceneMouseEvent>
+#include <QLineF>
+#include <QMenu>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// F * 0.001 / 0.00980665: newtons to kilogram-force by standard gravity.
+constexpr double NewtonsToKgf = 0.001 / 0.00980665;
+
+struct SlotText {
+    int slot;
+    const char* name;
+    const char* unit; // null: the calibrated unit of length
+};
+
+const SlotText slotTexts[] = {
+    {VickersPItem::DiagonalSlot1, QT_TRANSLATE_NOOP("VickersPItem", "d1:"), nullptr},
+    {VickersPItem::DiagonalSlot2, QT_TRANSLATE_NOOP("VickersPItem", "d2:"), nullptr},
+    {VickersPItem::LoadSlot, QT_TRANSLATE_NOOP("VickersPItem", "F:"), "N"},
+    {VickersPItem::LoadKgfSlot, QT_TRANSLATE_NOOP("VickersPItem", "F:"), "kgf"},
+    {VickersPItem::HardnessSlot, QT_TRANSLATE_NOOP("VickersPItem", "hardness:"), "HV"},
+};
+
+// v (positive, finite) rounded to the given number of significant digits, in fixed notation.
+QString significant(double v, int digits, bool trimZeros) {
+    int magnitude = int(std::floor(std::log10(v)));
+    double scale = std::pow(10.0, digits - 1 - magnitude);
+    double rounded = std::round(v * scale) / scale;
+    // Rounding up may gain a digit (9.996 -> 10.0).
+    if (int(std::floor(std::log10(rounded))) > magnitude) {
+        ++magnitude;
+        scale /= 10;
+        rounded = std::round(v * scale) / scale;
+    }
+    QString text = QString::number(rounded, 'f', std::max(0, digits - 1 - magnitude));
+    if (trimZeros && text.contains(QLatin1Char('.'))) {
+        while (text.endsWith(QLatin1Char('0')))
+            text.chop(1);
+        if (text.endsWith(QLatin1Char('.')))
+            text.chop(1);
+    }
+    return text;
+}
+
+} // namespace
+
+VickersPItem::VickersPItem(QGraphicsItem* parent, int id, void* context)
+    : AbstractBaseItem(parent, id, context)
+    , m_polygon(new QGraphicsPolygonItem(this)) {
+    m_subType = 1;
+    m_type = QString::fromLatin1(metaObject()->className());
+    computeGUID(m_type, id);
+    if (m_guidName.isEmpty())
+        m_guidName = m_type + QString::number(id);
+    // The hardness is what the user measures an indentation for.
+    m_mesureIndex = HardnessSlot;
+    m_polygon->setPen(m_pen);
+    m_polygon->setAcceptedMouseButtons(Qt::NoButton);
+    setFlag(ItemIsSelectable, true);
+    if (context)
+        takeOverContext(*static_cast<const _AUTOPOINTPARAMS*>(context));
+}
+
+void VickersPItem::takeOverContext(const _AUTOPOINTPARAMS& params) {
+    m_generated = true;
+    m_creationStarted = true;
+    if (params.source) {
+        for (int i = 0; i < MesuresCount; ++i) {
+            m_mesure[i] = params.source->accessmesure(unsigned(i));
+            m_mesureP[i] = params.source->accessmesureP(unsigned(i));
+        }
+        // Its diagonals are recomputed in the same units.
+        copyCommonData(this, params.source);
+    }
+    if (params.load > 0)
+        m_charge = params.load;
+    if (params.points.size() != CornerCount)
+        return;
+    for (const QPointF& p : params.points)
+        addCorner(p);
+    rebuildPolygon(m_mline);
+    recompute(false);
+    m_modeEdition = EditionComplete;
+}
+
+AbstractBaseItem* VickersPItem::clone(int id) {
+    auto* copy = new VickersPItem(parentItem(), id, nullptr);
+    copyCommonData(copy, this);
+    copyDataTo(copy);
+    copy->m_highPrecision = m_highPrecision;
+    return copy;
+}
+
+QString VickersPItem::getSimpleHELP() {
+    return tr("Click the four corners of the indentation");
+}
+
+void VickersPItem::setCharge(double newtons) {
+    m_charge = newtons;
+    recompute(false);
+}
+
+void VickersPItem::setHighPrecision(bool high) {
+    m_highPrecision = high;
+    recompute(false);
+}
+
+void VickersPItem::suspendComputation(bool suspended) {
+    m_suspended = suspended;
+    if (!suspended)
+        recompute(false);
+}
+
+void VickersPItem::setSpecificparameters(QString, void* params) {
+    if (!params || m_suspended)
+        return;
+    setCharge(static_cast<const _AUTOPOINTPARAMS*>(params)->load);
+}
+
+void VickersPItem::setPen(const QPen& pen) {
+    AbstractBaseItem::setPen(pen);
+    m_polygon->setPen(pen);
+}
+
+QString VickersPItem::hardnessDesignation() const {
+    const double hv = m_mesure[HardnessSlot];
+    const double kgf = m_mesure[LoadKgfSlot];
+    if (!std::isfinite(hv) || hv <= 0 || !std::isfinite(kgf) || kgf <= 0)
+        return QString();
+    return QStringLiteral("%1 HV %2").arg(significant(hv, 3, false), significant(kgf, 2, true));
+}
+
+bool VickersPItem::diagonalsDiffer(QString* warning) const {
+    if (warning)
+        warning->clear();
+    const double d1 = m_mesureP[DiagonalSlot1];
+    const double d2 = m_mesureP[DiagonalSlot2];
+    // More than 5 % of the mean: |d1 - d2| > 0.05 (d1 + d2) / 2, kept free of divisions.
+    if (!(d1 + d2 > 0) || !(std::abs(d1 - d2) * 40 > d1 + d2))
+        return false;
+    if (warning) {
+        const double percent = std::abs(d1 - d2) * 200 / (d1 + d2);
+        *warning =
+            tr("Diagonals differ by %1 % (limit 5 %): check the indentation or the specimen's flatness")
+                .arg(QString::number(percent, 'f', 1));
+    }
+    return true;
+}
+
+QPointF VickersPItem::centroid() {
+    return m_polygon->polygon().boundingRect().center();
+}
+
+QRectF VickersPItem::itemRectF(void*) {
+    return mapRectToScene(m_polygon->polygon().boundingRect());
+}
+
+QRectF VickersPItem::boundingRect() const {
+    // The leader line runs from the centroid to the label.
+    QRectF r = m_polygon->boundingRect();
+    if (m_label && m_label->isVisible())
+        r = r.united(mapRectFromItem(m_label, m_label->boundingRect()));
+    return r;
+}
+
+void VickersPItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
+    commonPaintCentroidText(painter);
+}
+
+void VickersPItem::mousePress(QGraphicsSceneMouseEvent* event) {
+    if (m_mline.size() >= CornerCount)
+        return;
+    m_creationStarted = true;
+    addCorner(mapFromScene(event->scenePos()));
+    showHandgrips();
+    rebuildPolygon(m_mline);
+    recompute(false);
+}
+
+void VickersPItem::mouseMove(QGraphicsSceneMouseEvent* event) {
+    if (m_mline.isEmpty() || m_mline.size() >= CornerCount)
+        return;
+    rebuildPolygon(QList<QPointF>(m_mline) << mapFromScene(event->scenePos()));
+}
+
+AbstractBaseItem::typModeEdition VickersPItem::mouseRelease(QGraphicsSceneMouseEvent*) {
+    if (m_mline.size() < CornerCount) {
+        m_modeEdition = EditionCreating;
+        return m_modeEdition;
+    }
+    hideHandgrips();
+    m_modeEdition = EditionComplete;
+    return m_modeEdition;
+}
+
+bool VickersPItem::endEdition() {
+    // Four clicks on one spot measure nothing.
+    return m_mline.size() == CornerCount && (m_mline[0] != m_mline[2] || m_mline[1] != m_mline[3]);
+}
+
+void VickersPItem::fillContextMenu(QMenu* menu) {
+    createMenuAction(menu, QIcon(), tr("High Precision"), m_highPrecision, nullptr, HighPrecisionCommand);
+    createMenuAction(menu, QIcon(), tr("Std Precision"), !m_highPrecision, nullptr, StdPrecisionCommand);
+}
+
+void VickersPItem::applyContextMenu(int data) {
+    if (data == HighPrecisionCommand || data == StdPrecisionCommand)
+        setHighPrecision(data == HighPrecisionCommand);
+}
+
+bool VickersPItem::computeMesures(void*) {
+    return recompute(false);
+}
+
+void VickersPItem::pressPoint(const QPointF&) {
+    emit mesureChangedSTART(this);
+}
+
+void VickersPItem::releasePoint(const QPointF&) {
+    emit mesureChangedEND(this);
+}
+
+void VickersPItem::updatePoint(const QPointF& scenePos) {
+    HoverEventItem* grip = senderHandgrip();
+    const int index = int(m_handgripItems.indexOf(grip));
+    if (index < 0 || m_mline.size() != m_handgripItems.size())
+        return;
+    for (int i = 0; i < m_mline.size(); ++i)
+        m_mline[i] = m_handgripItems[i]->pos();
+    const QPointF p = mapFromScene(scenePos);
+    m_mline[index] = p;
+    grip->setPos(p);
+    rebuildPolygon(m_mline);
+    recompute(false);
+}
+
+bool VickersPItem::recompute(bool silent) {
+    if (m_mline.size() < CornerCount || m_suspended)
+        return false;
+    prepareGeometryChange();
+    // One orientation for every indentation, however its corners were clicked.
+    if (locateCentroid() < 0) {
+        reverseCorners();
+        locateCentroid();
+    }
+    const double k = m_calibration.factor;
+    const double d1 = QLineF(m_mline[0], m_mline[2]).length();
+    const double d2 = QLineF(m_mline[1], m_mline[3]).length();
+    m_mesureP[DiagonalSlot1] = d1;
+    m_mesure[DiagonalSlot1] = k * d1;
+    m_mesureP[DiagonalSlot2] = d2;
+    m_mesure[DiagonalSlot2] = k * d2;
+    // Calibrated micrometres to the millimetres of the formulas.
+    const double d = (d1 + d2) * 0.5 * k / 1000;
+    m_mesureP[LoadSlot] = m_mesure[LoadSlot] = m_charge;
+    m_mesureP[LoadKgfSlot] = m_mesure[LoadKgfSlot] = m_charge * NewtonsToKgf;
+    m_mesureP[HardnessSlot] = m_mesure[HardnessSlot] =
+        m_highPrecision ? Vickers2(m_charge, d) : Vickers1(m_charge, d);
+    emit mesureChanged(this);
+    emit itemChanged(this, QStringLiteral("VICKERS"), &m_mesure[HardnessSlot]);
+    emit mesureChangedEND(this);
+    if (!silent)
+        placeLabel();
+    return true;
+}
+
+double VickersPItem::locateCentroid() {
+    // A flat quadrilateral has no centroid of its own: the mean of its corners stands for it.
+    QPointF mean;
+    for (const QPointF& p : std::as_const(m_mline))
+        mean += p / m_mline.size();
+    double xc = mean.x();
+    double yc = mean.y();
+    double area = 0;
+    polyCentroid2(m_mline, &xc, &yc, &area);
+    m_centroidPoint = QPointF(xc, yc);
+    return area;
+}
+
+void VickersPItem::placeLabel() {
+    placeCentroidHandgrip();
+    m_label->setPos(0, 0);
+    commonUpdateText();
+}
+
+void VickersPItem::commonUpdateText() {
+    if (!m_label || !m_textusage)
+        return;
+    m_label->setText(slotText(m_mesureIndex));
+    m_label->setVisible(true);
+}
+
+QString VickersPItem::slotText(int slot) const {
+    for (const SlotText& entry : slotTexts) {
+        if (entry.slot != slot)
+            continue;
+        const QString unit = entry.unit ? QString::fromLatin1(entry.unit) : m_calibration.unitName;
+        return tr(entry.name) + QString::number(m_mesure[slot], 'f', m_calibration.decimals) +
+               QLatin1Char('*') + unit;
+    }
+    return QString();
+}
+
+void VickersPItem::addCorner(const QPointF& p) {
+    auto* grip = new HoverEventItem(this, this, int(m_mline.size()), HoverEventItem::Move);
+    grip->setPos(p);
+    // Above the label, which is anchored inside the quadrilateral and may cover a corner.
+    grip->setZValue(1);
+    m_mline.append(p);
+    m_handgripItems.append(grip);
+    updateHandgrips();
+}
+
+void VickersPItem::removeCorners() {
+    qDeleteAll(m_handgripItems);
+    m_handgripItems.clear();
+    m_mline.clear();
+}
+
+void VickersPItem::reverseCorners() {
+    // The grips follow their points, so a grip being dragged keeps its corner.
+    std::reverse(m_mline.begin(), m_mline.end());
+    std::reverse(m_handgripItems.begin(), m_handgripItems.end());
+    for (int i = 0; i < m_handgripItems.size(); ++i)
+        m_handgripItems[i]->setId(i);
+}
+
+void VickersPItem::rebuildPolygon(const QList<QPointF>& points) {
+    prepareGeometryChange();
+    m_polygon->setPolygon(QPolygonF(points));
+}
+
+bool VickersPItem::toXml(QDomElement& e) const {
+    commonWriteXML(e);
+    commonMesuresWriteXML(e);
+    QString coords;
+    for (const QPointF& p : m_mline)
+        coords += variantToString(mapToParent(p)) + QLatin1Char(';');
+    e.setAttribute(QStringLiteral("coords"), coords);
+    e.setAttribute(QStringLiteral("charge"), QString::number(m_charge, 'f', 2));
+    return true;
+}
+
+bool VickersPItem::fromXml(const QDomElement& e) {
+    commonReadXML(e);
+    commonMesuresReadXML(e);
+    removeCorners();
+    const QStringList parts =
+        e.attribute(QStringLiteral("coords")).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    for (const QString& part : parts) {
+        bool ok = false;
+        const QVariant point = stringToVariant(part, QMetaType::QPointF, &ok);
+        // A part that is no point is skipped rather than read as a corner at the origin.
+        if (ok && point.isValid())
+            addCorner(point.toPointF());
+        if (m_mline.size() == CornerCount)
+            break;
+    }
+    m_charge = e.attribute(QStringLiteral("charge")).toDouble();
+    m_highPrecision = true;
+    m_creationStarted = true;
+    m_modeEdition = m_mline.size() == CornerCount ? EditionComplete : EditionCreating;
+    // The saved measures stand: they were computed with the calibration of their time.
+    setPen(m_pen);
+    setFont(m_font);
+    transmitFont(m_font2);
+    rebuildPolygon(m_mline);
+    if (m_mline.size() == CornerCount) {
+        locateCentroid();
+        placeCentroidHandgrip();
+    }
+    commonUpdateText();
+    return true;
+}
