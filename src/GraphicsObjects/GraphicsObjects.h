@@ -33,3 +33,9 @@
 #include "GeometryNumbers.h"
 #include "GeometryOutlines.h"
 #include "GeometryPolygons.h"
+
+// Items
+#include "TextEdit.h"
+#include "TextItem.h"
+#include "TextItemDialog.h"
+#include "eTextItem.h"

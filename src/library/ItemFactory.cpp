@@ -2,6 +2,7 @@
 
 #include "AbstractBaseItem.h"
 #include "ClassNames.h"
+#include "eTextItem.h"
 
 #include <new>
 
@@ -46,7 +47,7 @@ const FactoryEntry toolClasses[] = {
     {"RectangleItemFeret", nullptr},
     {"RulerItem", nullptr},
     {"StampItem", nullptr},
-    {"eTextItem", nullptr},
+    {"eTextItem", &create<eTextItem>},
     {"PixmapItem", nullptr},
     {"SmileyItem", nullptr},
     {"VideoItem", nullptr},
