@@ -228,7 +228,8 @@ void eTextItem::setFont(const QFont& font) {
 
 void eTextItem::setText(void* source) {
     if (!source) {
-        m_linkName.clear();
+        // Without its link name the text follows nothing any more.
+        unassociate(nullptr, nullptr);
         m_text->setPlainText(QStringLiteral(" "));
         return;
     }

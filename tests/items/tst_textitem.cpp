@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QColorDialog>
 #include <QDomDocument>
 #include <QGraphicsRectItem>
 #include <QGraphicsView>
@@ -69,6 +70,8 @@ private slots:
     void focusOutRemovesOnlyEmptyText();
     void linkedTextFollowsMeasure_data();
     void linkedTextFollowsMeasure();
+    void everyWayOfUnlinkingStopsFollowing_data();
+    void everyWayOfUnlinkingStopsFollowing();
     void deletedSourceLeavesTextAlive();
     void recordPlacesAndLinks();
     void cornerGripRotatesAboutTheCentre();
@@ -186,6 +189,36 @@ void TestTextItem::linkedTextFollowsMeasure() {
     QCOMPARE(text.linkedItem(), nullptr);
 }
 
+void TestTextItem::everyWayOfUnlinkingStopsFollowing_data() {
+    QTest::addColumn<int>("way");
+    QTest::addColumn<QString>("textAfter");
+    QTest::newRow("unassociate without item") << 0 << "Ruler1 dist1:5.00 mm";
+    QTest::newRow("menu") << 1 << "Ruler1 dist1:5.00 mm";
+    QTest::newRow("text reset") << 2 << " ";
+}
+
+void TestTextItem::everyWayOfUnlinkingStopsFollowing() {
+    QFETCH(int, way);
+    QFETCH(QString, textAfter);
+    MeasuringItem source;
+    eTextItem text(nullptr, 1, nullptr);
+    text.associate(&source, nullptr);
+    source.measure(AbstractBaseItem::Dist1, 10);
+    QMenu menu;
+    text.fillContextMenu(&menu);
+    QCOMPARE(menu.actions().size(), 2);
+    if (way == 0)
+        text.unassociate(nullptr, nullptr);
+    else if (way == 1)
+        text.applyContextMenu(menu.actions().at(1)->data().toInt());
+    else
+        text.setText(nullptr);
+    source.measure(AbstractBaseItem::Dist1, 40);
+    QCOMPARE(text.text(), textAfter);
+    QCOMPARE(text.linkedItem(), nullptr);
+    QVERIFY(text.getLinkName().isEmpty());
+}
+
 void TestTextItem::deletedSourceLeavesTextAlive() {
     auto* source = new MeasuringItem;
     auto* text = new eTextItem(nullptr, 1, nullptr);
@@ -274,6 +307,14 @@ void TestTextItem::dialogActionsFormatTheSelection() {
     QVERIFY(!formatAt(9).font().bold() && !formatAt(9).font().italic());
     bold->trigger();
     QVERIFY(!formatAt(2).font().bold() && formatAt(2).font().italic());
+
+    actions.value(QStringLiteral("Color"))->trigger();
+    auto* chooser = editor->findChild<QColorDialog*>();
+    QVERIFY(chooser);
+    chooser->setCurrentColor(Qt::red);
+    chooser->accept();
+    QCOMPARE(formatAt(2).foreground().color(), QColor(Qt::red));
+    QVERIFY(formatAt(9).foreground().color() != QColor(Qt::red));
 
     // Moving the cursor shows the format there without applying it.
     editor->setTextCursor(QTextCursor(editor->document()));
