@@ -47,3 +47,7 @@
 #include "RectangleItem.h"
 #include "RectangleItemFeret.h"
 #include "VickersPItem.h"
+#include "TextEdit.h"
+#include "TextItem.h"
+#include "TextItemDialog.h"
+#include "eTextItem.h"

@@ -5,6 +5,7 @@
 #include "ArrowItem.h"
 #include "CircleItem.h"
 #include "ClassNames.h"
+#include "eTextItem.h"
 #include "LineItem.h"
 #include "RectangleItem.h"
 #include "RectangleItemFeret.h"
@@ -55,7 +56,7 @@ const FactoryEntry toolClasses[] = {
     {"RectangleItemFeret", &create<RectangleItemFeret>},
     {"RulerItem", &create<RulerItem>},
     {"StampItem", nullptr},
-    {"eTextItem", nullptr},
+    {"eTextItem", &create<eTextItem>},
     {"PixmapItem", nullptr},
     {"SmileyItem", nullptr},
     {"VideoItem", nullptr},
