@@ -1,6 +1,11 @@
 #include "SimpleTextItem.h"
 
+#include "HoverEventItem.h"
+
 #include <QBrush>
+#include <QGraphicsScene>
+#include <QGraphicsSceneMouseEvent>
+#include <QGraphicsView>
 
 SimpleTextItem::SimpleTextItem(QGraphicsItem* parent)
     : QGraphicsSimpleTextItem(parent) {
@@ -14,4 +19,22 @@ void SimpleTextItem::setTextColor(const QColor& color) {
 
 QColor SimpleTextItem::textColor() const {
     return brush().color();
+}
+
+void SimpleTextItem::mousePressEvent(QGraphicsSceneMouseEvent* event) {
+    if (scene()) {
+        // Grips keep their size on screen, so they are found through the view's transform.
+        const auto* view =
+            event->widget() ? qobject_cast<QGraphicsView*>(event->widget()->parentWidget()) : nullptr;
+        const QTransform device = view ? view->viewportTransform() : QTransform();
+        for (QGraphicsItem* item :
+             scene()->items(event->scenePos(), Qt::IntersectsItemShape, Qt::DescendingOrder, device)) {
+            auto* grip = dynamic_cast<HoverEventItem*>(item);
+            if (grip && grip->isVisible() && grip->getType() != HoverEventItem::CentroidGrip) {
+                event->ignore();
+                return;
+            }
+        }
+    }
+    QGraphicsSimpleTextItem::mousePressEvent(event);
 }

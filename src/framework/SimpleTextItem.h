@@ -11,4 +11,8 @@ public:
 
     void setTextColor(const QColor& color);
     QColor textColor() const;
+
+protected:
+    // A label never hides a handgrip: a press over a visible grip goes on to the grip.
+    void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
 };

@@ -317,8 +317,6 @@ QString VickersPItem::slotText(int slot) const {
 void VickersPItem::addCorner(const QPointF& p) {
     auto* grip = new HoverEventItem(this, this, int(m_mline.size()), HoverEventItem::Move);
     grip->setPos(p);
-    // Above the label, which is anchored inside the quadrilateral and may cover a corner.
-    grip->setZValue(1);
     m_mline.append(p);
     m_handgripItems.append(grip);
     updateHandgrips();
