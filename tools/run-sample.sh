@@ -1,8 +1,17 @@
 #!/usr/bin/env bash
-# The main job: installs what is missing, builds, and runs the command-line tool on the bundled sample.
+# The main job: installs what is missing, builds, then lists the tools and measures and exports the
+# bundled sample scene (a Vickers indentation with a few measures) to build/sample.dxf and .png.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
+build=${BUILD_DIR:-$root/build}
 "$root/tools/deps.sh"
 "$root/tools/build.sh"
 export QT_QPA_PLATFORM=offscreen
-"${BUILD_DIR:-$root/build}/apps/gotool/gotool" catalogue
+gotool="$build/apps/gotool/gotool"
+sample="$root/samples/hardness-test.xml"
+"$gotool" catalogue
+echo
+"$gotool" measure "$sample"
+echo
+"$gotool" export "$sample" "$build/sample.dxf" --force
+"$gotool" export "$sample" "$build/sample.png" --force

@@ -48,6 +48,8 @@ public:
     // Whether the diagonals differ by more than 5 % of their mean, which makes the result doubtful;
     // warning receives the text to show the user (empty when they agree).
     bool diagonalsDiffer(QString* warning = nullptr) const;
+    // The label text of one slot ("d1:60.00*µm", "hardness:510.85*HV"); empty for a slot not written.
+    QString slotText(int slot) const;
 
     // The load from a parameter record (an _AUTOPOINTPARAMS, member load).
     void setSpecificparameters(QString, void* params) override;
@@ -92,7 +94,6 @@ private:
     void rebuildPolygon(const QList<QPointF>& points);
     double locateCentroid();
     void placeLabel();
-    QString slotText(int slot) const;
     void takeOverContext(const _AUTOPOINTPARAMS& params);
 
     QGraphicsPolygonItem* m_polygon = nullptr;
