@@ -206,6 +206,18 @@ void AbstractBaseItem::computeGUID(const QString& name, int index) {
              static_cast<unsigned long>((index + 1) % 100);
 }
 
+void AbstractBaseItem::initIdentity(int id) {
+    m_type = QString::fromLatin1(metaObject()->className());
+    computeGUID(m_type, id);
+    if (m_guidName.isEmpty())
+        m_guidName = m_type + QString::number(id);
+}
+
+QPointF AbstractBaseItem::childCentre(const QGraphicsItem* child) const {
+    const QRectF r = mapRectFromScene(child->sceneBoundingRect());
+    return QPointF(r.x() + r.width() * 0.5, r.y() + r.height() * 0.5);
+}
+
 void AbstractBaseItem::copyDataTo(AbstractBaseItem* other) {
     QDomDocument doc;
     QDomElement e = doc.createElement(QStringLiteral("dummy"));

@@ -217,6 +217,11 @@ protected:
     virtual void computeGUID(const QString& name, int index);
 
     QString mesureIndexToName(int i, double v) const;
+    // Identity of a new item, called by the most derived constructor: the class name as type, the
+    // GUID from it and the id, and "<class><id>" as GUID name unless one was given.
+    void initIdentity(int id);
+    // Centre of a child's scene bounding rectangle, in item coordinates.
+    QPointF childCentre(const QGraphicsItem* child) const;
     // The handgrip that sent the signal being handled, or null.
     HoverEventItem* senderHandgrip() const;
     QList<QPointF> handgripScenePositions() const;

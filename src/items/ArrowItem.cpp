@@ -32,10 +32,7 @@ double arrowRotation(const QPointF& p0, const QPointF& p1) {
 ArrowItem::ArrowItem(QGraphicsItem* parent, int id, void* context)
     : AbstractBaseItem(parent, id, context) {
     m_subType = 4;
-    m_type = QString::fromLatin1(metaObject()->className());
-    computeGUID(m_type, id);
-    if (m_guidName.isEmpty())
-        m_guidName = m_type + QString::number(id);
+    initIdentity(id);
 
     m_pathChild = new QGraphicsPathItem(this);
     m_mline << QPointF(0, 0) << QPointF(0, 0);

@@ -27,10 +27,7 @@ CircleItem::CircleItem(QGraphicsItem* parent, int id, void* context)
     : AbstractBaseItem(parent, id, context)
     , m_ellipseChild(new QGraphicsEllipseItem(this)) {
     m_subType = 1;
-    m_type = QString::fromLatin1(metaObject()->className());
-    computeGUID(m_type, id);
-    if (m_guidName.isEmpty())
-        m_guidName = m_type + QString::number(id);
+    initIdentity(id);
     m_mline << QPointF() << QPointF();
     for (int position : cornerGrips)
         m_handgripItems.append(new HoverEventItem(this, m_ellipseChild, position, HoverEventItem::Move));
@@ -68,8 +65,7 @@ void CircleItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidg
 }
 
 QPointF CircleItem::centroid() {
-    const QRectF r = mapRectFromScene(m_ellipseChild->sceneBoundingRect());
-    return QPointF(r.x() + r.width() * 0.5, r.y() + r.height() * 0.5);
+    return childCentre(m_ellipseChild);
 }
 
 // The label keeps its own colour: only the outline takes the pen.

@@ -76,10 +76,7 @@ QPolygonF arrowTriangle(const QPointF& tip, double wing1, double wing2, double s
 LineItem::LineItem(QGraphicsItem* parent, int id, void* context)
     : AbstractBaseItem(parent, id, context) {
     m_subType = 1;
-    m_type = QString::fromLatin1(metaObject()->className());
-    computeGUID(m_type, id);
-    if (m_guidName.isEmpty())
-        m_guidName = m_type + QString::number(id);
+    initIdentity(id);
 
     m_lineChild = new QGraphicsLineItem(this);
     m_arrowFactor = getCommonParams(ArrowFactorKey, 2).toInt();
@@ -142,8 +139,7 @@ void LineItem::placeLine() {
 }
 
 QPointF LineItem::centroid() {
-    const QRectF r = mapRectFromScene(m_lineChild->sceneBoundingRect());
-    return QPointF(r.x() + r.width() * 0.5, r.y() + r.height() * 0.5);
+    return childCentre(m_lineChild);
 }
 
 void LineItem::setPen(const QPen& pen) {

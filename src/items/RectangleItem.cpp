@@ -57,10 +57,7 @@ RectangleItem::RectangleItem(QGraphicsItem* parent)
 }
 
 void RectangleItem::initialise(int id, void* context) {
-    m_type = QString::fromLatin1(metaObject()->className());
-    computeGUID(m_type, id);
-    if (m_guidName.isEmpty())
-        m_guidName = m_type + QString::number(id);
+    initIdentity(id);
     const MesureChoice choice = mesureChoice();
     m_mesureIndex = getCommonParams(QString::fromLatin1(choice.commonKey), choice.defaultIndex).toInt();
     if (!context)
@@ -102,8 +99,7 @@ void RectangleItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QW
 }
 
 QPointF RectangleItem::centroid() {
-    const QRectF r = mapRectFromScene(m_rectChild->sceneBoundingRect());
-    return QPointF(r.x() + r.width() * 0.5, r.y() + r.height() * 0.5);
+    return childCentre(m_rectChild);
 }
 
 void RectangleItem::setPen(const QPen& pen) {

@@ -61,10 +61,7 @@ VickersPItem::VickersPItem(QGraphicsItem* parent, int id, void* context)
     : AbstractBaseItem(parent, id, context)
     , m_polygon(new QGraphicsPolygonItem(this)) {
     m_subType = 1;
-    m_type = QString::fromLatin1(metaObject()->className());
-    computeGUID(m_type, id);
-    if (m_guidName.isEmpty())
-        m_guidName = m_type + QString::number(id);
+    initIdentity(id);
     // The hardness is what the user measures an indentation for.
     m_mesureIndex = HardnessSlot;
     m_polygon->setPen(m_pen);

@@ -49,10 +49,7 @@ constexpr int rotationGripPositions[] = {HoverEventItem::TopLeft, HoverEventItem
 
 eTextItem::eTextItem(QGraphicsItem* parent, int index, void* params)
     : AbstractBaseItem(parent, index, params) {
-    m_type = QString::fromLatin1(metaObject()->className());
-    computeGUID(m_type, index);
-    if (m_guidName.isEmpty())
-        m_guidName = m_type + QString::number(index);
+    initIdentity(index);
     setFlag(ItemSendsScenePositionChanges, true);
     setFlag(ItemIsFocusable, true);
     setFlag(ItemIsSelectable, true);
