@@ -66,12 +66,11 @@ void TestFilterSafety::anyFormatAnySize() {
     for (QImage::Format format : formats)
         for (const QSize& size : sizes) {
             const QImage source = seeded(size.width(), size.height(), 1, false).convertToFormat(format);
-            const QImage shared = source;
+            const QImage original = source.copy();
             QImage image = source;
             filter(image);
             QCOMPARE(image.size(), size);
-            QVERIFY(sameWords(shared, source) || shared.depth() != 32);
-            QCOMPARE(shared.format(), source.format());
+            QVERIFY(source == original);
             const bool big = size.width() >= 3 && size.height() >= 3;
             if (converted && big)
                 QCOMPARE(image.format(), QImage::Format_ARGB32_Premultiplied);
