@@ -2,7 +2,6 @@
 
 #include <QImage>
 #include <QMetaType>
-#include <QTest>
 
 #include <functional>
 #include <random>
