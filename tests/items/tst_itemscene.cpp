@@ -13,22 +13,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <cmath>
-
 namespace {
-
-// A grey, grainy stand-in for a micrograph.
-QImage micrograph(const QSize& size) {
-    QImage image(size, QImage::Format_RGB32);
-    for (int y = 0; y < size.height(); ++y) {
-        auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < size.width(); ++x) {
-            const int v = 170 + int(25 * std::sin(x / 37.0) * std::cos(y / 29.0)) + (x * 7 + y * 13) % 17;
-            row[x] = qRgb(v, v, v - 10);
-        }
-    }
-    return image;
-}
 
 QJsonObject readBackDxf(const QString& fileName) {
     QProcess python;
@@ -58,7 +43,9 @@ void TestItemScene::oneOfEachItem() {
     QVERIFY(v.exposed);
     v.view.setFixedSize(820, 620);
     v.scene.setSceneRect(0, 0, 800, 600);
-    v.scene.setImage(micrograph(QSize(800, 600)));
+    QImage background(800, 600, QImage::Format_RGB32);
+    background.fill(qRgb(180, 180, 170));
+    v.scene.setImage(background);
     QSignalSpy accepted(&v.scene, &AbstractScene::itemAccepted);
 
     AbstractBaseItem* line = v.draw("LineItem", {40, 60}, {300, 120}, 0.5);

@@ -82,8 +82,6 @@ void TestLines::drawnLinesAndArrows_data() {
     QTest::newRow("arrow down") << arrow << c << c + QPointF(0, 50) << 1.0 << 270.0 << "+";
     QTest::newRow("arrow left") << arrow << c << c + QPointF(-50, 0) << 1.0 << 180.0 << "+";
     QTest::newRow("arrow down left") << arrow << c << c + QPointF(-50, 50) << 1.0 << 225.0 << "+";
-    QTest::newRow("ruler click") << "RulerItem" << c << c << 1.0 << 0.0 << "+";
-    QTest::newRow("block arrow click") << "Arrow2Item" << c << c << 1.0 << 0.0 << "+";
 }
 
 void TestLines::drawnLinesAndArrows() {
@@ -108,8 +106,7 @@ void TestLines::drawnLinesAndArrows() {
     if (tool == "ArrowItem") {
         // The arrow sits at its head, turned clockwise on screen by the drawn direction.
         QCOMPARE(item->pos(), to);
-        QVERIFY2(qAbs(item->QGraphicsItem::rotation() + angle) < 1e-9,
-                 qPrintable(QString::number(item->QGraphicsItem::rotation())));
+        QVERIFY(qAbs(item->QGraphicsItem::rotation() + angle) < 1e-9);
         QVERIFY(near(item->handgripItems()[0]->scenePos(), from));
         QVERIFY(near(item->handgripItems()[1]->scenePos(), to));
     }
@@ -170,7 +167,6 @@ void TestLines::lineFromContextRecord() {
     QVERIFY(line.creationStarted() && line.generated());
     QCOMPARE(line.mline(), (QList<QPointF>{{10, 20}, {40, 60}}));
     QCOMPARE(line.accessmesureP(AbstractBaseItem::Dist1), 50.0);
-    QCOMPARE(line.handgripItems().at(1)->pos(), QPointF(40, 60));
 
     _AUTOPOINTPARAMS fromRect;
     fromRect.rect = QRectF(5, 6, 30, 40);
