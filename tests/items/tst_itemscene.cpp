@@ -123,6 +123,7 @@ void TestItemScene::linkedTextFollowsALineDraggedByItsHandgrip() {
     delete line;
     QVERIFY(text);
     QCOMPARE(text->linkedItem(), nullptr);
+    QVERIFY(text->getLinkName().isEmpty());
     QCOMPARE(text->text(), QString("LineItem0 dist1:30.00 mm"));
 }
 
