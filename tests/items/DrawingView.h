@@ -2,17 +2,24 @@
 
 #include "AbstractBaseItem.h"
 #include "AbstractScene.h"
+#include "CommonParams.h"
 #include "HoverEventItem.h"
 #include "ItemFactory.h"
+#include "SimpleTextItem.h"
 
 #include <QAction>
 #include <QDomDocument>
 #include <QGraphicsView>
 #include <QMenu>
 #include <QPointer>
+#include <QSignalSpy>
 #include <QTest>
 
-// A real scene in an offscreen view, and the mouse gestures the item tests draw with.
+#include <memory>
+
+using Attributes = QMap<QString, QString>;
+
+// A real scene in an active offscreen view, and the mouse gestures the item tests draw with.
 struct DrawingView {
     AbstractScene scene{QRectF(0, 0, 400, 300)};
     QGraphicsView view{&scene};
@@ -21,13 +28,27 @@ struct DrawingView {
     DrawingView() {
         view.setFixedSize(420, 320);
         view.show();
-        exposed = QTest::qWaitForWindowExposed(&view);
+        view.activateWindow();
+        exposed = QTest::qWaitForWindowActive(&view);
+    }
+    QPoint at(const QPointF& p) const { return view.mapFromScene(p); }
+    void press(const QPointF& p, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::mousePress(view.viewport(), Qt::LeftButton, modifiers, at(p));
+    }
+    void move(const QPointF& p) { QTest::mouseMove(view.viewport(), at(p)); }
+    void release(const QPointF& p, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::mouseRelease(view.viewport(), Qt::LeftButton, modifiers, at(p));
     }
     void drag(const QPointF& from, const QPointF& to, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::mousePress(view.viewport(), Qt::LeftButton, modifiers, view.mapFromScene(from));
+        press(from, modifiers);
         if (from != to)
-            QTest::mouseMove(view.viewport(), view.mapFromScene(to));
-        QTest::mouseRelease(view.viewport(), Qt::LeftButton, modifiers, view.mapFromScene(to));
+            move(to);
+        release(to, modifiers);
+    }
+    // Ten view pixels per scene unit around the centre, so that the mouse reaches tenths.
+    void zoom(const QPointF& centre) {
+        view.scale(10, 10);
+        view.centerOn(centre);
     }
     // Draws an item of the class with this calibration factor; null when it was rejected.
     AbstractBaseItem* draw(const QString& className, const QPointF& from, const QPointF& to,
@@ -41,12 +62,31 @@ struct DrawingView {
         drag(from, to, modifiers);
         return item.data();
     }
+    // Creates an item of the class by single clicks (Vickers corners, a text's place).
+    AbstractBaseItem* click(const QString& className, const QList<QPointF>& points) {
+        QPointer<AbstractBaseItem> item = scene.startTool(className);
+        for (const QPointF& p : points) {
+            move(p);
+            QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, at(p));
+        }
+        return item.data();
+    }
     void dragGrip(AbstractBaseItem* item, int id, const QPointF& to) {
         for (HoverEventItem* grip : item->handgripItems()) {
             if (grip->getId() == id)
                 return drag(grip->scenePos(), to);
         }
     }
+};
+
+// Records the three signals of a measure edit.
+struct EditSpy {
+    QSignalSpy start, changed, end;
+    explicit EditSpy(AbstractBaseItem* item)
+        : start(item, &AbstractBaseItem::mesureChangedSTART)
+        , changed(item, &AbstractBaseItem::mesureChanged)
+        , end(item, &AbstractBaseItem::mesureChangedEND) {}
+    QList<qsizetype> counts() const { return {start.count(), changed.count(), end.count()}; }
 };
 
 // The entries of the item's context menu (or edit menu), by text.
@@ -58,6 +98,18 @@ inline QMap<QString, QAction*> menuOf(AbstractBaseItem* item, QMenu& menu, bool 
     return actions;
 }
 
+// The checked entries of the item's context menu, in menu order.
+inline QStringList checkedEntries(AbstractBaseItem* item) {
+    QMenu menu;
+    item->fillContextMenu(&menu);
+    QStringList texts;
+    for (QAction* action : menu.actions()) {
+        if (action->isChecked())
+            texts << action->text();
+    }
+    return texts;
+}
+
 // Applies a menu entry the way a click does: through the action's data.
 inline bool choose(AbstractBaseItem* item, const QString& text, bool edit = false) {
     QMenu menu;
@@ -67,25 +119,34 @@ inline bool choose(AbstractBaseItem* item, const QString& text, bool edit = fals
     return action;
 }
 
-inline QMap<QString, QString> saved(const AbstractBaseItem* item) {
+inline Attributes saved(const AbstractBaseItem* item) {
     QDomDocument doc;
     QDomElement e = doc.createElement(QStringLiteral("item"));
     item->toXml(e);
-    QMap<QString, QString> result;
+    Attributes result;
     for (int i = 0; i < e.attributes().count(); ++i)
         result.insert(e.attributes().item(i).nodeName(), e.attributes().item(i).nodeValue());
     return result;
 }
 
+// A factory-made item of the class, loaded from these attributes.
+inline std::unique_ptr<AbstractBaseItem> loaded(QString className, const Attributes& attributes) {
+    QDomDocument doc;
+    QDomElement e = doc.createElement(QStringLiteral("item"));
+    for (auto it = attributes.begin(); it != attributes.end(); ++it)
+        e.setAttribute(it.key(), it.value());
+    std::unique_ptr<AbstractBaseItem> item(XBaseItemToolCreate(className, nullptr, 3, nullptr));
+    if (item)
+        item->fromXml(e);
+    return item;
+}
+
 // Saved, loaded into a factory-made item of the same class and saved again, an item reads the same;
 // so does its clone.
 inline void checkXmlRoundTrip(AbstractBaseItem* item) {
-    QDomDocument doc;
-    QDomElement e = doc.createElement(QStringLiteral("item"));
-    item->toXml(e);
-    QString className = item->getType();
-    std::unique_ptr<AbstractBaseItem> loaded(XBaseItemToolCreate(className, nullptr, 3, nullptr));
-    QVERIFY(loaded && loaded->fromXml(e));
-    QCOMPARE(saved(loaded.get()), saved(item));
-    QCOMPARE(saved(std::unique_ptr<AbstractBaseItem>(item->clone(4)).get()), saved(item));
+    const Attributes first = saved(item);
+    std::unique_ptr<AbstractBaseItem> back = loaded(item->getType(), first);
+    QVERIFY(back);
+    QCOMPARE(saved(back.get()), first);
+    QCOMPARE(saved(std::unique_ptr<AbstractBaseItem>(item->clone(4)).get()), first);
 }

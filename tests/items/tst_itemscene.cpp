@@ -1,8 +1,6 @@
-// One of each item on one scene: drawn with the mouse, linked, rendered and exported.
+// One of each item on one scene: drawn with the mouse, linked, saved, rendered and exported.
 #include "DrawingView.h"
-
 #include "RectangleItem.h"
-
 #include "Tools2DXF.h"
 #include "eTextItem.h"
 
@@ -13,25 +11,9 @@
 #include <QJsonObject>
 #include <QPainter>
 #include <QProcess>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 
-#include <cmath>
-
 namespace {
-
-// A grey, grainy stand-in for a micrograph.
-QImage micrograph(const QSize& size) {
-    QImage image(size, QImage::Format_RGB32);
-    for (int y = 0; y < size.height(); ++y) {
-        auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < size.width(); ++x) {
-            const int v = 170 + int(25 * std::sin(x / 37.0) * std::cos(y / 29.0)) + (x * 7 + y * 13) % 17;
-            row[x] = qRgb(v, v, v - 10);
-        }
-    }
-    return image;
-}
 
 QJsonObject readBackDxf(const QString& fileName) {
     QProcess python;
@@ -50,25 +32,20 @@ class TestItemScene : public QObject {
 private slots:
     void oneOfEachItem();
     void linkedTextFollowsALineDraggedByItsHandgrip();
-
-private:
-    AbstractBaseItem* click(DrawingView& v, const QString& className, const QList<QPointF>& points);
+    void xmlRoundTrip_data();
+    void xmlRoundTrip();
+    void badXmlNeverCrashes_data();
+    void badXmlNeverCrashes();
 };
-
-AbstractBaseItem* TestItemScene::click(DrawingView& v, const QString& className,
-                                       const QList<QPointF>& points) {
-    QPointer<AbstractBaseItem> item = v.scene.startTool(className);
-    for (const QPointF& p : points)
-        QTest::mouseClick(v.view.viewport(), Qt::LeftButton, {}, v.view.mapFromScene(p));
-    return item.data();
-}
 
 void TestItemScene::oneOfEachItem() {
     DrawingView v;
     QVERIFY(v.exposed);
     v.view.setFixedSize(820, 620);
     v.scene.setSceneRect(0, 0, 800, 600);
-    v.scene.setImage(micrograph(QSize(800, 600)));
+    QImage background(800, 600, QImage::Format_RGB32);
+    background.fill(qRgb(180, 180, 170));
+    v.scene.setImage(background);
     QSignalSpy accepted(&v.scene, &AbstractScene::itemAccepted);
 
     AbstractBaseItem* line = v.draw("LineItem", {40, 60}, {300, 120}, 0.5);
@@ -81,9 +58,9 @@ void TestItemScene::oneOfEachItem() {
     v.draw("RectangleItemFeret", {260, 300}, {380, 350});
     v.draw("RectCalibItem", {260, 380}, {380, 440});
     AbstractBaseItem* circle = v.draw("CircleItem", {520, 380}, {580, 420}, 0.5);
-    AbstractBaseItem* vickers = click(v, "VickersPItem", {{700, 260}, {760, 320}, {700, 380}, {640, 320}});
+    AbstractBaseItem* vickers = v.click("VickersPItem", {{700, 260}, {760, 320}, {700, 380}, {640, 320}});
     QVERIFY(vickers);
-    QPointer<AbstractBaseItem> text = click(v, "eTextItem", {{170, 520}});
+    QPointer<AbstractBaseItem> text = v.click("eTextItem", {{170, 520}});
     QVERIFY(text);
     text->associate(line, nullptr);
     QCOMPARE(accepted.count(), 10);
@@ -124,8 +101,9 @@ void TestItemScene::linkedTextFollowsALineDraggedByItsHandgrip() {
     DrawingView v;
     QVERIFY(v.exposed);
     QPointer<AbstractBaseItem> line = v.draw("LineItem", {50, 50}, {150, 50}, 0.5);
+
     QVERIFY(line);
-    auto* text = static_cast<eTextItem*>(click(v, "eTextItem", {{200, 200}}));
+    QPointer<eTextItem> text = static_cast<eTextItem*>(v.click("eTextItem", {{200, 200}}));
     QVERIFY(text);
     text->associate(line, nullptr);
     QCOMPARE(text->text(), QString("LineItem0 dist1:50.00 mm"));
@@ -143,8 +121,101 @@ void TestItemScene::linkedTextFollowsALineDraggedByItsHandgrip() {
     text->associate(line, nullptr);
     QCOMPARE(text->text(), QString("LineItem0 dist1:30.00 mm"));
     delete line;
+    QVERIFY(text);
     QCOMPARE(text->linkedItem(), nullptr);
+    QVERIFY(text->getLinkName().isEmpty());
     QCOMPARE(text->text(), QString("LineItem0 dist1:30.00 mm"));
+}
+
+void TestItemScene::xmlRoundTrip_data() {
+    QTest::addColumn<QString>("className");
+    QTest::addColumn<QList<QPointF>>("points"); // two: dragged; else clicked
+    QTest::addColumn<QString>("choice");
+    QTest::addColumn<double>("rotation");
+    QTest::addColumn<Attributes>("expected"); // once moved by (13.5, -7)
+    const QList<QPointF> drag{{50, 80}, {150, 140}};
+    QTest::newRow("line: moved points saved")
+        << "LineItem" << drag << "ArrowTail" << 0.0 << Attributes{{"start", "63.5x73"}, {"arrowTail", "1"}};
+    QTest::newRow("arrow") << "ArrowItem" << drag << "" << 0.0 << Attributes{{"end", "163.5x133"}};
+    // The press lays the corner 88 pixels up and left of itself; the drag moves the other one.
+    QTest::newRow("block arrow") << "Arrow2Item" << drag << "dblarrow" << 0.0
+                                 << Attributes{{"begin", "-38x-8"}, {"end", "150x140"}, {"form", "1"}};
+    QTest::newRow("ruler") << "RulerItem" << QList<QPointF>{{50, 60}, {50, 60}} << "" << 0.0
+                           << Attributes{{"rect", "50x42 200x36"}};
+    QTest::newRow("rectangle, rotation to a tenth")
+        << "RectangleItem" << drag << "" << 30.04
+        << Attributes{{"rect", "50x80 100x60"}, {"rotation", "30.0"}};
+    QTest::newRow("feret") << "RectangleItemFeret" << drag << "" << 0.0
+                           << Attributes{{"rect", "50x80 100x60"}};
+    QTest::newRow("calibration, not saved") << "RectCalibItem" << drag << "" << 0.0 << Attributes{};
+    QTest::newRow("circle") << "CircleItem" << QList<QPointF>{{100, 100}, {110, 100}} << "Distance" << 0.0
+                            << Attributes{{"radius1", "10.00"}, {"rect", "90x90 20x20"}, {"pos", "13.5x-7"}};
+    QTest::newRow("vickers") << "VickersPItem"
+                             << QList<QPointF>{{150, 90}, {190, 150}, {150, 210}, {110, 150}}
+                             << "Std Precision" << 0.0
+                             << Attributes{{"coords", "163.5x83;203.5x143;163.5x203;123.5x143;"}};
+    QTest::newRow("text") << "eTextItem" << QList<QPointF>{{150, 90}} << "" << -12.5
+                          << Attributes{{"text", "Grain 3"}};
+}
+
+void TestItemScene::xmlRoundTrip() {
+    QFETCH(QString, className);
+    QFETCH(QList<QPointF>, points);
+    QFETCH(QString, choice);
+    QFETCH(double, rotation);
+    QFETCH(Attributes, expected);
+    DrawingView v;
+    QVERIFY(v.exposed);
+    AbstractBaseItem* item =
+        points.size() == 2 ? v.draw(className, points[0], points[1], 0.5) : v.click(className, points);
+    QVERIFY(item);
+    if (className == "eTextItem")
+        QTest::keyClicks(v.view.viewport(), QStringLiteral("Grain 3"));
+    QVERIFY(choice.isEmpty() || choose(item, choice));
+    item->setPen(QPen(QColor(10, 200, 30), 2, Qt::DashLine));
+    item->rotate(rotation);
+    checkXmlRoundTrip(item);
+    item->setPos(item->pos() + QPointF(13.5, -7));
+    checkXmlRoundTrip(item);
+    const Attributes attributes = saved(item);
+    for (auto it = expected.begin(); it != expected.end(); ++it)
+        QCOMPARE(it.key() + "=" + attributes.value(it.key()), it.key() + "=" + it.value());
+    QCOMPARE(attributes.isEmpty(), expected.isEmpty());
+    // The loaded item stands where the saved one stood, but for the rotation kept to a tenth of a degree.
+    const std::unique_ptr<AbstractBaseItem> back = loaded(className, attributes);
+    QCOMPARE(back->handgripItems().size(), item->handgripItems().size());
+    for (int i = 0; !expected.isEmpty() && i < item->handgripItems().size(); ++i)
+        QVERIFY(QLineF(back->handgripItems()[i]->scenePos(), item->handgripItems()[i]->scenePos()).length() <
+                0.1);
+}
+
+void TestItemScene::badXmlNeverCrashes_data() {
+    QTest::addColumn<QString>("className");
+    for (const char* name :
+         {"LineItem", "ArrowItem", "Arrow2Item", "RulerItem", "RectangleItem", "RectangleItemFeret",
+          "RectCalibItem", "CircleItem", "VickersPItem", "eTextItem"})
+        QTest::newRow(name) << QString(name);
+}
+
+void TestItemScene::badXmlNeverCrashes() {
+    QFETCH(QString, className);
+    Attributes bad{{"rotation", "nan"},       {"arrowFactor", "2147483647"}, {"arrowHead", "1"},
+                   {"radius1", "inf"},        {"font-size", "-3"},           {"alpha", "999"},
+                   {"coords", "1x1;nanxinf;"}};
+    for (const char* key : {"start", "end", "begin", "rect", "pos", "form", "centroid", "color", "textPos"})
+        bad.insert(key, "nanxinf 1e999");
+    DrawingView v;
+    for (const Attributes& attributes : {Attributes{}, bad}) {
+        std::unique_ptr<AbstractBaseItem> item = loaded(className, attributes);
+        QVERIFY(item);
+        v.scene.addItem(item.get());
+        QImage image(100, 100, QImage::Format_RGB32);
+        QPainter painter(&image);
+        v.scene.render(&painter);
+        painter.end();
+        saved(item.get());
+        v.scene.removeItem(item.get());
+    }
 }
 
 QTEST_MAIN(TestItemScene)
