@@ -1,9 +1,8 @@
 #include "AbstractBaseItem.h"
+#include "Catalogue.h"
 #include "ItemFactory.h"
-#include "NamesTranslator.h"
 #include "ToolsCatalogue.h"
 
-#include <QCoreApplication>
 #include <QGraphicsRectItem>
 #include <QSet>
 #include <QTest>
@@ -11,10 +10,6 @@
 #include <memory>
 
 namespace {
-
-const QStringList unlisted = {"CirclePointsItem",   "ArcPointsItem", "ArcItem",   "RectCalibItem",
-                              "PolygonShapeItem",   "DXFItem",       "LassoItem", "VickersPItem",
-                              "RectangleItemFeret", "FlattenItem"};
 
 using Factory = AbstractBaseItem* (*)(QString&, QGraphicsItem*, int, void*);
 
@@ -24,6 +19,10 @@ std::unique_ptr<AbstractBaseItem> make(Factory factory, QString name, QGraphicsI
     if (name != given)
         qFatal("the factory changed the name it was given");
     return item;
+}
+
+QString classOf(const std::unique_ptr<AbstractBaseItem>& item) {
+    return QString::fromLatin1(item->metaObject()->className());
 }
 
 } // namespace
@@ -36,34 +35,26 @@ private slots:
     void tablesCoverTheCatalogueOnce();
     void refusals_data();
     void refusals();
-    void exactlyOneFactoryBuilds_data();
-    void exactlyOneFactoryBuilds();
-    void displayedNameBuildsSameClass_data();
-    void displayedNameBuildsSameClass();
+    void onlyItsOwnFactoryBuildsAClass_data();
+    void onlyItsOwnFactoryBuildsAClass();
 };
 
 void TestItemFactory::displayedNamesNeedInitialisation() {
-    NamesTranslator german({{"LineItem", "Linie"}, {"Distance", "Abstand"}});
-    QCoreApplication::installTranslator(&german);
-    QVERIFY(!make(XBaseItemToolCreate, "Linie"));
-    QVERIFY(!make(XBaseItemMesureCreate, "Abstand"));
-    QCoreApplication::removeTranslator(&german);
+    NamesTranslator({{"LineItem", "Linie"}, {"Distance", "Abstand"}}).whileInstalled([] {
+        QVERIFY(!make(XBaseItemToolCreate, "Linie"));
+        QVERIFY(!make(XBaseItemMesureCreate, "Abstand"));
+    });
 }
 
 void TestItemFactory::tablesCoverTheCatalogueOnce() {
     const QStringList toolNames = toolFactoryClassNames();
-    const QStringList mesureNames = mesureFactoryClassNames();
-    QCOMPARE(toolNames.size(), 35);
     QCOMPARE(toolNames.first(), QString("PointItem"));
     QCOMPARE(toolNames.last(), QString("FlattenItem"));
-    QCOMPARE(mesureNames, mesuresAvailableNoTr());
-
-    const QStringList all = toolNames + mesureNames;
-    const QSet<QString> distinct(all.cbegin(), all.cend());
-    QCOMPARE(distinct.size(), 41);
-    const QStringList catalogue =
-        toolsAvailableNoTr() + mesuresAvailableNoTr() + annotationsAvailableNoTr() + unlisted;
-    QCOMPARE(distinct, QSet<QString>(catalogue.cbegin(), catalogue.cend()));
+    QCOMPARE(mesureFactoryClassNames(), catalogue::mesures);
+    const QStringList all = toolNames + mesureFactoryClassNames();
+    const QStringList expected = catalogue::all();
+    QCOMPARE(all.size(), expected.size());
+    QCOMPARE(QSet<QString>(all.cbegin(), all.cend()), QSet<QString>(expected.cbegin(), expected.cend()));
 }
 
 void TestItemFactory::refusals_data() {
@@ -88,51 +79,34 @@ void TestItemFactory::refusals() {
     QVERIFY(!make(toolFactory ? XBaseItemToolCreate : XBaseItemMesureCreate, name));
 }
 
-void TestItemFactory::exactlyOneFactoryBuilds_data() {
+void TestItemFactory::onlyItsOwnFactoryBuildsAClass_data() {
     QTest::addColumn<QString>("className");
-    QTest::addColumn<bool>("measure");
-    for (const QString& name : toolFactoryClassNames())
-        QTest::newRow(qPrintable(name)) << name << false;
-    for (const QString& name : mesureFactoryClassNames())
-        QTest::newRow(qPrintable(name)) << name << true;
+    for (const QString& name : catalogue::all())
+        QTest::newRow(qPrintable(name)) << name;
 }
 
-void TestItemFactory::exactlyOneFactoryBuilds() {
+// By class name and, where the class has one, by displayed name.
+void TestItemFactory::onlyItsOwnFactoryBuildsAClass() {
     QFETCH(QString, className);
-    QFETCH(bool, measure);
+    NamesTranslator({{className, "de:" + className}}).whileInstalled(InitToolsNames);
+    const bool measure = catalogue::mesures.contains(className);
     const bool built = factoryBuilds(className);
     QGraphicsRectItem parent;
     const auto tool = make(XBaseItemToolCreate, className, &parent);
     const auto mesure = make(XBaseItemMesureCreate, className, &parent);
     QCOMPARE(bool(tool), built && !measure);
     QCOMPARE(bool(mesure), built && measure);
-    if (const AbstractBaseItem* item = tool ? tool.get() : mesure.get()) {
-        QCOMPARE(QString(item->metaObject()->className()), className);
+    if (const auto& item = tool ? tool : mesure) {
+        QCOMPARE(classOf(item), className);
         QCOMPARE(item->parentItem(), &parent);
     }
-}
-
-void TestItemFactory::displayedNameBuildsSameClass_data() {
-    QTest::addColumn<QString>("className");
-    for (const QString& name : toolsAvailableNoTr() + annotationsAvailableNoTr() + mesuresAvailableNoTr())
-        QTest::newRow(qPrintable(name)) << name;
-}
-
-void TestItemFactory::displayedNameBuildsSameClass() {
-    QFETCH(QString, className);
-    NamesTranslator german({{className, "de:" + className}});
-    QCoreApplication::installTranslator(&german);
-    InitToolsNames();
-    QCoreApplication::removeTranslator(&german);
-
-    const Factory factory =
-        mesuresAvailableNoTr().contains(className) ? XBaseItemMesureCreate : XBaseItemToolCreate;
-    const auto byDisplayed = make(factory, "de:" + className);
-    const auto byClass = make(factory, className);
-    QCOMPARE(bool(byDisplayed), factoryBuilds(className));
-    QCOMPARE(bool(byClass), factoryBuilds(className));
+    const QString displayed = getTools_NamesRef()->value(className);
+    if (displayed.isEmpty())
+        return;
+    const auto byDisplayed = make(measure ? XBaseItemMesureCreate : XBaseItemToolCreate, displayed);
+    QCOMPARE(bool(byDisplayed), built);
     if (byDisplayed)
-        QCOMPARE(QString(byDisplayed->metaObject()->className()), className);
+        QCOMPARE(classOf(byDisplayed), className);
 }
 
 QTEST_MAIN(TestItemFactory)

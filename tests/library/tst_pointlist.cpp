@@ -4,6 +4,9 @@
 
 #include <functional>
 
+using Transform = std::function<void(QList<QPointF>&)>;
+Q_DECLARE_METATYPE(Transform)
+
 namespace {
 
 const QList<QPointF> outline = {{0, 0}, {12.5, -3}, {-7.25, 40}, {3, 3}};
@@ -23,100 +26,76 @@ bool fuzzyEqual(const QList<QPointF>& a, const QList<QPointF>& b) {
 class TestPointList : public QObject {
     Q_OBJECT
 private slots:
-    void emptyListStaysEmpty();
     void handComputedPoints_data();
     void handComputedPoints();
-    void flipTwiceRestores();
-    void offsetOutUndoneByOffsetIn();
-    void rotationRoundTrips();
+    void roundTrips_data();
+    void roundTrips();
     void mirrorToggles();
     void boundingRect_data();
     void boundingRect();
 };
 
-void TestPointList::emptyListStaysEmpty() {
-    const QList<std::function<void(QList<QPointF>&)>> transforms = {
-        [](QList<QPointF>& l) { pointlist_flip(l, 100); },
-        [](QList<QPointF>& l) { pointlist_resize(l, 2); },
-        [](QList<QPointF>& l) { pointlist_resize_offsetOUT(l, 2, 1, 1); },
-        [](QList<QPointF>& l) { pointlist_resize_offsetIN(l, 2, 1, 1); },
-        [](QList<QPointF>& l) { pointlist_map(l, qtrans(QTransform::fromTranslate(5, 5))); },
-        [](QList<QPointF>& l) { pointlist_resizeXY(l, 2, 3); },
-        [](QList<QPointF>& l) { pointlist_rotate(l, 30, true); },
-    };
-    for (const auto& transform : transforms) {
-        QList<QPointF> points;
-        transform(points);
-        QVERIFY(points.isEmpty());
-    }
-}
-
 void TestPointList::handComputedPoints_data() {
+    QTest::addColumn<Transform>("transform");
     QTest::addColumn<QList<QPointF>>("points");
     QTest::addColumn<QList<QPointF>>("expected");
-    QList<QPointF> l;
-
-    l = {{1, 2}, {3, 10}};
-    pointlist_flip(l, 10);
-    QTest::newRow("flip") << l << QList<QPointF>{{1, 8}, {3, 0}};
-    l = {{1, 2}, {-3, 0.5}};
-    pointlist_resize(l, 4);
-    QTest::newRow("resize") << l << QList<QPointF>{{4, 8}, {-12, 2}};
-    l = {{1, 2}};
-    pointlist_resize_offsetOUT(l, 2, 10, -1);
-    QTest::newRow("offset OUT adds, then scales") << l << QList<QPointF>{{22, 2}};
-    l = {{1, 2}};
-    pointlist_resize_offsetIN(l, 2, 10, -1);
-    QTest::newRow("offset IN subtracts, then scales") << l << QList<QPointF>{{-18, 6}};
-    l = {{1, 2}, {0, 0}};
-    pointlist_resize_offsetIN(l, 1, 4, -5);
-    QTest::newRow("offset IN with factor 1 shifts") << l << QList<QPointF>{{-3, 7}, {-4, 5}};
-    l = {{1, 2}};
-    pointlist_resizeXY(l, 2, -3);
-    QTest::newRow("resizeXY") << l << QList<QPointF>{{2, -6}};
-    l = {{1, 0}, {2, 1}};
-    pointlist_rotate(l, 90, false);
-    QTest::newRow("rotate 90 turns x towards y") << l << QList<QPointF>{{0, 1}, {-1, 2}};
-    l = {{2, 1}};
-    pointlist_rotate(l, 90, true);
-    QTest::newRow("rotate 90, then mirror x") << l << QList<QPointF>{{1, 2}};
-    l = {{1, 2}};
-    qtrans shift(QTransform::fromTranslate(5, -5));
-    pointlist_map(l, shift.scale(2, 2));
-    QTest::newRow("map: scale acts before the translation") << l << QList<QPointF>{{7, -1}};
+    using L = QList<QPointF>;
+    const auto row = [](const char* name, Transform t, L points, L expected) {
+        QTest::newRow(name) << t << points << expected;
+    };
+    row("flip", [](L& l) { pointlist_flip(l, 10); }, {{1, 2}, {3, 10}}, {{1, 8}, {3, 0}});
+    row("resize", [](L& l) { pointlist_resize(l, 4); }, {{1, 2}, {-3, 0.5}}, {{4, 8}, {-12, 2}});
+    row("offset OUT adds, then scales", [](L& l) { pointlist_resize_offsetOUT(l, 2, 10, -1); }, {{1, 2}},
+        {{22, 2}});
+    row("offset IN subtracts, then scales", [](L& l) { pointlist_resize_offsetIN(l, 2, 10, -1); }, {{1, 2}},
+        {{-18, 6}});
+    row("offset IN with factor 1 shifts", [](L& l) { pointlist_resize_offsetIN(l, 1, 4, -5); },
+        {{1, 2}, {0, 0}}, {{-3, 7}, {-4, 5}});
+    row("resizeXY", [](L& l) { pointlist_resizeXY(l, 2, -3); }, {{1, 2}}, {{2, -6}});
+    row("rotate 90 turns x towards y", [](L& l) { pointlist_rotate(l, 90, false); }, {{1, 0}, {2, 1}},
+        {{0, 1}, {-1, 2}});
+    row("rotate 90, then mirror x", [](L& l) { pointlist_rotate(l, 90, true); }, {{2, 1}}, {{1, 2}});
+    row("map: scale acts before the translation",
+        [](L& l) { pointlist_map(l, qtrans(QTransform::fromTranslate(5, -5)).scale(2, 2)); }, {{1, 2}},
+        {{7, -1}});
 }
 
+// Each transform moves every point as computed by hand, and leaves an empty list empty.
 void TestPointList::handComputedPoints() {
+    QFETCH(Transform, transform);
     QFETCH(QList<QPointF>, points);
     QFETCH(QList<QPointF>, expected);
+    transform(points);
     QVERIFY2(fuzzyEqual(points, expected), qPrintable(QDebug::toString(points)));
+    QList<QPointF> empty;
+    transform(empty);
+    QVERIFY(empty.isEmpty());
 }
 
-void TestPointList::flipTwiceRestores() {
-    QList<QPointF> points = outline;
-    pointlist_flip(points, 480);
-    QVERIFY(points != outline);
-    pointlist_flip(points, 480);
-    QCOMPARE(points, outline);
+void TestPointList::roundTrips_data() {
+    QTest::addColumn<Transform>("forth");
+    QTest::addColumn<Transform>("back");
+    using L = QList<QPointF>;
+    QTest::newRow("flip twice") << Transform([](L& l) { pointlist_flip(l, 480); })
+                                << Transform([](L& l) { pointlist_flip(l, 480); });
+    QTest::newRow("offset OUT undone by offset IN")
+        << Transform([](L& l) { pointlist_resize_offsetOUT(l, 2.5, 3, -4); })
+        << Transform([](L& l) { pointlist_resize_offsetIN(l, 1 / 2.5, 3 * 2.5, -4 * 2.5); });
+    QTest::newRow("rotation undone by the opposite angle")
+        << Transform([](L& l) { pointlist_rotate(l, 37, false); })
+        << Transform([](L& l) { pointlist_rotate(l, -37, false); });
+    QTest::newRow("mirrored rotation is its own inverse")
+        << Transform([](L& l) { pointlist_rotate(l, 37, true); })
+        << Transform([](L& l) { pointlist_rotate(l, 37, true); });
 }
 
-void TestPointList::offsetOutUndoneByOffsetIn() {
-    const double factor = 2.5, dx = 3, dy = -4;
+void TestPointList::roundTrips() {
+    QFETCH(Transform, forth);
+    QFETCH(Transform, back);
     QList<QPointF> points = outline;
-    pointlist_resize_offsetOUT(points, factor, dx, dy);
-    pointlist_resize_offsetIN(points, 1 / factor, dx * factor, dy * factor);
-    QVERIFY(fuzzyEqual(points, outline));
-}
-
-void TestPointList::rotationRoundTrips() {
-    QList<QPointF> points = outline;
-    pointlist_rotate(points, 37, false);
-    pointlist_rotate(points, -37, false);
-    QVERIFY(fuzzyEqual(points, outline));
-    // A mirrored rotation is its own inverse.
-    pointlist_rotate(points, 37, true);
+    forth(points);
     QVERIFY(!fuzzyEqual(points, outline));
-    pointlist_rotate(points, 37, true);
+    back(points);
     QVERIFY(fuzzyEqual(points, outline));
 }
 
@@ -130,7 +109,6 @@ void TestPointList::mirrorToggles() {
     QVERIFY(!transform.mirror_x());
     QVERIFY(transform.isIdentity());
 }
-
 void TestPointList::boundingRect_data() {
     QTest::addColumn<QList<QList<QPointF>>>("lists");
     QTest::addColumn<QRectF>("expected");

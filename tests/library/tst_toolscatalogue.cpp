@@ -1,36 +1,8 @@
-#include "NamesTranslator.h"
+#include "Catalogue.h"
 #include "ToolsCatalogue.h"
 
-#include <QCoreApplication>
+#include <QPixmap>
 #include <QTest>
-
-namespace {
-
-const QStringList tools = {"LineItem",   "PointItem",     "AnchorPointItem",   "EllipseItem",
-                           "CircleItem", "CirclePItem",   "Circle3PointsItem", "Arc3PointsItem",
-                           "CurveItem",  "RectangleItem", "PolygonItem",       "PolylineItem",
-                           "CrossItem"};
-const QStringList mesures = {"Distance", "Angle", "Circle3", "Projection", "Intersection", "Tangent"};
-const QStringList annotations = {"eTextItem",  "ArrowItem",  "Arrow2Item", "SmileyItem",
-                                 "PixmapItem", "VideoItem",  "RulerItem",  "StampItem",
-                                 "Custom1",    "CrossHItem", "CrossVItem", "CircleNote"};
-const QStringList translatedUnlisted = {"CirclePointsItem", "ArcPointsItem", "LassoItem"};
-const QStringList untranslated = {"RectCalibItem", "FlattenItem", "PolygonShapeItem"};
-const QStringList withoutName = {"VickersPItem", "ArcItem", "DXFItem", "RectangleItemFeret"};
-
-QStringList translatedClasses() {
-    return tools + mesures + annotations + translatedUnlisted;
-}
-
-// A language in which every translated class name gets a prefix.
-QMap<QString, QString> language(const QString& prefix) {
-    QMap<QString, QString> names;
-    for (const QString& className : translatedClasses())
-        names.insert(className, prefix + className);
-    return names;
-}
-
-} // namespace
 
 class TestToolsCatalogue : public QObject {
     Q_OBJECT
@@ -43,34 +15,21 @@ private slots:
     void sharedDisplayedNameGoesToLaterClass();
     void iconPaths_data();
     void iconPaths();
-    void iconOfDisplayedName();
-    void iconsLoad();
-
-private:
-    void initUnder(QTranslator* translator);
 };
-
-void TestToolsCatalogue::initUnder(QTranslator* translator) {
-    QCoreApplication::installTranslator(translator);
-    InitToolsNames();
-    QCoreApplication::removeTranslator(translator);
-}
 
 void TestToolsCatalogue::beforeInitialisation() {
     QVERIFY(getTools_NamesRef()->isEmpty());
     QVERIFY(getTools_NamesInvRef()->isEmpty());
-    QCOMPARE(toolsAvailableNoTr(), tools);
-    QCOMPARE(mesuresAvailableNoTr(), mesures);
-    QCOMPARE(annotationsAvailableNoTr(), annotations);
+    QCOMPARE(toolsAvailableNoTr(), catalogue::tools);
+    QCOMPARE(mesuresAvailableNoTr(), catalogue::mesures);
+    QCOMPARE(annotationsAvailableNoTr(), catalogue::annotations);
     QCOMPARE(toolsAvailable(), QStringList(13, QString()));
     QCOMPARE(mesuresAvailable(), QStringList(6, QString()));
     QCOMPARE(annotationsAvailable(), QStringList(12, QString()));
-
-    NamesTranslator german(language("de:"));
-    QCoreApplication::installTranslator(&german);
-    QCOMPARE(getIconPathFor("Angle"), QString(":/angle.png"));
-    QCOMPARE(getIconPathFor("de:Angle"), QString(":/pencil.png"));
-    QCoreApplication::removeTranslator(&german);
+    NamesTranslator::prefixing("de:").whileInstalled([] {
+        QCOMPARE(getIconPathFor("Angle"), QString(":/angle.png"));
+        QCOMPARE(getIconPathFor("de:Angle"), QString(":/pencil.png"));
+    });
 }
 
 void TestToolsCatalogue::version() {
@@ -82,21 +41,19 @@ void TestToolsCatalogue::withoutTranslator() {
     InitToolsNames();
     const QMap<QString, QString>& names = *getTools_NamesRef();
     QCOMPARE(names.size(), 37);
-    for (const QString& className : translatedClasses() + untranslated)
-        QCOMPARE(names.value(className), className);
-    for (const QString& className : withoutName)
-        QVERIFY2(!names.contains(className), qPrintable(className));
-    for (auto it = names.cbegin(); it != names.cend(); ++it)
-        QCOMPARE(getTools_NamesInvRef()->value(it.key()), it.key());
-    QCOMPARE(toolsAvailable(), tools);
-    QCOMPARE(mesuresAvailable(), mesures);
-    QCOMPARE(annotationsAvailable(), annotations);
+    for (const QString& className : catalogue::all()) {
+        const bool named = !catalogue::withoutName.contains(className);
+        QCOMPARE(names.value(className), named ? className : QString());
+    }
+    QCOMPARE(*getTools_NamesInvRef(), names);
+    QCOMPARE(toolsAvailable(), catalogue::tools);
+    QCOMPARE(mesuresAvailable(), catalogue::mesures);
+    QCOMPARE(annotationsAvailable(), catalogue::annotations);
 }
 
 void TestToolsCatalogue::secondLanguageKeepsFirstResolvable() {
-    NamesTranslator german(language("de:")), french(language("fr:"));
-    initUnder(&german);
-    initUnder(&french);
+    NamesTranslator::prefixing("de:").whileInstalled(InitToolsNames);
+    NamesTranslator::prefixing("fr:").whileInstalled(InitToolsNames);
 
     const QMap<QString, QString>& names = *getTools_NamesRef();
     QCOMPARE(names.size(), 37);
@@ -104,9 +61,8 @@ void TestToolsCatalogue::secondLanguageKeepsFirstResolvable() {
     QCOMPARE(names.value("FlattenItem"), QString("FlattenItem"));
     for (const QString& displayed : names)
         QVERIFY2(!displayed.startsWith("de:"), qPrintable(displayed));
-
     const QMap<QString, QString>& inverse = *getTools_NamesInvRef();
-    for (const QString& className : translatedClasses()) {
+    for (const QString& className : catalogue::translated()) {
         QCOMPARE(inverse.value("de:" + className), className);
         QCOMPARE(inverse.value("fr:" + className), className);
     }
@@ -116,8 +72,7 @@ void TestToolsCatalogue::secondLanguageKeepsFirstResolvable() {
 }
 
 void TestToolsCatalogue::sharedDisplayedNameGoesToLaterClass() {
-    NamesTranslator shared({{"Angle", "Measure"}, {"Distance", "Measure"}});
-    initUnder(&shared);
+    NamesTranslator({{"Angle", "Measure"}, {"Distance", "Measure"}}).whileInstalled(InitToolsNames);
     QCOMPARE(getTools_NamesInvRef()->value("Measure"), QString("Distance"));
     QCOMPARE(getIconPathFor("Measure"), QString(":/distance.png"));
     InitToolsNames();
@@ -126,56 +81,28 @@ void TestToolsCatalogue::sharedDisplayedNameGoesToLaterClass() {
 void TestToolsCatalogue::iconPaths_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("icon");
-    const QList<QPair<QString, QString>> icons = {
-        {"LineItem", "line"},
-        {"PointItem", "point"},
-        {"AnchorPointItem", "point"},
-        {"EllipseItem", "ellipse"},
-        {"CircleItem", "circle"},
-        {"CirclePItem", "circleP"},
-        {"Circle3PointsItem", "circle"},
-        {"Arc3PointsItem", "arc"},
-        {"CurveItem", "curve"},
-        {"RectangleItem", "rectangle"},
-        {"PolygonItem", "polyclosed"},
-        {"PolylineItem", "poly"},
-        {"CrossItem", "orthosnap"},
-        {"Distance", "distance"},
-        {"Angle", "angle"},
-        {"Circle3", "circle"},
-        {"Projection", "perpline"},
-        {"Intersection", "tanline"},
-        {"Tangent", "parallel"},
-        {"eTextItem", "font"},
-        {"ArrowItem", "arrow"},
-        {"Arrow2Item", "arrow"},
-        {"SmileyItem", "smiley"},
-        {"PixmapItem", "image"},
-        {"VideoItem", "zoomplus"},
-        {"RulerItem", "qrule"},
-        {"StampItem", "qrule"},
-        {"Custom1", "protractor"},
-        {"CrossHItem", "pencil"},
-        {"CrossVItem", "pencil"},
-        {"CircleNote", "circle"},
-        {"CirclePointsItem", "circle"},
-        {"ArcPointsItem", "arc"},
-        {"LassoItem", "poly"},
-        {"VickersPItem", "poly"},
-        {"FlattenItem", "arrow"},
-        {"RectCalibItem", "pencil"},
-        {"PolygonShapeItem", "pencil"},
-        {"ArcItem", "pencil"},
-        {"DXFItem", "pencil"},
-        {"RectangleItemFeret", "pencil"},
+    const struct {
+        const char* row;
+        const char* name;
+        const char* icon;
+    } rows[] = {
+        {"tool", "LineItem", "line"},
+        {"anchor shares the point's", "AnchorPointItem", "point"},
+        {"measure shares the circle's", "Circle3", "circle"},
+        {"intersection shows the tangent line", "Intersection", "tanline"},
+        {"tangent shows parallels", "Tangent", "parallel"},
+        {"stamp shows the ruler", "StampItem", "qrule"},
+        {"video shows the zoom", "VideoItem", "zoomplus"},
+        {"listed, drawn with the pencil", "CrossHItem", "pencil"},
+        {"unlisted, without a name", "VickersPItem", "poly"},
+        {"unlisted, named itself", "FlattenItem", "arrow"},
+        {"unlisted, pencil", "DXFItem", "pencil"},
+        {"empty name", "", "pencil"},
+        {"class name in other case", "lineitem", "pencil"},
+        {"unknown", "Protractor", "pencil"},
     };
-    for (const auto& [name, icon] : icons)
-        QTest::newRow(qPrintable(name)) << name << ":/" + icon + ".png";
-    QTest::newRow("empty name") << QString() << ":/pencil.png";
-    QTest::newRow("other case") << "lineitem"
-                                << ":/pencil.png";
-    QTest::newRow("unknown") << "Protractor"
-                             << ":/pencil.png";
+    for (const auto& row : rows)
+        QTest::newRow(row.row) << QString(row.name) << QString(":/%1.png").arg(row.icon);
 }
 
 void TestToolsCatalogue::iconPaths() {
@@ -183,23 +110,6 @@ void TestToolsCatalogue::iconPaths() {
     QFETCH(QString, icon);
     QCOMPARE(getIconPathFor(name), icon);
     QCOMPARE(getIconFor(name).toImage(), QPixmap(icon).toImage());
-}
-
-void TestToolsCatalogue::iconOfDisplayedName() {
-    NamesTranslator german({{"Angle", "Winkel"}, {"Tangent", "Tangente"}});
-    initUnder(&german);
-    QCOMPARE(getIconPathFor("Winkel"), QString(":/angle.png"));
-    QCOMPARE(getIconPathFor("Tangente"), QString(":/parallel.png"));
-    QCOMPARE(getIconPathFor("winkel"), QString(":/pencil.png"));
-    InitToolsNames();
-}
-
-void TestToolsCatalogue::iconsLoad() {
-    const QPixmap pencil = getIconFor("no such tool");
-    QVERIFY(!pencil.isNull());
-    QCOMPARE(pencil.size(), QSize(32, 32));
-    QCOMPARE(pencil.toImage(), QPixmap(":/pencil.png").toImage());
-    QVERIFY(getIconFor("Angle").toImage() != pencil.toImage());
 }
 
 QTEST_MAIN(TestToolsCatalogue)
