@@ -21,8 +21,7 @@ private slots:
     void createPointIfNeeded();
     void drag_data();
     void drag();
-    void gripKeepsItsSizeOnScreen();
-    void hoverHighlights();
+    void gripOnScreen();
 };
 
 void TestHandgrips::angleForPos_data() {
@@ -190,25 +189,19 @@ void TestHandgrips::drag() {
     QCOMPARE(item->released, 1);
 }
 
-void TestHandgrips::gripKeepsItsSizeOnScreen() {
-    ShownScene s;
-    auto* grip = new HoverEventItem(nullptr, nullptr, 0, HoverEventItem::Move);
-    s.scene.addItem(grip);
-    grip->setPos(50, 50);
-    for (double zoom : {0.25, 1.0, 4.0}) {
-        s.view.setTransform(QTransform::fromScale(zoom, zoom));
-        const QRectF onScreen =
-            grip->deviceTransform(s.view.viewportTransform()).mapRect(grip->path().boundingRect());
-        QCOMPARE(onScreen.width(), double(HoverEventItemSize()));
-    }
-}
-
-void TestHandgrips::hoverHighlights() {
+// A grip keeps its size on screen at any zoom, and lights up under the cursor.
+void TestHandgrips::gripOnScreen() {
     ShownScene s;
     QVERIFY(s.exposed());
     auto* grip = new HoverEventItem(nullptr, nullptr, 0, HoverEventItem::Move);
     s.scene.addItem(grip);
     grip->setPos(100, 100);
+    for (double zoom : {0.25, 4.0, 1.0}) {
+        s.view.setTransform(QTransform::fromScale(zoom, zoom));
+        const QRectF onScreen =
+            grip->deviceTransform(s.view.viewportTransform()).mapRect(grip->path().boundingRect());
+        QCOMPARE(onScreen.width(), double(HoverEventItemSize()));
+    }
     QVERIFY(!grip->isHighlighted());
     QTest::mouseMove(s.viewport(), s.at(100, 100));
     QTRY_VERIFY(grip->isHighlighted());

@@ -35,11 +35,6 @@ void TestCommonParams::freshTableWritesDefaults() {
                                              {"line_arrowHead", "0"},      {"line_arrowTail", "0"}};
     QCOMPARE(saved(), expected);
     QVERIFY(getCommonParamsRef()->isEmpty());
-    QDomDocument doc;
-    QDomElement e = doc.createElement("p");
-    e.setAttribute("other", "kept");
-    toCommonParams(e);
-    QCOMPARE(e.attribute("other"), QString("kept"));
 }
 
 void TestCommonParams::fromCommonParams_data() {

@@ -1,4 +1,4 @@
-#include "Catalogue.h"
+#include "ItemFactory.h"
 #include "ToolsCatalogue.h"
 
 #include <QApplication>
@@ -33,7 +33,7 @@ private slots:
 void TestIcons::everyNamedIconIsThere() {
     QStringList paths = {":/pencil.png", ":/cursor_rotate.png", ":/bold.png", ":/italic.png",
                          ":/colormodel.png"};
-    for (const QString& className : catalogue::all())
+    for (const QString& className : toolFactoryClassNames() + mesureFactoryClassNames())
         paths << getIconPathFor(className);
     for (const QString& path : paths)
         QVERIFY2(QFile::exists(path), qPrintable(path));

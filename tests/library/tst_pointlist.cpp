@@ -9,8 +9,6 @@ Q_DECLARE_METATYPE(Transform)
 
 namespace {
 
-const QList<QPointF> outline = {{0, 0}, {12.5, -3}, {-7.25, 40}, {3, 3}};
-
 bool fuzzyEqual(const QList<QPointF>& a, const QList<QPointF>& b) {
     if (a.size() != b.size())
         return false;
@@ -26,77 +24,65 @@ bool fuzzyEqual(const QList<QPointF>& a, const QList<QPointF>& b) {
 class TestPointList : public QObject {
     Q_OBJECT
 private slots:
-    void handComputedPoints_data();
-    void handComputedPoints();
-    void roundTrips_data();
-    void roundTrips();
+    void transforms_data();
+    void transforms();
     void mirrorToggles();
     void boundingRect_data();
     void boundingRect();
 };
 
-void TestPointList::handComputedPoints_data() {
-    QTest::addColumn<Transform>("transform");
+void TestPointList::transforms_data() {
+    QTest::addColumn<Transform>("forth");
+    QTest::addColumn<Transform>("back");
     QTest::addColumn<QList<QPointF>>("points");
     QTest::addColumn<QList<QPointF>>("expected");
     using L = QList<QPointF>;
-    const auto row = [](const char* name, Transform t, L points, L expected) {
-        QTest::newRow(name) << t << points << expected;
+    const auto row = [](const char* name, Transform forth, Transform back, L points, L expected) {
+        QTest::newRow(name) << forth << back << points << expected;
     };
-    row("flip", [](L& l) { pointlist_flip(l, 10); }, {{1, 2}, {3, 10}}, {{1, 8}, {3, 0}});
-    row("resize", [](L& l) { pointlist_resize(l, 4); }, {{1, 2}, {-3, 0.5}}, {{4, 8}, {-12, 2}});
-    row("offset OUT adds, then scales", [](L& l) { pointlist_resize_offsetOUT(l, 2, 10, -1); }, {{1, 2}},
-        {{22, 2}});
-    row("offset IN subtracts, then scales", [](L& l) { pointlist_resize_offsetIN(l, 2, 10, -1); }, {{1, 2}},
-        {{-18, 6}});
-    row("offset IN with factor 1 shifts", [](L& l) { pointlist_resize_offsetIN(l, 1, 4, -5); },
-        {{1, 2}, {0, 0}}, {{-3, 7}, {-4, 5}});
-    row("resizeXY", [](L& l) { pointlist_resizeXY(l, 2, -3); }, {{1, 2}}, {{2, -6}});
-    row("rotate 90 turns x towards y", [](L& l) { pointlist_rotate(l, 90, false); }, {{1, 0}, {2, 1}},
-        {{0, 1}, {-1, 2}});
-    row("rotate 90, then mirror x", [](L& l) { pointlist_rotate(l, 90, true); }, {{2, 1}}, {{1, 2}});
-    row("map: scale acts before the translation",
-        [](L& l) { pointlist_map(l, qtrans(QTransform::fromTranslate(5, -5)).scale(2, 2)); }, {{1, 2}},
-        {{7, -1}});
+    const auto flip = [](L& l) { pointlist_flip(l, 10); };
+    row("flip twice restores", flip, flip, {{1, 2}, {3, 10}}, {{1, 8}, {3, 0}});
+    row(
+        "resize", [](L& l) { pointlist_resize(l, 4); }, [](L& l) { pointlist_resize(l, 0.25); },
+        {{1, 2}, {-3, 0.5}}, {{4, 8}, {-12, 2}});
+    row(
+        "offset OUT adds, then scales; undone by offset IN",
+        [](L& l) { pointlist_resize_offsetOUT(l, 2, 10, -1); },
+        [](L& l) { pointlist_resize_offsetIN(l, 0.5, 20, -2); }, {{1, 2}}, {{22, 2}});
+    row(
+        "offset IN subtracts, then scales", [](L& l) { pointlist_resize_offsetIN(l, 2, 10, -1); },
+        [](L& l) { pointlist_resize_offsetOUT(l, 0.5, 20, -2); }, {{1, 2}}, {{-18, 6}});
+    row(
+        "resizeXY", [](L& l) { pointlist_resizeXY(l, 2, -4); },
+        [](L& l) { pointlist_resizeXY(l, 0.5, -0.25); }, {{1, 2}}, {{2, -8}});
+    row(
+        "rotate 90 turns x towards y", [](L& l) { pointlist_rotate(l, 90, false); },
+        [](L& l) { pointlist_rotate(l, -90, false); }, {{1, 0}, {2, 1}}, {{0, 1}, {-1, 2}});
+    const auto mirrored = [](L& l) { pointlist_rotate(l, 90, true); };
+    row("rotate 90, then mirror x: its own inverse", mirrored, mirrored, {{2, 1}}, {{1, 2}});
+    const qtrans map = qtrans(QTransform::fromTranslate(5, -5)).scale(2, 2);
+    row(
+        "map: scale acts before the translation", [map](L& l) { pointlist_map(l, map); },
+        [map](L& l) { pointlist_map(l, qtrans(map.inverted())); }, {{1, 2}}, {{7, -1}});
 }
 
-// Each transform moves every point as computed by hand, and leaves an empty list empty.
-void TestPointList::handComputedPoints() {
-    QFETCH(Transform, transform);
-    QFETCH(QList<QPointF>, points);
-    QFETCH(QList<QPointF>, expected);
-    transform(points);
-    QVERIFY2(fuzzyEqual(points, expected), qPrintable(QDebug::toString(points)));
-    QList<QPointF> empty;
-    transform(empty);
-    QVERIFY(empty.isEmpty());
-}
-
-void TestPointList::roundTrips_data() {
-    QTest::addColumn<Transform>("forth");
-    QTest::addColumn<Transform>("back");
-    using L = QList<QPointF>;
-    QTest::newRow("flip twice") << Transform([](L& l) { pointlist_flip(l, 480); })
-                                << Transform([](L& l) { pointlist_flip(l, 480); });
-    QTest::newRow("offset OUT undone by offset IN")
-        << Transform([](L& l) { pointlist_resize_offsetOUT(l, 2.5, 3, -4); })
-        << Transform([](L& l) { pointlist_resize_offsetIN(l, 1 / 2.5, 3 * 2.5, -4 * 2.5); });
-    QTest::newRow("rotation undone by the opposite angle")
-        << Transform([](L& l) { pointlist_rotate(l, 37, false); })
-        << Transform([](L& l) { pointlist_rotate(l, -37, false); });
-    QTest::newRow("mirrored rotation is its own inverse")
-        << Transform([](L& l) { pointlist_rotate(l, 37, true); })
-        << Transform([](L& l) { pointlist_rotate(l, 37, true); });
-}
-
-void TestPointList::roundTrips() {
+// Hand-computed points, the inverse restores any outline, and an empty list stays empty.
+void TestPointList::transforms() {
     QFETCH(Transform, forth);
     QFETCH(Transform, back);
-    QList<QPointF> points = outline;
+    QFETCH(QList<QPointF>, points);
+    QFETCH(QList<QPointF>, expected);
     forth(points);
-    QVERIFY(!fuzzyEqual(points, outline));
-    back(points);
-    QVERIFY(fuzzyEqual(points, outline));
+    QVERIFY2(fuzzyEqual(points, expected), qPrintable(QDebug::toString(points)));
+    QList<QPointF> outline = {{0, 0}, {12.5, -3}, {-7.25, 40}, {3, 3}};
+    const QList<QPointF> original = outline;
+    forth(outline);
+    QVERIFY(!fuzzyEqual(outline, original));
+    back(outline);
+    QVERIFY(fuzzyEqual(outline, original));
+    QList<QPointF> empty;
+    forth(empty);
+    QVERIFY(empty.isEmpty());
 }
 
 void TestPointList::mirrorToggles() {
