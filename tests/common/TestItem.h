@@ -27,13 +27,9 @@ public:
     void setMesure(int i, double calibrated, double pixels);
     void addGrip(int id, int kind);
     int leaderLinesPainted() const { return m_leaderLines; }
-    using AbstractBaseItem::commonPaintCentroidText;
     using AbstractBaseItem::commonUpdateText;
-    using AbstractBaseItem::computeGUID;
-    using AbstractBaseItem::copyDataTo;
     using AbstractBaseItem::createPointIfNeeded;
     using AbstractBaseItem::isPointSelected;
-    using AbstractBaseItem::lockunlockHandgrips;
     using AbstractBaseItem::mesureIndexToName;
     using AbstractBaseItem::setupCentroidHandgrip;
     using AbstractBaseItem::updateHandgrips;

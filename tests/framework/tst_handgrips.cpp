@@ -1,10 +1,8 @@
-#include "AbstractScene.h"
+#include "FrameworkFixtures.h"
 #include "HoverEventItem.h"
 #include "TestItem.h"
 
-#include <QGraphicsView>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <cmath>
 
@@ -21,10 +19,9 @@ private slots:
     void isPointSelectedTakesTheLowestIndex();
     void createPointIfNeeded_data();
     void createPointIfNeeded();
-    void dragEmitsAndReachesTheItem();
-    void lockedGripEmitsNothing();
-    void gripKeepsItsSizeOnScreen();
-    void hoverHighlights();
+    void drag_data();
+    void drag();
+    void gripOnScreen();
 };
 
 void TestHandgrips::angleForPos_data() {
@@ -120,122 +117,95 @@ void TestHandgrips::isPointSelectedTakesTheLowestIndex() {
 }
 
 void TestHandgrips::createPointIfNeeded_data() {
+    QTest::addColumn<QList<QPointF>>("points");
     QTest::addColumn<QPointF>("p");
     QTest::addColumn<bool>("closed");
     QTest::addColumn<int>("insertedAt");
-    // The segment (0,0)-(100,100): distance 10 is exactly 10 / sqrt(2) along both axes.
-    const double d = 10.0 / std::sqrt(2.0);
-    QTest::newRow("exactly 10 away") << QPointF(50 + d, 50 - d) << false << -1;
-    QTest::newRow("9.99 away") << QPointF(50 + 9.99 / std::sqrt(2.0), 50 - 9.99 / std::sqrt(2.0)) << false
-                               << 1;
-    QTest::newRow("on the second segment") << QPointF(150, 75) << false << 2;
-    QTest::newRow("closing segment ignored when open") << QPointF(100, 26) << false << -1;
-    QTest::newRow("closing segment inserts before the first point") << QPointF(100, 26) << true << 0;
+    const QList<QPointF> points = {{0, 0}, {100, 100}, {200, 50}};
+    // Off the segment (0,0)-(100,100) by d along the normal: d / sqrt(2) along both axes.
+    const auto off = [](double d) { return QPointF(50 + d / std::sqrt(2.0), 50 - d / std::sqrt(2.0)); };
+    QTest::newRow("exactly 10 away") << points << off(10) << false << -1;
+    QTest::newRow("9.99 away") << points << off(9.99) << false << 1;
+    QTest::newRow("on the second segment") << points << QPointF(150, 75) << false << 2;
+    QTest::newRow("closing segment ignored when open") << points << QPointF(100, 26) << false << -1;
+    QTest::newRow("closing segment inserts before the first point")
+        << points << QPointF(100, 26) << true << 0;
+    // An axis-parallel segment has an empty bounding rectangle.
+    QTest::newRow("on a horizontal segment")
+        << QList<QPointF>{{0, 0}, {100, 0}} << QPointF(50, 0) << false << -1;
+    QTest::newRow("single point") << QList<QPointF>{{0, 0}} << QPointF(0, 0) << true << -1;
 }
 
 void TestHandgrips::createPointIfNeeded() {
+    QFETCH(QList<QPointF>, points);
     QFETCH(QPointF, p);
     QFETCH(bool, closed);
     QFETCH(int, insertedAt);
     TestItem item;
-    QList<QPointF> points = {{0, 0}, {100, 100}, {200, 50}};
+    const QList<QPointF> before = points;
     QCOMPARE(item.createPointIfNeeded(p, points, closed), insertedAt >= 0);
-    if (insertedAt >= 0) {
-        QCOMPARE(points.size(), 4);
-        QCOMPARE(points[insertedAt], p);
-    } else {
-        QCOMPARE(points.size(), 3);
-    }
-    // Axis-parallel segments have empty bounding rectangles and take no point.
-    QList<QPointF> flat = {{0, 0}, {100, 0}};
-    QVERIFY(!item.createPointIfNeeded(QPointF(50, 0), flat, false));
-    QList<QPointF> single = {{0, 0}};
-    QVERIFY(!item.createPointIfNeeded(QPointF(0, 0), single, true));
+    if (insertedAt >= 0)
+        points.removeAt(insertedAt);
+    QCOMPARE(points, before);
 }
 
-void TestHandgrips::dragEmitsAndReachesTheItem() {
-    AbstractScene scene(QRectF(0, 0, 400, 300));
-    QGraphicsView view(&scene);
-    view.setFixedSize(420, 320);
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
+void TestHandgrips::drag_data() {
+    QTest::addColumn<bool>("locked");
+    QTest::newRow("free grip") << false;
+    QTest::newRow("locked grip emits nothing") << true;
+}
+
+void TestHandgrips::drag() {
+    QFETCH(bool, locked);
+    ShownScene s;
+    QVERIFY(s.exposed());
     auto* item = new TestItem;
-    scene.addItem(item);
+    s.scene.addItem(item);
     item->addGrip(0, HoverEventItem::Move);
     item->updateHandgrips();
     HoverEventItem* grip = item->handgripItems().first();
     grip->setPos(100, 100);
     item->forceSelection();
+    item->setLockstate(locked);
 
     QSignalSpy init(grip, &HoverEventItem::initPos);
     QSignalSpy moved(grip, &HoverEventItem::moved);
     QSignalSpy release(grip, &HoverEventItem::releasePos);
-    const QPoint start = view.mapFromScene(100, 100);
-    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, start);
-    QTest::mouseMove(view.viewport(), start + QPoint(10, 5));
-    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, start + QPoint(10, 5));
+    const QPoint start = s.at(100, 100), end = start + QPoint(10, 5);
+    QTest::mousePress(s.viewport(), Qt::LeftButton, {}, start);
+    QTest::mouseMove(s.viewport(), end);
+    QTest::mouseRelease(s.viewport(), Qt::LeftButton, {}, end);
+    if (locked) {
+        QCOMPARE(init.count() + moved.count() + release.count(), 0);
+        return;
+    }
     QCOMPARE(init.count(), 1);
-    QCOMPARE(init.first().first().toPointF(), view.mapToScene(start));
+    QCOMPARE(init.first().first().toPointF(), s.view.mapToScene(start));
     QVERIFY(moved.count() >= 1);
-    QCOMPARE(moved.last().first().toPointF(), view.mapToScene(start + QPoint(10, 5)));
+    QCOMPARE(moved.last().first().toPointF(), s.view.mapToScene(end));
     QCOMPARE(release.count(), 1);
     QCOMPARE(item->pressed, 1);
     QCOMPARE(item->updated, moved.count());
     QCOMPARE(item->released, 1);
 }
 
-void TestHandgrips::lockedGripEmitsNothing() {
-    AbstractScene scene(QRectF(0, 0, 400, 300));
-    QGraphicsView view(&scene);
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
-    auto* item = new TestItem;
-    scene.addItem(item);
-    item->addGrip(0, HoverEventItem::Move);
-    item->updateHandgrips();
-    item->forceSelection();
-    HoverEventItem* grip = item->handgripItems().first();
-    grip->setPos(200, 150);
-    item->setLockstate(true);
-    QSignalSpy init(grip, &HoverEventItem::initPos);
-    QSignalSpy moved(grip, &HoverEventItem::moved);
-    QSignalSpy release(grip, &HoverEventItem::releasePos);
-    const QPoint at = view.mapFromScene(200, 150);
-    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, at);
-    QTest::mouseMove(view.viewport(), at + QPoint(8, 8));
-    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, at + QPoint(8, 8));
-    QCOMPARE(init.count() + moved.count() + release.count(), 0);
-}
-
-void TestHandgrips::gripKeepsItsSizeOnScreen() {
-    AbstractScene scene(QRectF(0, 0, 400, 300));
-    QGraphicsView view(&scene);
-    auto* item = new TestItem;
-    scene.addItem(item);
-    item->addGrip(0, HoverEventItem::Move);
-    HoverEventItem* grip = item->handgripItems().first();
-    grip->setPos(50, 50);
-    const int size = HoverEventItemSize();
-    for (double zoom : {0.25, 1.0, 4.0}) {
-        view.setTransform(QTransform::fromScale(zoom, zoom));
-        const QRectF onScreen =
-            grip->deviceTransform(view.viewportTransform()).mapRect(grip->path().boundingRect());
-        QCOMPARE(onScreen.width(), double(size));
-    }
-}
-
-void TestHandgrips::hoverHighlights() {
-    AbstractScene scene(QRectF(0, 0, 400, 300));
-    QGraphicsView view(&scene);
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
+// A grip keeps its size on screen at any zoom, and lights up under the cursor.
+void TestHandgrips::gripOnScreen() {
+    ShownScene s;
+    QVERIFY(s.exposed());
     auto* grip = new HoverEventItem(nullptr, nullptr, 0, HoverEventItem::Move);
-    scene.addItem(grip);
+    s.scene.addItem(grip);
     grip->setPos(100, 100);
+    for (double zoom : {0.25, 4.0, 1.0}) {
+        s.view.setTransform(QTransform::fromScale(zoom, zoom));
+        const QRectF onScreen =
+            grip->deviceTransform(s.view.viewportTransform()).mapRect(grip->path().boundingRect());
+        QCOMPARE(onScreen.width(), double(HoverEventItemSize()));
+    }
     QVERIFY(!grip->isHighlighted());
-    QTest::mouseMove(view.viewport(), view.mapFromScene(100, 100));
+    QTest::mouseMove(s.viewport(), s.at(100, 100));
     QTRY_VERIFY(grip->isHighlighted());
-    QTest::mouseMove(view.viewport(), view.mapFromScene(300, 250));
+    QTest::mouseMove(s.viewport(), s.at(300, 250));
     QTRY_VERIFY(!grip->isHighlighted());
 }
 

@@ -3,7 +3,6 @@
 #include "SimpleTextItem.h"
 #include "TestItem.h"
 
-#include <QGraphicsView>
 #include <QImage>
 #include <QPainter>
 #include <QTest>
@@ -13,10 +12,7 @@ class TestMeasures : public QObject {
 private slots:
     void formatTextMesure_data();
     void formatTextMesure();
-    void mesure2QString_data();
-    void mesure2QString();
-    void pixelTextUsesThePixelArray();
-    void calibratedDistancesUseThePixelArray();
+    void pixelsAndCalibration();
     void labelFollowsTextUsage();
     void leaderLine_data();
     void leaderLine();
@@ -32,40 +28,41 @@ Calibration calibration(const QString& unit, int decimals, double factor = 1.0) 
 }
 } // namespace
 
+// "labelled" is the label text under the given unit and decimals; "plain" the value alone under
+// the default calibration (mm, two decimals).
 void TestMeasures::formatTextMesure_data() {
     QTest::addColumn<int>("index");
     QTest::addColumn<double>("value");
     QTest::addColumn<int>("decimals");
     QTest::addColumn<QString>("unit");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("centroid has no number") << 0 << 3.0 << 2 << "mm"
-                                            << "centroid:";
-    QTest::newRow("distance with unit") << 1 << 12.5 << 2 << "mm"
-                                        << "dist1:12.50*mm";
-    QTest::newRow("second distance, micrometres") << 2 << 0.5 << 3 << "µm"
-                                                  << "dist2:0.500*µm";
-    QTest::newRow("angle without unit") << 3 << 45.0 << 1 << "mm"
-                                        << "ang1:45.0";
-    QTest::newRow("second angle") << 4 << -30.25 << 2 << "mm"
-                                  << "ang2:-30.25";
-    QTest::newRow("area without unit") << 5 << 100.0 << 2 << "mm"
-                                       << "aera:100.00";
-    QTest::newRow("perimeter") << 6 << 40.0 << 2 << "cm"
-                               << "perim:40.00*cm";
-    QTest::newRow("radius") << 7 << 1.0 << 3 << "mm"
-                            << "rad1:1.000*mm";
-    QTest::newRow("second radius") << 8 << 2.0 << 0 << "mm"
-                                   << "rad2:2*mm";
-    QTest::newRow("diameter rounds") << 9 << 2.346 << 2 << "in"
-                                     << "diam:2.35*in";
-    QTest::newRow("custom") << 10 << 7.0 << 1 << "mm"
-                            << "cust:7.0";
-    QTest::newRow("reserved is never printed") << 11 << 7.0 << 2 << "mm"
-                                               << "";
-    QTest::newRow("negative index") << -1 << 7.0 << 2 << "mm"
-                                    << "";
-    QTest::newRow("no measure") << 100 << 7.0 << 2 << "mm"
-                                << "";
+    QTest::addColumn<QString>("labelled");
+    QTest::addColumn<QString>("plain");
+    const struct {
+        const char* row;
+        int index;
+        double value;
+        int decimals;
+        const char* unit;
+        const char* labelled;
+        const char* plain;
+    } rows[] = {
+        {"centroid has no number", 0, 3.0, 2, "mm", "centroid:", ""},
+        {"distance with unit", 1, 12.5, 2, "mm", "dist1:12.50*mm", "12.50*mm"},
+        {"second distance, micrometres", 2, 0.5, 3, "µm", "dist2:0.500*µm", "0.50*mm"},
+        {"angle without unit", 3, 45.0, 1, "mm", "ang1:45.0", "45.00"},
+        {"second angle", 4, -30.25, 2, "mm", "ang2:-30.25", "-30.25"},
+        {"area without unit", 5, 100.0, 2, "mm", "aera:100.00", "100.00"},
+        {"perimeter", 6, 40.0, 2, "cm", "perim:40.00*cm", "40.00*mm"},
+        {"second radius, no decimals", 8, 2.0, 0, "mm", "rad2:2*mm", "2.00*mm"},
+        {"diameter rounds", 9, 2.346, 2, "in", "diam:2.35*in", "2.35*mm"},
+        {"custom", 10, 7.0, 1, "mm", "cust:7.0", "7.00"},
+        {"reserved is never printed", 11, 7.0, 2, "mm", "", ""},
+        {"negative index", -1, 7.0, 2, "mm", "", ""},
+        {"no measure", 100, 7.0, 2, "mm", "", ""},
+    };
+    for (const auto& r : rows)
+        QTest::newRow(r.row) << r.index << r.value << r.decimals << QString(r.unit) << QString(r.labelled)
+                             << QString(r.plain);
 }
 
 void TestMeasures::formatTextMesure() {
@@ -73,48 +70,25 @@ void TestMeasures::formatTextMesure() {
     QFETCH(double, value);
     QFETCH(int, decimals);
     QFETCH(QString, unit);
-    QFETCH(QString, expected);
+    QFETCH(QString, labelled);
+    QFETCH(QString, plain);
     TestItem item;
-    item.setCalibration(calibration(unit, decimals));
     if (index >= 0 && index < 12)
         item.setMesure(index, value, -1);
-    QCOMPARE(item.formatTextMesure(index), expected);
-    QCOMPARE(item.mesureIndexToName(index, value), expected);
-}
-
-void TestMeasures::mesure2QString_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<double>("value");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("area without unit") << 5 << 100.0 << "100.00";
-    QTest::newRow("perimeter with unit") << 6 << 40.0 << "40.00*mm";
-    QTest::newRow("angle") << 3 << 90.0 << "90.00";
-    QTest::newRow("centroid is empty") << 0 << 1.0 << "";
-    QTest::newRow("reserved is empty although stored") << 11 << 5.0 << "";
-    QTest::newRow("negative is empty") << -1 << 5.0 << "";
-}
-
-void TestMeasures::mesure2QString() {
-    QFETCH(int, index);
-    QFETCH(double, value);
-    QFETCH(QString, expected);
-    TestItem item;
-    if (index >= 0)
-        item.setMesure(index, value, 0);
-    QCOMPARE(item.mesure2QString(index), expected);
+    QCOMPARE(item.mesure2QString(index), plain);
     QCOMPARE(item.accessmesure(11), index == 11 ? value : 0.0);
+    item.setCalibration(calibration(unit, decimals));
+    QCOMPARE(item.formatTextMesure(index), labelled);
+    QCOMPARE(item.mesureIndexToName(index, value), labelled);
 }
 
-void TestMeasures::pixelTextUsesThePixelArray() {
+// The pixel array feeds the pixel text and the calibrated distances; factor 0 cannot be undone.
+void TestMeasures::pixelsAndCalibration() {
     TestItem item;
     item.setCalibration(calibration("mm", 1, 0.5));
     item.setMesure(1, 5, 10);
     QCOMPARE(item.formatTextMesure(1), QString("dist1:5.0*mm"));
     QCOMPARE(item.formatTextMesureP(1), QString("dist1:10.0*mm"));
-}
-
-void TestMeasures::calibratedDistancesUseThePixelArray() {
-    TestItem item;
     item.setCalibration(calibration("mm", 2, 0.25));
     item.setMesure(1, 999, 40);
     item.setMesure(2, 999, 8);
@@ -122,8 +96,7 @@ void TestMeasures::calibratedDistancesUseThePixelArray() {
     QCOMPARE(item.calibratedDistance2(), 2.0);
     QCOMPARE(item.calibrateValue(4), 1.0);
     QCOMPARE(item.uncalibrateValue(1), 4.0);
-    Calibration zero = calibration("mm", 2, 0);
-    item.setCalibration(zero);
+    item.setCalibration(calibration("mm", 2, 0));
     QVERIFY(qIsInf(item.uncalibrateValue(1)));
 }
 
@@ -141,7 +114,6 @@ void TestMeasures::labelFollowsTextUsage() {
     QCOMPARE(item.label()->text(), QString("dist1:3.00*mm"));
     QVERIFY(!item.label()->isVisible());
 }
-
 void TestMeasures::leaderLine_data() {
     QTest::addColumn<double>("zoomX");
     QTest::addColumn<double>("zoomY");
@@ -172,22 +144,17 @@ void TestMeasures::leaderLine() {
     item->commonUpdateText();
     item->handgripCentroid()->setPos(300, 200); // the label lies far from the centroid (50, 25)
 
-    QImage image(400, 300, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    scene.render(&painter, QRectF(0, 0, 400, 300), QRectF(0, 0, 400, 300));
-    painter.end();
-    QCOMPARE(item->leaderLinesPainted() > 0, drawn);
-
-    // A label over the centroid needs no leader.
-    if (drawn) {
-        item->handgripCentroid()->setPos(item->centroid() - item->label()->boundingRect().center());
-        QImage again(400, 300, QImage::Format_ARGB32_Premultiplied);
-        QPainter p2(&again);
+    const auto leadersDrawn = [&scene, item] {
         const int before = item->leaderLinesPainted();
-        scene.render(&p2, QRectF(0, 0, 400, 300), QRectF(0, 0, 400, 300));
-        QCOMPARE(item->leaderLinesPainted(), before);
-    }
+        QImage image(400, 300, QImage::Format_ARGB32_Premultiplied);
+        QPainter painter(&image);
+        scene.render(&painter);
+        return item->leaderLinesPainted() > before;
+    };
+    QCOMPARE(leadersDrawn(), drawn);
+    // A label over the centroid needs no leader.
+    item->handgripCentroid()->setPos(item->centroid() - item->label()->boundingRect().center());
+    QVERIFY(!leadersDrawn());
 }
 
 QTEST_MAIN(TestMeasures)

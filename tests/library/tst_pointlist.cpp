@@ -4,9 +4,10 @@
 
 #include <functional>
 
-namespace {
+using Transform = std::function<void(QList<QPointF>&)>;
+Q_DECLARE_METATYPE(Transform)
 
-const QList<QPointF> outline = {{0, 0}, {12.5, -3}, {-7.25, 40}, {3, 3}};
+namespace {
 
 bool fuzzyEqual(const QList<QPointF>& a, const QList<QPointF>& b) {
     if (a.size() != b.size())
@@ -23,101 +24,65 @@ bool fuzzyEqual(const QList<QPointF>& a, const QList<QPointF>& b) {
 class TestPointList : public QObject {
     Q_OBJECT
 private slots:
-    void emptyListStaysEmpty();
-    void handComputedPoints_data();
-    void handComputedPoints();
-    void flipTwiceRestores();
-    void offsetOutUndoneByOffsetIn();
-    void rotationRoundTrips();
+    void transforms_data();
+    void transforms();
     void mirrorToggles();
     void boundingRect_data();
     void boundingRect();
 };
 
-void TestPointList::emptyListStaysEmpty() {
-    const QList<std::function<void(QList<QPointF>&)>> transforms = {
-        [](QList<QPointF>& l) { pointlist_flip(l, 100); },
-        [](QList<QPointF>& l) { pointlist_resize(l, 2); },
-        [](QList<QPointF>& l) { pointlist_resize_offsetOUT(l, 2, 1, 1); },
-        [](QList<QPointF>& l) { pointlist_resize_offsetIN(l, 2, 1, 1); },
-        [](QList<QPointF>& l) { pointlist_map(l, qtrans(QTransform::fromTranslate(5, 5))); },
-        [](QList<QPointF>& l) { pointlist_resizeXY(l, 2, 3); },
-        [](QList<QPointF>& l) { pointlist_rotate(l, 30, true); },
-    };
-    for (const auto& transform : transforms) {
-        QList<QPointF> points;
-        transform(points);
-        QVERIFY(points.isEmpty());
-    }
-}
-
-void TestPointList::handComputedPoints_data() {
+void TestPointList::transforms_data() {
+    QTest::addColumn<Transform>("forth");
+    QTest::addColumn<Transform>("back");
     QTest::addColumn<QList<QPointF>>("points");
     QTest::addColumn<QList<QPointF>>("expected");
-    QList<QPointF> l;
-
-    l = {{1, 2}, {3, 10}};
-    pointlist_flip(l, 10);
-    QTest::newRow("flip") << l << QList<QPointF>{{1, 8}, {3, 0}};
-    l = {{1, 2}, {-3, 0.5}};
-    pointlist_resize(l, 4);
-    QTest::newRow("resize") << l << QList<QPointF>{{4, 8}, {-12, 2}};
-    l = {{1, 2}};
-    pointlist_resize_offsetOUT(l, 2, 10, -1);
-    QTest::newRow("offset OUT adds, then scales") << l << QList<QPointF>{{22, 2}};
-    l = {{1, 2}};
-    pointlist_resize_offsetIN(l, 2, 10, -1);
-    QTest::newRow("offset IN subtracts, then scales") << l << QList<QPointF>{{-18, 6}};
-    l = {{1, 2}, {0, 0}};
-    pointlist_resize_offsetIN(l, 1, 4, -5);
-    QTest::newRow("offset IN with factor 1 shifts") << l << QList<QPointF>{{-3, 7}, {-4, 5}};
-    l = {{1, 2}};
-    pointlist_resizeXY(l, 2, -3);
-    QTest::newRow("resizeXY") << l << QList<QPointF>{{2, -6}};
-    l = {{1, 0}, {2, 1}};
-    pointlist_rotate(l, 90, false);
-    QTest::newRow("rotate 90 turns x towards y") << l << QList<QPointF>{{0, 1}, {-1, 2}};
-    l = {{2, 1}};
-    pointlist_rotate(l, 90, true);
-    QTest::newRow("rotate 90, then mirror x") << l << QList<QPointF>{{1, 2}};
-    l = {{1, 2}};
-    qtrans shift(QTransform::fromTranslate(5, -5));
-    pointlist_map(l, shift.scale(2, 2));
-    QTest::newRow("map: scale acts before the translation") << l << QList<QPointF>{{7, -1}};
+    using L = QList<QPointF>;
+    const auto row = [](const char* name, Transform forth, Transform back, L points, L expected) {
+        QTest::newRow(name) << forth << back << points << expected;
+    };
+    const auto flip = [](L& l) { pointlist_flip(l, 10); };
+    row("flip twice restores", flip, flip, {{1, 2}, {3, 10}}, {{1, 8}, {3, 0}});
+    row(
+        "resize", [](L& l) { pointlist_resize(l, 4); }, [](L& l) { pointlist_resize(l, 0.25); },
+        {{1, 2}, {-3, 0.5}}, {{4, 8}, {-12, 2}});
+    row(
+        "offset OUT adds, then scales; undone by offset IN",
+        [](L& l) { pointlist_resize_offsetOUT(l, 2, 10, -1); },
+        [](L& l) { pointlist_resize_offsetIN(l, 0.5, 20, -2); }, {{1, 2}}, {{22, 2}});
+    row(
+        "offset IN subtracts, then scales", [](L& l) { pointlist_resize_offsetIN(l, 2, 10, -1); },
+        [](L& l) { pointlist_resize_offsetOUT(l, 0.5, 20, -2); }, {{1, 2}}, {{-18, 6}});
+    row(
+        "resizeXY", [](L& l) { pointlist_resizeXY(l, 2, -4); },
+        [](L& l) { pointlist_resizeXY(l, 0.5, -0.25); }, {{1, 2}}, {{2, -8}});
+    row(
+        "rotate 90 turns x towards y", [](L& l) { pointlist_rotate(l, 90, false); },
+        [](L& l) { pointlist_rotate(l, -90, false); }, {{1, 0}, {2, 1}}, {{0, 1}, {-1, 2}});
+    const auto mirrored = [](L& l) { pointlist_rotate(l, 90, true); };
+    row("rotate 90, then mirror x: its own inverse", mirrored, mirrored, {{2, 1}}, {{1, 2}});
+    const qtrans map = qtrans(QTransform::fromTranslate(5, -5)).scale(2, 2);
+    row(
+        "map: scale acts before the translation", [map](L& l) { pointlist_map(l, map); },
+        [map](L& l) { pointlist_map(l, qtrans(map.inverted())); }, {{1, 2}}, {{7, -1}});
 }
 
-void TestPointList::handComputedPoints() {
+// Hand-computed points, the inverse restores any outline, and an empty list stays empty.
+void TestPointList::transforms() {
+    QFETCH(Transform, forth);
+    QFETCH(Transform, back);
     QFETCH(QList<QPointF>, points);
     QFETCH(QList<QPointF>, expected);
+    forth(points);
     QVERIFY2(fuzzyEqual(points, expected), qPrintable(QDebug::toString(points)));
-}
-
-void TestPointList::flipTwiceRestores() {
-    QList<QPointF> points = outline;
-    pointlist_flip(points, 480);
-    QVERIFY(points != outline);
-    pointlist_flip(points, 480);
-    QCOMPARE(points, outline);
-}
-
-void TestPointList::offsetOutUndoneByOffsetIn() {
-    const double factor = 2.5, dx = 3, dy = -4;
-    QList<QPointF> points = outline;
-    pointlist_resize_offsetOUT(points, factor, dx, dy);
-    pointlist_resize_offsetIN(points, 1 / factor, dx * factor, dy * factor);
-    QVERIFY(fuzzyEqual(points, outline));
-}
-
-void TestPointList::rotationRoundTrips() {
-    QList<QPointF> points = outline;
-    pointlist_rotate(points, 37, false);
-    pointlist_rotate(points, -37, false);
-    QVERIFY(fuzzyEqual(points, outline));
-    // A mirrored rotation is its own inverse.
-    pointlist_rotate(points, 37, true);
-    QVERIFY(!fuzzyEqual(points, outline));
-    pointlist_rotate(points, 37, true);
-    QVERIFY(fuzzyEqual(points, outline));
+    QList<QPointF> outline = {{0, 0}, {12.5, -3}, {-7.25, 40}, {3, 3}};
+    const QList<QPointF> original = outline;
+    forth(outline);
+    QVERIFY(!fuzzyEqual(outline, original));
+    back(outline);
+    QVERIFY(fuzzyEqual(outline, original));
+    QList<QPointF> empty;
+    forth(empty);
+    QVERIFY(empty.isEmpty());
 }
 
 void TestPointList::mirrorToggles() {
@@ -130,7 +95,6 @@ void TestPointList::mirrorToggles() {
     QVERIFY(!transform.mirror_x());
     QVERIFY(transform.isIdentity());
 }
-
 void TestPointList::boundingRect_data() {
     QTest::addColumn<QList<QList<QPointF>>>("lists");
     QTest::addColumn<QRectF>("expected");

@@ -1,11 +1,20 @@
-#include "NamesTranslator.h"
+#include "AbstractBaseItem.h"
+#include "ItemFactory.h"
 #include "ToolsCatalogue.h"
 
 #include <QCoreApplication>
+#include <QGraphicsRectItem>
+#include <QPixmap>
+#include <QSet>
 #include <QTest>
+#include <QTranslator>
+
+#include <memory>
 
 namespace {
 
+// The catalogue as hosts see it: the three lists in their order, then the unlisted classes by how
+// their displayed name is made (translated, the class name itself, or none).
 const QStringList tools = {"LineItem",   "PointItem",     "AnchorPointItem",   "EllipseItem",
                            "CircleItem", "CirclePItem",   "Circle3PointsItem", "Arc3PointsItem",
                            "CurveItem",  "RectangleItem", "PolygonItem",       "PolylineItem",
@@ -18,16 +27,54 @@ const QStringList translatedUnlisted = {"CirclePointsItem", "ArcPointsItem", "La
 const QStringList untranslated = {"RectCalibItem", "FlattenItem", "PolygonShapeItem"};
 const QStringList withoutName = {"VickersPItem", "ArcItem", "DXFItem", "RectangleItemFeret"};
 
-QStringList translatedClasses() {
+QStringList translated() {
     return tools + mesures + annotations + translatedUnlisted;
 }
+QStringList all() {
+    return translated() + untranslated + withoutName;
+}
 
-// A language in which every translated class name gets a prefix.
-QMap<QString, QString> language(const QString& prefix) {
-    QMap<QString, QString> names;
-    for (const QString& className : translatedClasses())
-        names.insert(className, prefix + className);
-    return names;
+// A translator for the context "NAMES" only, from a table of class name -> displayed name.
+class NamesTranslator : public QTranslator {
+public:
+    explicit NamesTranslator(QMap<QString, QString> names)
+        : m_names(std::move(names)) {}
+    // A language in which every translated class name gets a prefix.
+    static NamesTranslator prefixing(const QString& prefix) {
+        QMap<QString, QString> names;
+        for (const QString& className : translated())
+            names.insert(className, prefix + className);
+        return NamesTranslator(names);
+    }
+
+    QString translate(const char* context, const char* sourceText, const char*, int) const override {
+        return qstrcmp(context, "NAMES") == 0 ? m_names.value(QString::fromLatin1(sourceText)) : QString();
+    }
+    bool isEmpty() const override { return false; }
+
+    // Runs f with this translator installed.
+    template <typename F> void whileInstalled(F f) {
+        QCoreApplication::installTranslator(this);
+        f();
+        QCoreApplication::removeTranslator(this);
+    }
+
+private:
+    QMap<QString, QString> m_names;
+};
+
+using Factory = AbstractBaseItem* (*)(QString&, QGraphicsItem*, int, void*);
+
+std::unique_ptr<AbstractBaseItem> make(Factory factory, QString name, QGraphicsItem* parent = nullptr) {
+    const QString given = name;
+    std::unique_ptr<AbstractBaseItem> item(factory(name, parent, 7, nullptr));
+    if (name != given)
+        qFatal("the factory changed the name it was given");
+    return item;
+}
+
+QString classOf(const std::unique_ptr<AbstractBaseItem>& item) {
+    return QString::fromLatin1(item->metaObject()->className());
 }
 
 } // namespace
@@ -43,18 +90,12 @@ private slots:
     void sharedDisplayedNameGoesToLaterClass();
     void iconPaths_data();
     void iconPaths();
-    void iconOfDisplayedName();
-    void iconsLoad();
-
-private:
-    void initUnder(QTranslator* translator);
+    void tablesCoverTheCatalogueOnce();
+    void refusals_data();
+    void refusals();
+    void onlyItsOwnFactoryBuildsAClass_data();
+    void onlyItsOwnFactoryBuildsAClass();
 };
-
-void TestToolsCatalogue::initUnder(QTranslator* translator) {
-    QCoreApplication::installTranslator(translator);
-    InitToolsNames();
-    QCoreApplication::removeTranslator(translator);
-}
 
 void TestToolsCatalogue::beforeInitialisation() {
     QVERIFY(getTools_NamesRef()->isEmpty());
@@ -65,12 +106,12 @@ void TestToolsCatalogue::beforeInitialisation() {
     QCOMPARE(toolsAvailable(), QStringList(13, QString()));
     QCOMPARE(mesuresAvailable(), QStringList(6, QString()));
     QCOMPARE(annotationsAvailable(), QStringList(12, QString()));
-
-    NamesTranslator german(language("de:"));
-    QCoreApplication::installTranslator(&german);
-    QCOMPARE(getIconPathFor("Angle"), QString(":/angle.png"));
-    QCOMPARE(getIconPathFor("de:Angle"), QString(":/pencil.png"));
-    QCoreApplication::removeTranslator(&german);
+    NamesTranslator::prefixing("de:").whileInstalled([] {
+        QCOMPARE(getIconPathFor("Angle"), QString(":/angle.png"));
+        QCOMPARE(getIconPathFor("de:Angle"), QString(":/pencil.png"));
+        QVERIFY(!make(XBaseItemToolCreate, "de:LineItem"));
+        QVERIFY(!make(XBaseItemMesureCreate, "de:Distance"));
+    });
 }
 
 void TestToolsCatalogue::version() {
@@ -82,21 +123,19 @@ void TestToolsCatalogue::withoutTranslator() {
     InitToolsNames();
     const QMap<QString, QString>& names = *getTools_NamesRef();
     QCOMPARE(names.size(), 37);
-    for (const QString& className : translatedClasses() + untranslated)
-        QCOMPARE(names.value(className), className);
-    for (const QString& className : withoutName)
-        QVERIFY2(!names.contains(className), qPrintable(className));
-    for (auto it = names.cbegin(); it != names.cend(); ++it)
-        QCOMPARE(getTools_NamesInvRef()->value(it.key()), it.key());
+    for (const QString& className : all()) {
+        const bool named = !withoutName.contains(className);
+        QCOMPARE(names.value(className), named ? className : QString());
+    }
+    QCOMPARE(*getTools_NamesInvRef(), names);
     QCOMPARE(toolsAvailable(), tools);
     QCOMPARE(mesuresAvailable(), mesures);
     QCOMPARE(annotationsAvailable(), annotations);
 }
 
 void TestToolsCatalogue::secondLanguageKeepsFirstResolvable() {
-    NamesTranslator german(language("de:")), french(language("fr:"));
-    initUnder(&german);
-    initUnder(&french);
+    NamesTranslator::prefixing("de:").whileInstalled(InitToolsNames);
+    NamesTranslator::prefixing("fr:").whileInstalled(InitToolsNames);
 
     const QMap<QString, QString>& names = *getTools_NamesRef();
     QCOMPARE(names.size(), 37);
@@ -104,9 +143,8 @@ void TestToolsCatalogue::secondLanguageKeepsFirstResolvable() {
     QCOMPARE(names.value("FlattenItem"), QString("FlattenItem"));
     for (const QString& displayed : names)
         QVERIFY2(!displayed.startsWith("de:"), qPrintable(displayed));
-
     const QMap<QString, QString>& inverse = *getTools_NamesInvRef();
-    for (const QString& className : translatedClasses()) {
+    for (const QString& className : translated()) {
         QCOMPARE(inverse.value("de:" + className), className);
         QCOMPARE(inverse.value("fr:" + className), className);
     }
@@ -116,8 +154,7 @@ void TestToolsCatalogue::secondLanguageKeepsFirstResolvable() {
 }
 
 void TestToolsCatalogue::sharedDisplayedNameGoesToLaterClass() {
-    NamesTranslator shared({{"Angle", "Measure"}, {"Distance", "Measure"}});
-    initUnder(&shared);
+    NamesTranslator({{"Angle", "Measure"}, {"Distance", "Measure"}}).whileInstalled(InitToolsNames);
     QCOMPARE(getTools_NamesInvRef()->value("Measure"), QString("Distance"));
     QCOMPARE(getIconPathFor("Measure"), QString(":/distance.png"));
     InitToolsNames();
@@ -126,56 +163,25 @@ void TestToolsCatalogue::sharedDisplayedNameGoesToLaterClass() {
 void TestToolsCatalogue::iconPaths_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("icon");
-    const QList<QPair<QString, QString>> icons = {
-        {"LineItem", "line"},
-        {"PointItem", "point"},
-        {"AnchorPointItem", "point"},
-        {"EllipseItem", "ellipse"},
-        {"CircleItem", "circle"},
-        {"CirclePItem", "circleP"},
-        {"Circle3PointsItem", "circle"},
-        {"Arc3PointsItem", "arc"},
-        {"CurveItem", "curve"},
-        {"RectangleItem", "rectangle"},
-        {"PolygonItem", "polyclosed"},
-        {"PolylineItem", "poly"},
-        {"CrossItem", "orthosnap"},
-        {"Distance", "distance"},
-        {"Angle", "angle"},
-        {"Circle3", "circle"},
-        {"Projection", "perpline"},
-        {"Intersection", "tanline"},
-        {"Tangent", "parallel"},
-        {"eTextItem", "font"},
-        {"ArrowItem", "arrow"},
-        {"Arrow2Item", "arrow"},
-        {"SmileyItem", "smiley"},
-        {"PixmapItem", "image"},
-        {"VideoItem", "zoomplus"},
-        {"RulerItem", "qrule"},
-        {"StampItem", "qrule"},
-        {"Custom1", "protractor"},
-        {"CrossHItem", "pencil"},
-        {"CrossVItem", "pencil"},
-        {"CircleNote", "circle"},
-        {"CirclePointsItem", "circle"},
-        {"ArcPointsItem", "arc"},
-        {"LassoItem", "poly"},
-        {"VickersPItem", "poly"},
-        {"FlattenItem", "arrow"},
-        {"RectCalibItem", "pencil"},
-        {"PolygonShapeItem", "pencil"},
-        {"ArcItem", "pencil"},
-        {"DXFItem", "pencil"},
-        {"RectangleItemFeret", "pencil"},
+    const struct {
+        const char* row;
+        const char* name;
+        const char* icon;
+    } rows[] = {
+        {"tool", "LineItem", "line"},
+        {"anchor shares the point's", "AnchorPointItem", "point"},
+        {"intersection shows the tangent line", "Intersection", "tanline"},
+        {"tangent shows parallels", "Tangent", "parallel"},
+        {"stamp shows the ruler", "StampItem", "qrule"},
+        {"listed, drawn with the pencil", "CrossHItem", "pencil"},
+        {"unlisted, without a name", "VickersPItem", "poly"},
+        {"unlisted, named itself", "FlattenItem", "arrow"},
+        {"empty name", "", "pencil"},
+        {"class name in other case", "lineitem", "pencil"},
+        {"unknown", "Protractor", "pencil"},
     };
-    for (const auto& [name, icon] : icons)
-        QTest::newRow(qPrintable(name)) << name << ":/" + icon + ".png";
-    QTest::newRow("empty name") << QString() << ":/pencil.png";
-    QTest::newRow("other case") << "lineitem"
-                                << ":/pencil.png";
-    QTest::newRow("unknown") << "Protractor"
-                             << ":/pencil.png";
+    for (const auto& row : rows)
+        QTest::newRow(row.row) << QString(row.name) << QString(":/%1.png").arg(row.icon);
 }
 
 void TestToolsCatalogue::iconPaths() {
@@ -185,21 +191,64 @@ void TestToolsCatalogue::iconPaths() {
     QCOMPARE(getIconFor(name).toImage(), QPixmap(icon).toImage());
 }
 
-void TestToolsCatalogue::iconOfDisplayedName() {
-    NamesTranslator german({{"Angle", "Winkel"}, {"Tangent", "Tangente"}});
-    initUnder(&german);
-    QCOMPARE(getIconPathFor("Winkel"), QString(":/angle.png"));
-    QCOMPARE(getIconPathFor("Tangente"), QString(":/parallel.png"));
-    QCOMPARE(getIconPathFor("winkel"), QString(":/pencil.png"));
-    InitToolsNames();
+void TestToolsCatalogue::tablesCoverTheCatalogueOnce() {
+    const QStringList toolNames = toolFactoryClassNames();
+    QCOMPARE(toolNames.first(), QString("PointItem"));
+    QCOMPARE(toolNames.last(), QString("FlattenItem"));
+    QCOMPARE(mesureFactoryClassNames(), mesures);
+    const QStringList built = toolNames + mesureFactoryClassNames(), expected = all();
+    QCOMPARE(built.size(), expected.size());
+    QCOMPARE(QSet<QString>(built.cbegin(), built.cend()), QSet<QString>(expected.cbegin(), expected.cend()));
 }
 
-void TestToolsCatalogue::iconsLoad() {
-    const QPixmap pencil = getIconFor("no such tool");
-    QVERIFY(!pencil.isNull());
-    QCOMPARE(pencil.size(), QSize(32, 32));
-    QCOMPARE(pencil.toImage(), QPixmap(":/pencil.png").toImage());
-    QVERIFY(getIconFor("Angle").toImage() != pencil.toImage());
+void TestToolsCatalogue::refusals_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("toolFactory");
+    QTest::newRow("class name in other case") << "pointitem" << true;
+    QTest::newRow("measure name to tool factory") << "Distance" << true;
+    QTest::newRow("annotation name to measure factory") << "eTextItem" << false;
+    QTest::newRow("tool name to measure factory") << "LineItem" << false;
+    QTest::newRow("unlisted name to measure factory") << "ArcItem" << false;
+    QTest::newRow("unknown") << "HexagonItem" << true;
+    QTest::newRow("empty") << "" << false;
+    QTest::newRow("surrounding blanks") << " LineItem " << true;
+}
+
+void TestToolsCatalogue::refusals() {
+    QFETCH(QString, name);
+    QFETCH(bool, toolFactory);
+    InitToolsNames();
+    QVERIFY(!make(toolFactory ? XBaseItemToolCreate : XBaseItemMesureCreate, name));
+}
+
+void TestToolsCatalogue::onlyItsOwnFactoryBuildsAClass_data() {
+    QTest::addColumn<QString>("className");
+    for (const QString& name : all())
+        QTest::newRow(qPrintable(name)) << name;
+}
+
+// By class name and, where the class has one, by displayed name.
+void TestToolsCatalogue::onlyItsOwnFactoryBuildsAClass() {
+    QFETCH(QString, className);
+    NamesTranslator({{className, "de:" + className}}).whileInstalled(InitToolsNames);
+    const bool measure = mesures.contains(className);
+    const bool built = factoryBuilds(className);
+    QGraphicsRectItem parent;
+    const auto tool = make(XBaseItemToolCreate, className, &parent);
+    const auto mesure = make(XBaseItemMesureCreate, className, &parent);
+    QCOMPARE(bool(tool), built && !measure);
+    QCOMPARE(bool(mesure), built && measure);
+    if (const auto& item = tool ? tool : mesure) {
+        QCOMPARE(classOf(item), className);
+        QCOMPARE(item->parentItem(), &parent);
+    }
+    const QString displayed = getTools_NamesRef()->value(className);
+    if (displayed.isEmpty())
+        return;
+    const auto byDisplayed = make(measure ? XBaseItemMesureCreate : XBaseItemToolCreate, displayed);
+    QCOMPARE(bool(byDisplayed), built);
+    if (byDisplayed)
+        QCOMPARE(classOf(byDisplayed), className);
 }
 
 QTEST_MAIN(TestToolsCatalogue)
