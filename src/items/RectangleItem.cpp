@@ -51,8 +51,8 @@ RectangleItem::RectangleItem(QGraphicsItem* parent)
     , m_rectChild(new QGraphicsRectItem(this)) {
     m_subType = 1;
     m_mline << QPointF() << QPointF();
-    for (const GripSpec& spec : rectangleGrips)
-        m_handgripItems.append(new HoverEventItem(this, m_rectChild, spec.position, spec.kind));
+    for (const GripSpec& grip : rectangleGrips)
+        m_handgripItems.append(new HoverEventItem(this, m_rectChild, grip.position, grip.kind));
     updateHandgrips();
 }
 
