@@ -104,33 +104,46 @@ QImage straightSource(const QImage& image) {
     return straight;
 }
 
-// Writes floor(sums / counts) for one output row of the box blur. The reciprocal is offset by half a
-// unit so that it never falls below an exact quotient; float is exact while count stays below 16000.
-template <typename Real> void divideRow(const quint32* sums, const Real* reciprocal, uchar* out, int bytes) {
-    for (int j = 0; j < bytes; ++j)
-        out[j] = uchar(int((Real(sums[j]) + Real(0.5)) * reciprocal[j >> 2]));
+// floor(sum / count) through a reciprocal offset by half a unit, so that it never falls below the
+// exact quotient; float is exact while count stays below 16000.
+template <typename Real> inline uchar boxMean(quint32 sum, Real reciprocal) {
+    return uchar(int((Real(sum) + Real(0.5)) * reciprocal));
 }
 
-template <typename Real> void boxBlur(const QImage& src, QImage& out, int radius) {
+// Output bytes [from, to) of a row whose windows all lie inside it: one reciprocal for all, and
+// each window sum a difference of the running column sums `prefix` (entry j sums bytes before j).
+template <typename Real>
+void boxRowInside(const quint32* prefix, int radius, Real reciprocal, uchar* out, int from, int to) {
+    const quint32* lo = prefix - 4 * radius;
+    const quint32* hi = prefix + 4 * (radius + 1);
+    for (int j = from; j < to; ++j)
+        out[j] = boxMean(hi[j] - lo[j], reciprocal);
+}
+
+template <typename Real> void boxBlur(ResultRows& result, int radius) {
+    const QImage& src = result.source();
     const int w = src.width(), h = src.height(), bytes = 4 * w;
-    std::vector<quint32> columns(bytes, 0), prefix(bytes + 4, 0), sums(bytes);
-    std::vector<Real> reciprocal(w);
+    std::vector<quint32> columns(bytes, 0), prefix(bytes + 4, 0);
     for (int y = 0; y <= std::min(radius, h - 1); ++y) {
         const uchar* s = src.constScanLine(y);
         for (int j = 0; j < bytes; ++j)
             columns[j] += s[j];
     }
     int rowsIn = std::min(radius, h - 1) + 1;
+    // Pixels closer than the radius to a side have clipped windows of their own size.
+    const int insideFrom = std::min(radius, w), insideTo = std::max(w - radius, insideFrom);
     for (int y = 0; y < h; ++y) {
         for (int j = 0; j < bytes; ++j)
             prefix[j + 4] = prefix[j] + columns[j];
-        for (int x = 0; x < w; ++x) {
+        uchar* out = result.row(y);
+        boxRowInside(prefix.data(), radius, Real(1) / Real(rowsIn * (2 * radius + 1)), out, 4 * insideFrom,
+                     4 * insideTo);
+        for (int x = 0; x < w; x = x + 1 == insideFrom ? insideTo : x + 1) {
             const int left = std::max(x - radius, 0), right = std::min(x + radius, w - 1);
+            const Real reciprocal = Real(1) / Real(rowsIn * (right - left + 1));
             for (int c = 0; c < 4; ++c)
-                sums[4 * x + c] = prefix[4 * (right + 1) + c] - prefix[4 * left + c];
-            reciprocal[x] = Real(1) / Real(rowsIn * (right - left + 1));
+                out[4 * x + c] = boxMean(prefix[4 * (right + 1) + c] - prefix[4 * left + c], reciprocal);
         }
-        divideRow(sums.data(), reciprocal.data(), out.scanLine(y), bytes);
         if (y + radius + 1 < h) {
             const uchar* in = src.constScanLine(y + radius + 1);
             for (int j = 0; j < bytes; ++j)
@@ -143,6 +156,7 @@ template <typename Real> void boxBlur(const QImage& src, QImage& out, int radius
                 columns[j] -= gone[j];
             --rowsIn;
         }
+        result.stored(y);
     }
 }
 
@@ -197,14 +211,14 @@ void despeckleChannel(QImage& image, int channel, std::vector<uchar>& f, std::ve
 void filterBlur(QImage& image, int radius) {
     if (radius < 1 || image.isNull() || qint64(image.width()) < 2 * qint64(radius))
         return;
-    const QImage src = straightSource(image);
-    QImage out(image.size(), image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    ResultRows result(image, radius, image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32,
+                      straightSource);
     const qint64 side = 2 * qint64(radius) + 1;
     if (side * side < 16000)
-        boxBlur<float>(src, out, radius);
+        boxBlur<float>(result, radius);
     else
-        boxBlur<double>(src, out, radius);
-    assignPremultiplied(image, std::move(out));
+        boxBlur<double>(result, radius);
+    result.finish();
 }
 
 void filterSharpen(QImage& image, int enable) {

@@ -46,7 +46,9 @@ inline void premultiplyRow(const uchar* in, uchar* out, int w) {
 // no later output row reads the source row it replaces.
 class ResultRows {
 public:
-    ResultRows(QImage& image, int reach, QImage::Format straightFormat)
+    // makeSource gives the straight source when the image cannot be used as it is.
+    ResultRows(QImage& image, int reach, QImage::Format straightFormat,
+               QImage (*makeSource)(const QImage&) = argb32Source)
         : m_image(image)
         , m_premultiply(straightFormat == QImage::Format_ARGB32)
         , m_inPlace(isStraight(image.format()) && image.isDetached() && reach < image.height())
@@ -54,7 +56,7 @@ public:
         if (m_inPlace) {
             m_dst = image.bits();
         } else {
-            m_source = argb32Source(image);
+            m_source = makeSource(image);
             m_out = QImage(image.size(), QImage::Format_ARGB32_Premultiplied);
             m_dst = m_out.bits();
         }
