@@ -16,6 +16,8 @@ private slots:
     void rawFormats_data();
     void rawFormats();
     void desaturateKeepsValueAndAlpha();
+    void desaturateMatchesIntegerHsv_data();
+    void desaturateMatchesIntegerHsv();
 };
 
 void TestFilterPoint::handComputed_data() {
@@ -127,6 +129,45 @@ void TestFilterPoint::desaturateKeepsValueAndAlpha() {
     filterDesaturate(image, 0.5f);
     // s = 191 becomes 95: the spread 96 becomes 48, each channel keeping its share of it.
     QCOMPARE(word(image, 0, 0), QRgb(0xff806050));
+}
+
+// The 8-bit HSV round trip with integer divisions, as the fast path must reproduce it.
+static QRgb desaturatedByIntegers(QRgb px, float keep) {
+    const int r = qRed(px), g = qGreen(px), b = qBlue(px);
+    const int v = std::max({r, g, b}), delta = v - std::min({r, g, b});
+    if (delta == 0)
+        return px;
+    const int s = (255 * delta + v / 2) / v;
+    const int reduced = int(float(s) * keep);
+    if (reduced == s)
+        return px;
+    const float scale = float((reduced * v + 127) / 255) / float(delta);
+    auto channel = [&](int c) { return v - int(float(v - c) * scale + 0.5f); };
+    return qRgba(channel(r), channel(g), channel(b), qAlpha(px));
+}
+
+void TestFilterPoint::desaturateMatchesIntegerHsv_data() {
+    QTest::addColumn<float>("amount");
+    QTest::newRow("a third") << 1.0f / 3;
+    QTest::newRow("half") << 0.5f;
+    QTest::newRow("all") << 1.0f;
+}
+
+// Every straight colour, since the vectorised path does its divisions in float.
+void TestFilterPoint::desaturateMatchesIntegerHsv() {
+    QFETCH(float, amount);
+    QImage image(4096, 4096, QImage::Format_ARGB32);
+    for (int y = 0; y < 4096; ++y) {
+        auto* p = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < 4096; ++x)
+            p[x] = 0x80000000u | quint32(y) << 12 | quint32(x);
+    }
+    const QImage source = image.copy();
+    filterDesaturate(image, amount);
+    for (int y = 0; y < 4096; ++y)
+        for (int x = 0; x < 4096; ++x)
+            if (word(image, x, y) != desaturatedByIntegers(word(source, x, y), 1.0f - amount))
+                QFAIL(qPrintable(QString::number(word(source, x, y), 16)));
 }
 
 QTEST_GUILESS_MAIN(TestFilterPoint)
