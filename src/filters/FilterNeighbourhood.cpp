@@ -281,7 +281,11 @@ void filterAntialias(QImage& image) {
 void filterDespeckle(QImage& image) {
     if (image.isNull())
         return;
-    QImage out = argb32Source(image).copy();
+    // An unshared straight image is worked on in place rather than copied.
+    const QImage::Format format = image.format();
+    const bool own =
+        image.isDetached() && (format == QImage::Format_ARGB32 || format == QImage::Format_RGB32);
+    QImage out = own ? std::move(image) : argb32Source(image).copy();
     out.reinterpretAsFormat(QImage::Format_ARGB32);
     const size_t size = size_t(out.width() + 2) * size_t(out.height() + 2);
     std::vector<uchar> f(size), g(size);

@@ -1,4 +1,4 @@
-#include "FilterPixels.h"
+#include "FilterRows.h"
 
 namespace filterpixels {
 
@@ -15,11 +15,8 @@ const uchar* unpremultiplyTable() {
 
 void assignPremultiplied(QImage& image, QImage&& result) {
     if (result.format() == QImage::Format_ARGB32) {
-        for (int y = 0; y < result.height(); ++y) {
-            auto* p = reinterpret_cast<QRgb*>(result.scanLine(y));
-            for (int x = 0; x < result.width(); ++x)
-                p[x] = qPremultiply(p[x]);
-        }
+        for (int y = 0; y < result.height(); ++y)
+            premultiplyRow(result.constScanLine(y), result.scanLine(y), result.width());
     }
     result.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied);
     image = std::move(result);
