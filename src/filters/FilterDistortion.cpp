@@ -1,4 +1,4 @@
-#include "FilterPixels.h"
+#include "FilterRows.h"
 #include "ImageFilters.h"
 
 #include <cmath>
@@ -74,13 +74,14 @@ struct Geometry {
 template <typename Map> void distort(QImage& image, Map map) {
     if (image.isNull())
         return;
-    const QImage src = argb32Source(image);
+    // Samples may come from any row, so the result never shares the source's buffer.
+    ResultRows result(image, image.height(), QImage::Format_ARGB32);
+    const QImage& src = result.source();
     const Geometry geo(src);
-    QImage out(src.size(), QImage::Format_ARGB32);
     const float limit = geo.radius * geo.radius;
     for (int y = 0; y < src.height(); ++y) {
         const auto* in = reinterpret_cast<const quint32*>(src.constScanLine(y));
-        auto* o = reinterpret_cast<quint32*>(out.scanLine(y));
+        auto* o = reinterpret_cast<quint32*>(result.row(y));
         const float dy = geo.yScale * (float(y) - geo.cy);
         for (int x = 0; x < src.width(); ++x) {
             const float dx = geo.xScale * (float(x) - geo.cx);
@@ -93,8 +94,9 @@ template <typename Map> void distort(QImage& image, Map map) {
             map(d, geo.radius, mx, my);
             o[x] = sample(src, mx / geo.xScale + geo.cx, my / geo.yScale + geo.cy);
         }
+        result.stored(y);
     }
-    assignPremultiplied(image, std::move(out));
+    result.finish();
 }
 
 } // namespace
