@@ -79,28 +79,19 @@ inline void toBytes(const float* in, uchar* out, int n) {
         out[j] = toByte(in[j]);
 }
 
-// Rounds the row pass's results to the bytes the column pass reads.
-FILTER_ROW_LOOP void roundToBytes(float* values, int n) {
-    for (int j = 0; j < n; ++j)
-        values[j] = toByte(values[j]);
-}
-
-FILTER_ROW_LOOP void scaledBytes(const float* in, float scale, uchar* out, int n) {
-    for (int j = 0; j < n; ++j)
-        out[j] = toByte(in[j] * scale);
-}
-
 // acc[j] += weight * in[j] over n floats.
 inline void addScaled(float* acc, const float* in, float weight, int n) {
     for (int j = 0; j < n; ++j)
         acc[j] += weight * in[j];
 }
 
-// acc[j] = the sum over taps i of k[i] * rows[i][j], added in the order of i starting from zero, as
-// a loop of addScaled calls would. Blocks of 64 outputs keep their sums in eight vector registers,
-// enough to hide the latency of the additions, instead of streaming the row through the cache once
-// per tap.
-FILTER_ROW_LOOP void weightedSum(const float* const* rows, const float* k, int taps, float* acc, int n) {
+// The sums over taps i of k[i] * rows[i][j], added in the order of i starting from zero, as a loop
+// of addScaled calls would, handed to finish(j, sums, count) for count outputs from j. Blocks of 64
+// outputs keep their sums in eight vector registers, enough to hide the latency of the additions,
+// instead of streaming the row through the cache once per tap.
+template <typename Finish>
+[[gnu::always_inline]] inline void weightedSums(const float* const* rows, const float* k, int taps, int n,
+                                                Finish finish) {
     using Floats8 = float __attribute__((vector_size(32)));
     constexpr int Vectors = 8, Block = 8 * Vectors;
     int j = 0;
@@ -115,14 +106,33 @@ FILTER_ROW_LOOP void weightedSum(const float* const* rows, const float* k, int t
                 a[v] += weight * x;
             }
         }
-        std::memcpy(acc + j, a, sizeof a);
+        float sums[Block];
+        std::memcpy(sums, a, sizeof a);
+        finish(j, sums, Block);
     }
     for (; j < n; ++j) {
         float a = 0;
         for (int i = 0; i < taps; ++i)
             a += k[i] * rows[i][j];
-        acc[j] = a;
+        finish(j, &a, 1);
     }
+}
+
+// The row pass's sums, rounded to the bytes the column pass reads but kept as floats.
+FILTER_ROW_LOOP void roundedSums(const float* const* rows, const float* k, int taps, float* out, int n) {
+    weightedSums(rows, k, taps, n, [out](int j, const float* sums, int count) {
+        for (int l = 0; l < count; ++l)
+            out[j + l] = toByte(sums[l]);
+    });
+}
+
+// The column pass's sums, renormalised by `scale` and rounded.
+FILTER_ROW_LOOP void scaledSums(const float* const* rows, const float* k, int taps, float scale, uchar* out,
+                                int n) {
+    weightedSums(rows, k, taps, n, [out, scale](int j, const float* sums, int count) {
+        for (int l = 0; l < count; ++l)
+            out[j + l] = toByte(sums[l] * scale);
+    });
 }
 
 // Blurs one row with k into `out`, rounded to bytes but kept as floats for the column pass; taps
@@ -136,7 +146,7 @@ void blurRow(const uchar* src, int w, const std::vector<float>& k, float* row, c
     if (end > first) {
         for (int i = 0; i < taps; ++i)
             rows[i] = row + 4 * (first + i - m);
-        weightedSum(rows, k.data(), taps, out + 4 * first, 4 * (end - first));
+        roundedSums(rows, k.data(), taps, out + 4 * first, 4 * (end - first));
     }
     auto renormalised = [&](int x) {
         float used = 0, sum[4] = {0, 0, 0, 0};
@@ -146,13 +156,12 @@ void blurRow(const uchar* src, int w, const std::vector<float>& k, float* row, c
                 sum[c] += k[i] * row[4 * (x + i - m) + c];
         }
         for (int c = 0; c < 4; ++c)
-            out[4 * x + c] = sum[c] / used;
+            out[4 * x + c] = toByte(sum[c] / used);
     };
     for (int x = 0; x < first; ++x)
         renormalised(x);
     for (int x = end; x < w; ++x)
         renormalised(x);
-    roundToBytes(out, bytes);
 }
 
 // Blurs the rows, then the columns of the blurred rows, renormalising where the kernel reaches past
@@ -162,7 +171,7 @@ void separableBlur(ResultRows& result, const std::vector<float>& k) {
     const QImage& src = result.source();
     const int w = src.width(), h = src.height(), m = int(k.size()) / 2, taps = int(k.size()), bytes = 4 * w;
     const int ringRows = std::min(taps, h);
-    std::vector<float> ring(size_t(ringRows) * bytes), row(bytes), acc(bytes);
+    std::vector<float> ring(size_t(ringRows) * bytes), row(bytes);
     std::vector<const float*> rows(taps);
     int made = 0;
     for (int y = 0; y < h; ++y) {
@@ -175,8 +184,7 @@ void separableBlur(ResultRows& result, const std::vector<float>& k) {
             rows[i - firstTap] = ring.data() + size_t((y + i - m) % ringRows) * bytes;
             used += k[i];
         }
-        weightedSum(rows.data(), k.data() + firstTap, endTap - firstTap, acc.data(), bytes);
-        scaledBytes(acc.data(), 1.0f / used, result.row(y), bytes);
+        scaledSums(rows.data(), k.data() + firstTap, endTap - firstTap, 1.0f / used, result.row(y), bytes);
         result.stored(y);
     }
 }
