@@ -160,23 +160,41 @@ template <typename Real> void boxBlur(ResultRows& result, int radius) {
     }
 }
 
+// high >= low + 2, without leaving bytes: the loops below then vectorise in byte lanes.
+inline uchar twoAbove(uchar high, uchar low) {
+    return uchar(std::max(high, low) - low) >= 2;
+}
+
+// The two passes of a hull step on one row of n positions; k is the neighbour's offset.
+FILTER_ROW_LOOP void raiseFirst(const uchar* f, uchar* __restrict g, int n, int k) {
+    for (int x = 0; x < n; ++x)
+        g[x] = uchar(f[x] + twoAbove(f[x + k], f[x]));
+}
+
+FILTER_ROW_LOOP void raiseSecond(const uchar* g, uchar* __restrict f, int n, int k) {
+    for (int x = 0; x < n; ++x)
+        f[x] = uchar(g[x] + (twoAbove(g[x - k], g[x]) & (g[x + k] > g[x])));
+}
+
+FILTER_ROW_LOOP void lowerFirst(const uchar* f, uchar* __restrict g, int n, int k) {
+    for (int x = 0; x < n; ++x)
+        g[x] = uchar(f[x] - twoAbove(f[x], f[x + k]));
+}
+
+FILTER_ROW_LOOP void lowerSecond(const uchar* g, uchar* __restrict f, int n, int k) {
+    for (int x = 0; x < n; ++x)
+        f[x] = uchar(g[x] - (twoAbove(g[x], g[x - k]) & (g[x + k] < g[x])));
+}
+
 // One hull step of the speckle removal over the inner positions of f and g (stride `stride`).
 template <bool Raise> void hullStep(uchar* f, uchar* g, int w, int h, int stride, int k) {
     for (int y = 1; y <= h; ++y) {
-        const uchar* fp = f + y * stride + 1;
-        uchar* gp = g + y * stride + 1;
-        for (int x = 0; x < w; ++x) {
-            const int a = fp[x], n = fp[x + k];
-            gp[x] = uchar(Raise ? a + (n >= a + 2) : a - (n <= a - 2));
-        }
+        const size_t row = size_t(y) * stride + 1;
+        (Raise ? raiseFirst : lowerFirst)(f + row, g + row, w, k);
     }
     for (int y = 1; y <= h; ++y) {
-        const uchar* gp = g + y * stride + 1;
-        uchar* fp = f + y * stride + 1;
-        for (int x = 0; x < w; ++x) {
-            const int a = gp[x], before = gp[x - k], after = gp[x + k];
-            fp[x] = uchar(Raise ? a + (before >= a + 2 && after > a) : a - (before <= a - 2 && after < a));
-        }
+        const size_t row = size_t(y) * stride + 1;
+        (Raise ? raiseSecond : lowerSecond)(g + row, f + row, w, k);
     }
 }
 
