@@ -79,24 +79,20 @@ inline void toBytes(const float* in, uchar* out, int n) {
         out[j] = toByte(in[j]);
 }
 
-// acc[j] += weight * in[j] over n floats.
-inline void addScaled(float* acc, const float* in, float weight, int n) {
-    for (int j = 0; j < n; ++j)
-        acc[j] += weight * in[j];
-}
-
-// The sums over taps i of k[i] * rows[i][j], added in the order of i starting from zero, as a loop
-// of addScaled calls would, handed to finish(j, sums, count) for count outputs from j. Blocks of 64
+// The sums over taps i of k[i] * rows[i][j], added tap after tap in the order of i to init[j] (or to
+// zero when init is null), handed to finish(j, sums, count) for count outputs from j. Blocks of 64
 // outputs keep their sums in eight vector registers, enough to hide the latency of the additions,
 // instead of streaming the row through the cache once per tap.
 template <typename Finish>
 [[gnu::always_inline]] inline void weightedSums(const float* const* rows, const float* k, int taps, int n,
-                                                Finish finish) {
+                                                const float* init, Finish finish) {
     using Floats8 = float __attribute__((vector_size(32)));
     constexpr int Vectors = 8, Block = 8 * Vectors;
     int j = 0;
     for (; j + Block <= n; j += Block) {
         Floats8 a[Vectors] = {};
+        if (init)
+            std::memcpy(a, init + j, sizeof a);
         for (int i = 0; i < taps; ++i) {
             const float* r = rows[i] + j;
             const float weight = k[i];
@@ -111,7 +107,7 @@ template <typename Finish>
         finish(j, sums, Block);
     }
     for (; j < n; ++j) {
-        float a = 0;
+        float a = init ? init[j] : 0.0f;
         for (int i = 0; i < taps; ++i)
             a += k[i] * rows[i][j];
         finish(j, &a, 1);
@@ -120,16 +116,23 @@ template <typename Finish>
 
 // The row pass's sums, rounded to the bytes the column pass reads but kept as floats.
 FILTER_ROW_LOOP void roundedSums(const float* const* rows, const float* k, int taps, float* out, int n) {
-    weightedSums(rows, k, taps, n, [out](int j, const float* sums, int count) {
+    weightedSums(rows, k, taps, n, nullptr, [out](int j, const float* sums, int count) {
         for (int l = 0; l < count; ++l)
             out[j + l] = toByte(sums[l]);
     });
 }
 
+// acc[j] (zero when init is null, else init[j]) plus the weighted sum.
+FILTER_ROW_LOOP void accumulate(const float* const* rows, const float* k, int taps, const float* init,
+                                float* acc, int n) {
+    weightedSums(rows, k, taps, n, init,
+                 [acc](int j, const float* sums, int count) { std::copy_n(sums, count, acc + j); });
+}
+
 // The column pass's sums, renormalised by `scale` and rounded.
 FILTER_ROW_LOOP void scaledSums(const float* const* rows, const float* k, int taps, float scale, uchar* out,
                                 int n) {
-    weightedSums(rows, k, taps, n, [out, scale](int j, const float* sums, int count) {
+    weightedSums(rows, k, taps, n, nullptr, [out, scale](int j, const float* sums, int count) {
         for (int l = 0; l < count; ++l)
             out[j + l] = toByte(sums[l] * scale);
     });
@@ -248,19 +251,33 @@ void convolve(const QImage& src, QImage& dst, const Kernel& kernel) {
         }
         return row;
     };
+    // The non-zero weights of one sum and the rows they scale (a zero weight adds nothing).
+    std::vector<const float*> rows;
+    std::vector<float> weights;
+    auto add = [&](const float* row, float weight) {
+        if (weight != 0) {
+            rows.push_back(row);
+            weights.push_back(weight);
+        }
+    };
+    auto sumInto = [&](float* out, const float* init, int n) {
+        accumulate(rows.data(), weights.data(), int(rows.size()), init, out, n);
+        rows.clear();
+        weights.clear();
+    };
     for (int y = 0; y < h; ++y) {
         std::fill(acc.begin(), acc.end(), 0.0f);
         for (const Kernel::Term& t : kernel.terms) {
-            std::fill(column.begin(), column.end(), 0.0f);
             for (int v = -m; v <= m; ++v)
-                if (t.vertical[v + m] != 0)
-                    addScaled(column.data(), paddedRow(y + v), t.vertical[v + m], padded);
+                add(paddedRow(y + v), t.vertical[v + m]);
+            sumInto(column.data(), nullptr, padded);
             for (int u = -m; u <= m; ++u)
-                if (t.horizontal[u + m] != 0)
-                    addScaled(acc.data(), column.data() + 4 * (u + m), t.horizontal[u + m], bytes);
+                add(column.data() + 4 * (u + m), t.horizontal[u + m]);
+            sumInto(acc.data(), acc.data(), bytes);
         }
         for (const Kernel::Tap& t : kernel.taps)
-            addScaled(acc.data(), paddedRow(y + t.v) + 4 * (t.u + m), t.weight, bytes);
+            add(paddedRow(y + t.v) + 4 * (t.u + m), t.weight);
+        sumInto(acc.data(), acc.data(), bytes);
         toBytes(acc.data(), dst.scanLine(y), bytes);
     }
 }
