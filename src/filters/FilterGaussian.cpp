@@ -336,8 +336,15 @@ template <typename MakeKernel>
 bool squareFilter(QImage& image, float radius, float sigma, MakeKernel makeKernel, QImage& out) {
     if (sigma == 0 || !std::isfinite(sigma) || image.isNull())
         return false;
+    const int width = squareKernelWidth(radius, sigma, widthCap(image));
+    if (ownsStraightWords(image)) {
+        // Each output row is written once the rows it replaces have been read into the ring.
+        out = std::move(image);
+        out.reinterpretAsFormat(QImage::Format_ARGB32);
+        convolve(out, out, makeKernel(width, sigma));
+        return true;
+    }
     const QImage src = argb32Source(image);
-    const int width = squareKernelWidth(radius, sigma, widthCap(src));
     out = QImage(src.size(), QImage::Format_ARGB32);
     convolve(src, out, makeKernel(width, sigma));
     return true;

@@ -300,9 +300,7 @@ void filterDespeckle(QImage& image) {
     if (image.isNull())
         return;
     // An unshared straight image is worked on in place rather than copied.
-    const QImage::Format format = image.format();
-    const bool own =
-        image.isDetached() && (format == QImage::Format_ARGB32 || format == QImage::Format_RGB32);
+    const bool own = ownsStraightWords(image);
     QImage out = own ? std::move(image) : argb32Source(image).copy();
     out.reinterpretAsFormat(QImage::Format_ARGB32);
     const size_t size = size_t(out.width() + 2) * size_t(out.height() + 2);

@@ -60,6 +60,13 @@ inline QImage argb32Source(const QImage& image) {
     return image.convertToFormat(QImage::Format_ARGB32);
 }
 
+// True when a converted filter may build its result in the image's own buffer: its pixels are
+// already straight 32-bit words and no other image shares them.
+inline bool ownsStraightWords(const QImage& image) {
+    const QImage::Format f = image.format();
+    return (f == QImage::Format_ARGB32 || f == QImage::Format_RGB32) && image.isDetached();
+}
+
 // Ends a converted filter: the image becomes the straight result in premultiplied format. Done
 // here rather than by QImage::convertTo, which may spread large images over a thread pool.
 void assignPremultiplied(QImage& image, QImage&& result);

@@ -51,7 +51,7 @@ public:
                QImage (*makeSource)(const QImage&) = argb32Source)
         : m_image(image)
         , m_premultiply(straightFormat == QImage::Format_ARGB32)
-        , m_inPlace(isStraight(image.format()) && image.isDetached() && reach < image.height())
+        , m_inPlace(ownsStraightWords(image) && reach < image.height())
         , m_reach(m_inPlace ? reach : 0) {
         if (m_inPlace) {
             m_dst = image.bits();
@@ -86,10 +86,6 @@ public:
     }
 
 private:
-    static bool isStraight(QImage::Format f) {
-        return f == QImage::Format_ARGB32 || f == QImage::Format_RGB32;
-    }
-
     void store(int y) {
         const int w = m_image.width();
         uchar* dst = m_dst + y * m_bpl;
