@@ -1,7 +1,8 @@
-#include "FilterPixels.h"
+#include "FilterRows.h"
 #include "ImageFilters.h"
 
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 using namespace filterpixels;
@@ -64,72 +65,130 @@ int blurWidth(float radius, double sigma, int cap) {
     return last;
 }
 
-inline void toFloat(const uchar* in, float* out, int n) {
+FILTER_ROW_LOOP void toFloat(const uchar* in, float* out, int n) {
     for (int j = 0; j < n; ++j)
         out[j] = in[j];
 }
 
+inline uchar toByte(float v) {
+    return uchar(int(std::min(std::max(v, 0.0f), 255.0f) + 0.5f));
+}
+
 inline void toBytes(const float* in, uchar* out, int n) {
     for (int j = 0; j < n; ++j)
-        out[j] = uchar(int(std::min(std::max(in[j], 0.0f), 255.0f) + 0.5f));
+        out[j] = toByte(in[j]);
 }
 
-// acc[j] += weight * in[j] over n floats.
-inline void addScaled(float* acc, const float* in, float weight, int n) {
-    for (int j = 0; j < n; ++j)
-        acc[j] += weight * in[j];
-}
-
-// Blurs each row with k; taps past the ends are dropped and the rest renormalised.
-void blurRows(const QImage& src, QImage& dst, const std::vector<float>& k) {
-    const int w = src.width(), m = int(k.size()) / 2, bytes = 4 * w;
-    std::vector<float> row(bytes), acc(bytes);
-    for (int y = 0; y < src.height(); ++y) {
-        toFloat(src.constScanLine(y), row.data(), bytes);
-        std::fill(acc.begin(), acc.end(), 0.0f);
-        const int first = std::min(m, w), end = std::max(w - m, first);
-        for (int i = 0; i < int(k.size()) && end > first; ++i)
-            addScaled(acc.data() + 4 * first, row.data() + 4 * (first + i - m), k[i], 4 * (end - first));
-        auto renormalised = [&](int x) {
-            float used = 0, sum[4] = {0, 0, 0, 0};
-            for (int i = std::max(0, m - x); i < int(k.size()) && x + i - m < w; ++i) {
-                used += k[i];
-                for (int c = 0; c < 4; ++c)
-                    sum[c] += k[i] * row[4 * (x + i - m) + c];
+// The sums over taps i of k[i] * rows[i][j], added tap after tap in the order of i to init[j] (or to
+// zero when init is null), handed to finish(j, sums, count) for count outputs from j. Blocks of 64
+// outputs keep their sums in eight vector registers, enough to hide the latency of the additions,
+// instead of streaming the row through the cache once per tap.
+template <typename Finish>
+[[gnu::always_inline]] inline void weightedSums(const float* const* rows, const float* k, int taps, int n,
+                                                const float* init, Finish finish) {
+    using Floats8 = float __attribute__((vector_size(32)));
+    constexpr int Vectors = 8, Block = 8 * Vectors;
+    int j = 0;
+    for (; j + Block <= n; j += Block) {
+        Floats8 a[Vectors] = {};
+        if (init)
+            std::memcpy(a, init + j, sizeof a);
+        for (int i = 0; i < taps; ++i) {
+            const float* r = rows[i] + j;
+            const float weight = k[i];
+            for (int v = 0; v < Vectors; ++v) {
+                Floats8 x;
+                std::memcpy(&x, r + 8 * v, sizeof x);
+                a[v] += weight * x;
             }
-            for (int c = 0; c < 4; ++c)
-                acc[4 * x + c] = sum[c] / used;
-        };
-        for (int x = 0; x < first; ++x)
-            renormalised(x);
-        for (int x = end; x < w; ++x)
-            renormalised(x);
-        toBytes(acc.data(), dst.scanLine(y), bytes);
+        }
+        float sums[Block];
+        std::memcpy(sums, a, sizeof a);
+        finish(j, sums, Block);
+    }
+    for (; j < n; ++j) {
+        float a = init ? init[j] : 0.0f;
+        for (int i = 0; i < taps; ++i)
+            a += k[i] * rows[i][j];
+        finish(j, &a, 1);
     }
 }
 
-// Blurs each column with k, renormalising where the kernel reaches past the top or bottom.
-void blurColumns(const QImage& src, QImage& dst, const std::vector<float>& k) {
-    const int h = src.height(), m = int(k.size()) / 2, bytes = 4 * src.width(), taps = int(k.size());
-    std::vector<float> ring(size_t(taps) * bytes), acc(bytes);
-    std::vector<int> loaded(taps, -1);
+// The row pass's sums, rounded to the bytes the column pass reads but kept as floats.
+FILTER_ROW_LOOP void roundedSums(const float* const* rows, const float* k, int taps, float* out, int n) {
+    weightedSums(rows, k, taps, n, nullptr, [out](int j, const float* sums, int count) {
+        for (int l = 0; l < count; ++l)
+            out[j + l] = toByte(sums[l]);
+    });
+}
+
+// acc[j] (zero when init is null, else init[j]) plus the weighted sum.
+FILTER_ROW_LOOP void accumulate(const float* const* rows, const float* k, int taps, const float* init,
+                                float* acc, int n) {
+    weightedSums(rows, k, taps, n, init,
+                 [acc](int j, const float* sums, int count) { std::copy_n(sums, count, acc + j); });
+}
+
+// The column pass's sums, renormalised by `scale` and rounded.
+FILTER_ROW_LOOP void scaledSums(const float* const* rows, const float* k, int taps, float scale, uchar* out,
+                                int n) {
+    weightedSums(rows, k, taps, n, nullptr, [out, scale](int j, const float* sums, int count) {
+        for (int l = 0; l < count; ++l)
+            out[j + l] = toByte(sums[l] * scale);
+    });
+}
+
+// Blurs one row with k into `out`, rounded to bytes but kept as floats for the column pass; taps
+// past the ends are dropped and the rest renormalised.
+// `rows` is scratch room for one pointer per tap.
+void blurRow(const uchar* src, int w, const std::vector<float>& k, float* row, const float** rows,
+             float* out) {
+    const int m = int(k.size()) / 2, taps = int(k.size()), bytes = 4 * w;
+    toFloat(src, row, bytes);
+    const int first = std::min(m, w), end = std::max(w - m, first);
+    if (end > first) {
+        for (int i = 0; i < taps; ++i)
+            rows[i] = row + 4 * (first + i - m);
+        roundedSums(rows, k.data(), taps, out + 4 * first, 4 * (end - first));
+    }
+    auto renormalised = [&](int x) {
+        float used = 0, sum[4] = {0, 0, 0, 0};
+        for (int i = std::max(0, m - x); i < taps && x + i - m < w; ++i) {
+            used += k[i];
+            for (int c = 0; c < 4; ++c)
+                sum[c] += k[i] * row[4 * (x + i - m) + c];
+        }
+        for (int c = 0; c < 4; ++c)
+            out[4 * x + c] = toByte(sum[c] / used);
+    };
+    for (int x = 0; x < first; ++x)
+        renormalised(x);
+    for (int x = end; x < w; ++x)
+        renormalised(x);
+}
+
+// Blurs the rows, then the columns of the blurred rows, renormalising where the kernel reaches past
+// an end. Blurred rows are made as the column pass first needs them and kept in a ring, so each
+// output row is ready once the source row it replaces has been read.
+void separableBlur(ResultRows& result, const std::vector<float>& k) {
+    const QImage& src = result.source();
+    const int w = src.width(), h = src.height(), m = int(k.size()) / 2, taps = int(k.size()), bytes = 4 * w;
+    const int ringRows = std::min(taps, h);
+    std::vector<float> ring(size_t(ringRows) * bytes), row(bytes);
+    std::vector<const float*> rows(taps);
+    int made = 0;
     for (int y = 0; y < h; ++y) {
-        std::fill(acc.begin(), acc.end(), 0.0f);
+        for (; made < h && made <= y + m; ++made)
+            blurRow(src.constScanLine(made), w, k, row.data(), rows.data(),
+                    ring.data() + size_t(made % ringRows) * bytes);
+        const int firstTap = std::max(0, m - y), endTap = std::min(taps, h - y + m);
         float used = 0;
-        for (int i = std::max(0, m - y); i < taps && y + i - m < h; ++i) {
-            const int r = y + i - m, slot = r % taps;
-            float* row = ring.data() + size_t(slot) * bytes;
-            if (loaded[slot] != r) {
-                toFloat(src.constScanLine(r), row, bytes);
-                loaded[slot] = r;
-            }
-            addScaled(acc.data(), row, k[i], bytes);
+        for (int i = firstTap; i < endTap; ++i) {
+            rows[i - firstTap] = ring.data() + size_t((y + i - m) % ringRows) * bytes;
             used += k[i];
         }
-        const float scale = 1.0f / used;
-        for (float& v : acc)
-            v *= scale;
-        toBytes(acc.data(), dst.scanLine(y), bytes);
+        scaledSums(rows.data(), k.data() + firstTap, endTap - firstTap, 1.0f / used, result.row(y), bytes);
+        result.stored(y);
     }
 }
 
@@ -192,19 +251,33 @@ void convolve(const QImage& src, QImage& dst, const Kernel& kernel) {
         }
         return row;
     };
+    // The non-zero weights of one sum and the rows they scale (a zero weight adds nothing).
+    std::vector<const float*> rows;
+    std::vector<float> weights;
+    auto add = [&](const float* row, float weight) {
+        if (weight != 0) {
+            rows.push_back(row);
+            weights.push_back(weight);
+        }
+    };
+    auto sumInto = [&](float* out, const float* init, int n) {
+        accumulate(rows.data(), weights.data(), int(rows.size()), init, out, n);
+        rows.clear();
+        weights.clear();
+    };
     for (int y = 0; y < h; ++y) {
         std::fill(acc.begin(), acc.end(), 0.0f);
         for (const Kernel::Term& t : kernel.terms) {
-            std::fill(column.begin(), column.end(), 0.0f);
             for (int v = -m; v <= m; ++v)
-                if (t.vertical[v + m] != 0)
-                    addScaled(column.data(), paddedRow(y + v), t.vertical[v + m], padded);
+                add(paddedRow(y + v), t.vertical[v + m]);
+            sumInto(column.data(), nullptr, padded);
             for (int u = -m; u <= m; ++u)
-                if (t.horizontal[u + m] != 0)
-                    addScaled(acc.data(), column.data() + 4 * (u + m), t.horizontal[u + m], bytes);
+                add(column.data() + 4 * (u + m), t.horizontal[u + m]);
+            sumInto(acc.data(), acc.data(), bytes);
         }
         for (const Kernel::Tap& t : kernel.taps)
-            addScaled(acc.data(), paddedRow(y + t.v) + 4 * (t.u + m), t.weight, bytes);
+            add(paddedRow(y + t.v) + 4 * (t.u + m), t.weight);
+        sumInto(acc.data(), acc.data(), bytes);
         toBytes(acc.data(), dst.scanLine(y), bytes);
     }
 }
@@ -263,8 +336,15 @@ template <typename MakeKernel>
 bool squareFilter(QImage& image, float radius, float sigma, MakeKernel makeKernel, QImage& out) {
     if (sigma == 0 || !std::isfinite(sigma) || image.isNull())
         return false;
+    const int width = squareKernelWidth(radius, sigma, widthCap(image));
+    if (ownsStraightWords(image)) {
+        // Each output row is written once the rows it replaces have been read into the ring.
+        out = std::move(image);
+        out.reinterpretAsFormat(QImage::Format_ARGB32);
+        convolve(out, out, makeKernel(width, sigma));
+        return true;
+    }
     const QImage src = argb32Source(image);
-    const int width = squareKernelWidth(radius, sigma, widthCap(src));
     out = QImage(src.size(), QImage::Format_ARGB32);
     convolve(src, out, makeKernel(width, sigma));
     return true;
@@ -278,12 +358,9 @@ void filterGaussianBlur(QImage& image, float radius, float sigma) {
     const int width = blurWidth(radius, sigma, widthCap(image));
     if (width < 3)
         return;
-    const std::vector<float> k = blurKernel(width, sigma);
-    const QImage src = argb32Source(image);
-    QImage rows(src.size(), QImage::Format_ARGB32), out(src.size(), QImage::Format_ARGB32);
-    blurRows(src, rows, k);
-    blurColumns(rows, out, k);
-    assignPremultiplied(image, std::move(out));
+    ResultRows result(image, 0, QImage::Format_ARGB32);
+    separableBlur(result, blurKernel(width, sigma));
+    result.finish();
 }
 
 void filterGaussianSharpen(QImage& image, float radius, float sigma) {

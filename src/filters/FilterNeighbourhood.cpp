@@ -1,4 +1,4 @@
-#include "FilterPixels.h"
+#include "FilterRows.h"
 #include "ImageFilters.h"
 
 #include <cstdlib>
@@ -8,23 +8,79 @@ using namespace filterpixels;
 
 namespace {
 
-// Runs op on every byte of every pixel with its 3 x 3 neighbourhood (rows t, m, b; offsets -4, 0, +4),
-// the nearest row or column standing in for those outside. The image is at least 3 x 3.
-template <typename Op> void forEach3x3(const QImage& src, QImage& out, Op op) {
-    const int w = src.width(), h = src.height();
+// Rows above, at and below output row y, the nearest row standing in past the top and bottom.
+struct Rows3 {
+    const uchar *t, *m, *b;
+    Rows3(const QImage& src, int y)
+        : t(clampedRow(src, y - 1))
+        , m(src.constScanLine(y))
+        , b(clampedRow(src, y + 1)) {}
+};
+
+// Runs op on the bytes of the first and last pixel of a row, the nearest column standing in past
+// the sides; the 3 x 3 filters' vector loops cover the pixels between. The row is at least 2 wide.
+template <typename Op> void edgePixels(const Rows3& r, uchar* o, int w, Op op) {
     const int last = 4 * (w - 1);
-    for (int y = 0; y < h; ++y) {
-        const uchar* t = clampedRow(src, y - 1);
-        const uchar* m = src.constScanLine(y);
-        const uchar* b = clampedRow(src, y + 1);
-        uchar* o = out.scanLine(y);
-        for (int c = 0; c < 4; ++c) {
-            o[c] = op(t[c], t[c], t[c + 4], m[c], m[c], m[c + 4], b[c], b[c], b[c + 4]);
-            o[last + c] = op(t[last + c - 4], t[last + c], t[last + c], m[last + c - 4], m[last + c],
-                             m[last + c], b[last + c - 4], b[last + c], b[last + c]);
-        }
-        for (int j = 4; j < last; ++j)
-            o[j] = op(t[j - 4], t[j], t[j + 4], m[j - 4], m[j], m[j + 4], b[j - 4], b[j], b[j + 4]);
+    const uchar *t = r.t, *m = r.m, *b = r.b;
+    for (int c = 0; c < 4; ++c) {
+        o[c] = uchar(op(t[c], t[c], t[c + 4], m[c], m[c], m[c + 4], b[c], b[c], b[c + 4]));
+        o[last + c] = uchar(op(t[last + c - 4], t[last + c], t[last + c], m[last + c - 4], m[last + c],
+                               m[last + c], b[last + c - 4], b[last + c], b[last + c]));
+    }
+}
+
+// The sharpen rule on 16-bit sums (the raw sum lies in [-1020, 1275]): negative gives 0, bit 8
+// set gives 255, else the low byte. Written without branches so that it vectorises.
+inline uchar sharpenByte(qint16 s) {
+    const qint16 bit8 = qint16(-((s >> 8) & 1));
+    return uchar((s | bit8) & ~(s >> 15));
+}
+
+FILTER_ROW_LOOP void sharpenRow(const uchar* up, const uchar* c, const uchar* down, uchar* o, int from,
+                                int to) {
+    for (int j = from; j < to; ++j)
+        o[j] = sharpenByte(qint16(5 * c[j] - up[j] - down[j] - c[j - 4] - c[j + 4]));
+}
+
+// Sobel sums stay below 2048 and the antialias sums below 5101: both fit 16-bit lanes.
+inline int edgeByte(int tl, int t, int tr, int l, int r, int bl, int b, int br) {
+    const qint16 gx = qint16((tr + 2 * r + br) - (tl + 2 * l + bl));
+    const qint16 gy = qint16((tl + 2 * t + tr) - (bl + 2 * b + br));
+    return std::min<qint16>(qint16(std::abs(gx) + std::abs(gy)), 255);
+}
+
+FILTER_ROW_LOOP void edgeRow(const uchar* t, const uchar* m, const uchar* b, uchar* o, int from, int to) {
+    for (int j = from; j < to; ++j)
+        o[j] = uchar(edgeByte(t[j - 4], t[j], t[j + 4], m[j - 4], m[j + 4], b[j - 4], b[j], b[j + 4]));
+}
+
+inline int antialiasByte(int tl, int t, int tr, int l, int m, int r, int bl, int b, int br) {
+    return quint16(tl + 2 * t + tr + 2 * l + 8 * m + 2 * r + bl + 2 * b + br) / quint16(20);
+}
+
+FILTER_ROW_LOOP void antialiasRow(const uchar* t, const uchar* m, const uchar* b, uchar* o, int from,
+                                  int to) {
+    for (int j = from; j < to; ++j)
+        o[j] = uchar(
+            antialiasByte(t[j - 4], t[j], t[j + 4], m[j - 4], m[j], m[j + 4], b[j - 4], b[j], b[j + 4]));
+}
+
+// Sets the alpha byte of n words from another row (alpha 0xff for a null row).
+FILTER_ROW_LOOP void copyAlpha(const uchar* from, uchar* to, int n) {
+    auto* o = reinterpret_cast<quint32*>(to);
+    const auto* a = reinterpret_cast<const quint32*>(from);
+    for (int x = 0; x < n; ++x)
+        o[x] = (o[x] & 0x00ffffffu) | (a ? a[x] & 0xff000000u : 0xff000000u);
+}
+
+// The grey level (11 red + 16 green + 5 blue) >> 5 as an opaque grey.
+FILTER_ROW_LOOP void greyRow(const uchar* in, uchar* out, int w) {
+    const auto* s = reinterpret_cast<const quint32*>(in);
+    auto* o = reinterpret_cast<quint32*>(out);
+    for (int x = 0; x < w; ++x) {
+        const quint32 p = s[x];
+        const quint32 grey = (11u * ((p >> 16) & 0xff) + 16u * ((p >> 8) & 0xff) + 5u * (p & 0xff)) >> 5;
+        o[x] = 0xff000000u + grey * 0x010101u;
     }
 }
 
@@ -48,33 +104,46 @@ QImage straightSource(const QImage& image) {
     return straight;
 }
 
-// Writes floor(sums / counts) for one output row of the box blur. The reciprocal is offset by half a
-// unit so that it never falls below an exact quotient; float is exact while count stays below 16000.
-template <typename Real> void divideRow(const quint32* sums, const Real* reciprocal, uchar* out, int bytes) {
-    for (int j = 0; j < bytes; ++j)
-        out[j] = uchar(int((Real(sums[j]) + Real(0.5)) * reciprocal[j >> 2]));
+// floor(sum / count) through a reciprocal offset by half a unit, so that it never falls below the
+// exact quotient; float is exact while count stays below 16000.
+template <typename Real> inline uchar boxMean(quint32 sum, Real reciprocal) {
+    return uchar(int((Real(sum) + Real(0.5)) * reciprocal));
 }
 
-template <typename Real> void boxBlur(const QImage& src, QImage& out, int radius) {
+// Output bytes [from, to) of a row whose windows all lie inside it: one reciprocal for all, and
+// each window sum a difference of the running column sums `prefix` (entry j sums bytes before j).
+template <typename Real>
+void boxRowInside(const quint32* prefix, int radius, Real reciprocal, uchar* out, int from, int to) {
+    const quint32* lo = prefix - 4 * radius;
+    const quint32* hi = prefix + 4 * (radius + 1);
+    for (int j = from; j < to; ++j)
+        out[j] = boxMean(hi[j] - lo[j], reciprocal);
+}
+
+template <typename Real> void boxBlur(ResultRows& result, int radius) {
+    const QImage& src = result.source();
     const int w = src.width(), h = src.height(), bytes = 4 * w;
-    std::vector<quint32> columns(bytes, 0), prefix(bytes + 4, 0), sums(bytes);
-    std::vector<Real> reciprocal(w);
+    std::vector<quint32> columns(bytes, 0), prefix(bytes + 4, 0);
     for (int y = 0; y <= std::min(radius, h - 1); ++y) {
         const uchar* s = src.constScanLine(y);
         for (int j = 0; j < bytes; ++j)
             columns[j] += s[j];
     }
     int rowsIn = std::min(radius, h - 1) + 1;
+    // Pixels closer than the radius to a side have clipped windows of their own size.
+    const int insideFrom = std::min(radius, w), insideTo = std::max(w - radius, insideFrom);
     for (int y = 0; y < h; ++y) {
         for (int j = 0; j < bytes; ++j)
             prefix[j + 4] = prefix[j] + columns[j];
-        for (int x = 0; x < w; ++x) {
+        uchar* out = result.row(y);
+        boxRowInside(prefix.data(), radius, Real(1) / Real(rowsIn * (2 * radius + 1)), out, 4 * insideFrom,
+                     4 * insideTo);
+        for (int x = 0; x < w; x = x + 1 == insideFrom ? insideTo : x + 1) {
             const int left = std::max(x - radius, 0), right = std::min(x + radius, w - 1);
+            const Real reciprocal = Real(1) / Real(rowsIn * (right - left + 1));
             for (int c = 0; c < 4; ++c)
-                sums[4 * x + c] = prefix[4 * (right + 1) + c] - prefix[4 * left + c];
-            reciprocal[x] = Real(1) / Real(rowsIn * (right - left + 1));
+                out[4 * x + c] = boxMean(prefix[4 * (right + 1) + c] - prefix[4 * left + c], reciprocal);
         }
-        divideRow(sums.data(), reciprocal.data(), out.scanLine(y), bytes);
         if (y + radius + 1 < h) {
             const uchar* in = src.constScanLine(y + radius + 1);
             for (int j = 0; j < bytes; ++j)
@@ -87,26 +156,45 @@ template <typename Real> void boxBlur(const QImage& src, QImage& out, int radius
                 columns[j] -= gone[j];
             --rowsIn;
         }
+        result.stored(y);
     }
+}
+
+// high >= low + 2, without leaving bytes: the loops below then vectorise in byte lanes.
+inline uchar twoAbove(uchar high, uchar low) {
+    return uchar(std::max(high, low) - low) >= 2;
+}
+
+// The two passes of a hull step on one row of n positions; k is the neighbour's offset.
+FILTER_ROW_LOOP void raiseFirst(const uchar* f, uchar* __restrict g, int n, int k) {
+    for (int x = 0; x < n; ++x)
+        g[x] = uchar(f[x] + twoAbove(f[x + k], f[x]));
+}
+
+FILTER_ROW_LOOP void raiseSecond(const uchar* g, uchar* __restrict f, int n, int k) {
+    for (int x = 0; x < n; ++x)
+        f[x] = uchar(g[x] + (twoAbove(g[x - k], g[x]) & (g[x + k] > g[x])));
+}
+
+FILTER_ROW_LOOP void lowerFirst(const uchar* f, uchar* __restrict g, int n, int k) {
+    for (int x = 0; x < n; ++x)
+        g[x] = uchar(f[x] - twoAbove(f[x], f[x + k]));
+}
+
+FILTER_ROW_LOOP void lowerSecond(const uchar* g, uchar* __restrict f, int n, int k) {
+    for (int x = 0; x < n; ++x)
+        f[x] = uchar(g[x] - (twoAbove(g[x], g[x - k]) & (g[x + k] < g[x])));
 }
 
 // One hull step of the speckle removal over the inner positions of f and g (stride `stride`).
 template <bool Raise> void hullStep(uchar* f, uchar* g, int w, int h, int stride, int k) {
     for (int y = 1; y <= h; ++y) {
-        const uchar* fp = f + y * stride + 1;
-        uchar* gp = g + y * stride + 1;
-        for (int x = 0; x < w; ++x) {
-            const int a = fp[x], n = fp[x + k];
-            gp[x] = uchar(Raise ? a + (n >= a + 2) : a - (n <= a - 2));
-        }
+        const size_t row = size_t(y) * stride + 1;
+        (Raise ? raiseFirst : lowerFirst)(f + row, g + row, w, k);
     }
     for (int y = 1; y <= h; ++y) {
-        const uchar* gp = g + y * stride + 1;
-        uchar* fp = f + y * stride + 1;
-        for (int x = 0; x < w; ++x) {
-            const int a = gp[x], before = gp[x - k], after = gp[x + k];
-            fp[x] = uchar(Raise ? a + (before >= a + 2 && after > a) : a - (before <= a - 2 && after < a));
-        }
+        const size_t row = size_t(y) * stride + 1;
+        (Raise ? raiseSecond : lowerSecond)(g + row, f + row, w, k);
     }
 }
 
@@ -141,75 +229,79 @@ void despeckleChannel(QImage& image, int channel, std::vector<uchar>& f, std::ve
 void filterBlur(QImage& image, int radius) {
     if (radius < 1 || image.isNull() || qint64(image.width()) < 2 * qint64(radius))
         return;
-    const QImage src = straightSource(image);
-    QImage out(image.size(), image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    ResultRows result(image, radius, image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32,
+                      straightSource);
     const qint64 side = 2 * qint64(radius) + 1;
     if (side * side < 16000)
-        boxBlur<float>(src, out, radius);
+        boxBlur<float>(result, radius);
     else
-        boxBlur<double>(src, out, radius);
-    assignPremultiplied(image, std::move(out));
+        boxBlur<double>(result, radius);
+    result.finish();
 }
 
 void filterSharpen(QImage& image, int enable) {
     if (image.isNull() || enable < 1)
         return;
-    const QImage src = argb32Source(image);
-    QImage out = src.copy();
-    out.reinterpretAsFormat(QImage::Format_ARGB32);
-    const int w = src.width(), h = src.height(), last = 4 * (w - 1);
-    for (int y = 1; y + 1 < h; ++y) {
-        const uchar* up = src.constScanLine(y - 1);
+    ResultRows result(image, 1, QImage::Format_ARGB32);
+    const QImage& src = result.source();
+    const int h = src.height(), bytes = 4 * src.width();
+    for (int y = 0; y < h; ++y) {
         const uchar* c = src.constScanLine(y);
-        const uchar* down = src.constScanLine(y + 1);
-        uchar* o = out.scanLine(y);
-        for (int j = 4; j < last; ++j) {
-            const int s = 5 * c[j] - up[j] - down[j] - c[j - 4] - c[j + 4];
-            o[j] = uchar(s < 0 ? 0 : (s & 256) ? 255 : s & 255);
+        uchar* o = result.row(y);
+        if (y == 0 || y == h - 1 || bytes < 12) {
+            std::copy_n(c, bytes, o);
+        } else {
+            std::copy_n(c, 4, o);
+            std::copy_n(c + bytes - 4, 4, o + bytes - 4);
+            sharpenRow(src.constScanLine(y - 1), c, src.constScanLine(y + 1), o, 4, bytes - 4);
         }
+        result.stored(y);
     }
-    assignPremultiplied(image, std::move(out));
+    result.finish();
 }
 
 void filterEdge(QImage& image) {
     if (image.width() < 3 || image.height() < 3)
         return;
-    const QImage src = argb32Source(image);
-    QImage out(src.size(), QImage::Format_RGB32);
-    forEach3x3(src, out, [](int tl, int t, int tr, int l, int, int r, int bl, int b, int br) {
-        const int gx = (tr + 2 * r + br) - (tl + 2 * l + bl);
-        const int gy = (tl + 2 * t + tr) - (bl + 2 * b + br);
-        return uchar(std::min(std::abs(gx) + std::abs(gy), 255));
-    });
-    for (int y = 0; y < out.height(); ++y) {
-        auto* words = reinterpret_cast<quint32*>(out.scanLine(y));
-        for (int x = 0; x < out.width(); ++x)
-            words[x] |= 0xff000000u;
+    ResultRows result(image, 1, QImage::Format_RGB32);
+    const QImage& src = result.source();
+    const int w = src.width();
+    for (int y = 0; y < src.height(); ++y) {
+        const Rows3 r(src, y);
+        uchar* o = result.row(y);
+        edgePixels(r, o, w, [](int tl, int t, int tr, int l, int, int r, int bl, int b, int br) {
+            return edgeByte(tl, t, tr, l, r, bl, b, br);
+        });
+        edgeRow(r.t, r.m, r.b, o, 4, 4 * (w - 1));
+        copyAlpha(nullptr, o, w);
+        result.stored(y);
     }
-    assignPremultiplied(image, std::move(out));
+    result.finish();
 }
 
 void filterAntialias(QImage& image) {
     if (image.width() < 3 || image.height() < 3)
         return;
-    const QImage src = argb32Source(image);
-    QImage out(src.size(), QImage::Format_ARGB32);
-    forEach3x3(src, out, [](int tl, int t, int tr, int l, int m, int r, int bl, int b, int br) {
-        return uchar((tl + 2 * t + tr + 2 * l + 8 * m + 2 * r + bl + 2 * b + br) / 20);
-    });
-    for (int y = 0; y < out.height(); ++y) {
-        const uchar* s = src.constScanLine(y);
-        uchar* o = out.scanLine(y);
-        for (int x = 0; x < out.width(); ++x)
-            o[4 * x + Alpha] = s[4 * x + Alpha];
+    ResultRows result(image, 1, QImage::Format_ARGB32);
+    const QImage& src = result.source();
+    const int w = src.width();
+    for (int y = 0; y < src.height(); ++y) {
+        const Rows3 r(src, y);
+        uchar* o = result.row(y);
+        edgePixels(r, o, w, antialiasByte);
+        antialiasRow(r.t, r.m, r.b, o, 4, 4 * (w - 1));
+        copyAlpha(r.m, o, w);
+        result.stored(y);
     }
-    assignPremultiplied(image, std::move(out));
+    result.finish();
 }
 
 void filterDespeckle(QImage& image) {
     if (image.isNull())
         return;
-    QImage out = argb32Source(image).copy();
+    // An unshared straight image is worked on in place rather than copied.
+    const bool own = ownsStraightWords(image);
+    QImage out = own ? std::move(image) : argb32Source(image).copy();
     out.reinterpretAsFormat(QImage::Format_ARGB32);
     const size_t size = size_t(out.width() + 2) * size_t(out.height() + 2);
     std::vector<uchar> f(size), g(size);
@@ -233,15 +325,11 @@ void filterCharcoal(QImage& image) {
 void filterGrayscale(QImage& image) {
     if (image.isNull())
         return;
-    const QImage src = argb32Source(image);
-    QImage out(src.size(), QImage::Format_ARGB32_Premultiplied);
+    ResultRows result(image, 0, QImage::Format_RGB32);
+    const QImage& src = result.source();
     for (int y = 0; y < src.height(); ++y) {
-        const uchar* s = src.constScanLine(y);
-        auto* o = reinterpret_cast<quint32*>(out.scanLine(y));
-        for (int x = 0; x < src.width(); ++x, s += 4) {
-            const quint32 grey = (11u * s[Red] + 16u * s[Green] + 5u * s[Blue]) >> 5;
-            o[x] = 0xff000000u + grey * 0x010101u;
-        }
+        greyRow(src.constScanLine(y), result.row(y), src.width());
+        result.stored(y);
     }
-    image = std::move(out);
+    result.finish();
 }

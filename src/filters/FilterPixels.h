@@ -19,6 +19,14 @@ constexpr int Blue = 3, Green = 2, Red = 1, Alpha = 0;
 
 using ByteTable = std::array<uchar, 256>;
 
+// Hot row loops also get an AVX2 clone, picked when the library loads; both clones do the same
+// integer or float operations in the same order, so the results do not depend on the machine.
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
+#define FILTER_ROW_LOOP __attribute__((target_clones("avx2", "default")))
+#else
+#define FILTER_ROW_LOOP
+#endif
+
 inline uchar clampByte(int v) {
     return uchar(v < 0 ? 0 : v > 255 ? 255 : v);
 }
@@ -52,6 +60,13 @@ inline QImage argb32Source(const QImage& image) {
     return image.convertToFormat(QImage::Format_ARGB32);
 }
 
+// True when a converted filter may build its result in the image's own buffer: its pixels are
+// already straight 32-bit words and no other image shares them.
+inline bool ownsStraightWords(const QImage& image) {
+    const QImage::Format f = image.format();
+    return (f == QImage::Format_ARGB32 || f == QImage::Format_RGB32) && image.isDetached();
+}
+
 // Ends a converted filter: the image becomes the straight result in premultiplied format. Done
 // here rather than by QImage::convertTo, which may spread large images over a thread pool.
 void assignPremultiplied(QImage& image, QImage&& result);
@@ -74,8 +89,14 @@ template <typename F> void transformStraight(QImage& image, F f) {
     for (int y = 0; y < h; ++y) {
         uchar* p = base + y * bpl;
         if (!premultiplied) {
-            for (int x = 0; x < w; ++x, p += 4)
-                f(p[Red], p[Green], p[Blue]);
+            // Whole words: one store per pixel instead of one per channel.
+            auto* words = reinterpret_cast<quint32*>(p);
+            for (int x = 0; x < w; ++x) {
+                const quint32 px = words[x];
+                uchar r = uchar(px >> 16), g = uchar(px >> 8), b = uchar(px);
+                f(r, g, b);
+                words[x] = (px & 0xff000000u) | quint32(r) << 16 | quint32(g) << 8 | b;
+            }
             continue;
         }
         for (int x = 0; x < w; ++x, p += 4) {
@@ -90,10 +111,10 @@ template <typename F> void transformStraight(QImage& image, F f) {
     }
 }
 
-// Counts of the straight red, green, blue and alpha levels.
+// Counts of the straight red, green and blue levels (no map reads alpha's).
 struct Histograms {
-    std::array<std::array<quint64, 256>, 4> count{};
-    enum { R, G, B, A };
+    std::array<std::array<quint64, 256>, 3> count{};
+    enum { R, G, B };
 };
 Histograms straightHistograms(const QImage& wordImage);
 

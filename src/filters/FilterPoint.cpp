@@ -47,12 +47,13 @@ std::array<int, 3> colourMeans(const QImage& image) {
     const int w = image.width(), h = image.height();
     quint64 blue = 0, green = 0, red = 0;
     for (int y = 0; y < h; ++y) {
-        const uchar* p = image.constScanLine(y);
+        // Whole words, so that the three sums vectorise.
+        const auto* p = reinterpret_cast<const quint32*>(image.constScanLine(y));
         quint32 rowBlue = 0, rowGreen = 0, rowRed = 0;
-        for (int x = 0; x < w; ++x, p += 4) {
-            rowBlue += p[Blue];
-            rowGreen += p[Green];
-            rowRed += p[Red];
+        for (int x = 0; x < w; ++x) {
+            rowBlue += p[x] & 0xff;
+            rowGreen += p[x] >> 8 & 0xff;
+            rowRed += p[x] >> 16 & 0xff;
         }
         blue += rowBlue;
         green += rowGreen;
@@ -63,25 +64,27 @@ std::array<int, 3> colourMeans(const QImage& image) {
 }
 
 // Straight colour to hue (kept exact), saturation and value with 8-bit components and back, with
-// only the saturation scaled. A pixel whose saturation does not change keeps its colour exactly.
-struct Desaturator {
-    float keep;
-    void operator()(uchar& r, uchar& g, uchar& b) const {
-        const int v = std::max({r, g, b});
-        const int delta = v - std::min({r, g, b});
-        if (delta == 0)
-            return;
-        const int s = (255 * delta + v / 2) / v;
-        const int reduced = int(float(s) * keep);
-        if (reduced == s)
-            return;
-        const int newDelta = (reduced * v + 127) / 255;
-        const float scale = float(newDelta) / float(delta);
-        r = uchar(v - int(float(v - r) * scale + 0.5f));
-        g = uchar(v - int(float(v - g) * scale + 0.5f));
-        b = uchar(v - int(float(v - b) * scale + 0.5f));
-    }
-};
+// only the saturation scaled; a pixel whose saturation does not change keeps its colour exactly.
+// The integer divisions are done in float: every dividend is below 2^16 and every divisor at most
+// 255, so the correctly rounded quotient truncates to the same integer. Without branches, so that
+// rows of pixels vectorise.
+inline quint32 desaturated(quint32 px, float keep) {
+    const int r = int(px >> 16 & 0xff), g = int(px >> 8 & 0xff), b = int(px & 0xff);
+    const int v = std::max(r, std::max(g, b)), delta = v - std::min(r, std::min(g, b));
+    const int s = int(float(255 * delta + v / 2) / float(std::max(v, 1)));
+    const int reduced = int(float(s) * keep);
+    const int newDelta = int(float(reduced * v + 127) / 255.0f);
+    const float scale = float(newDelta) / float(std::max(delta, 1));
+    auto channel = [&](int c) { return quint32(uchar(v - int(float(v - c) * scale + 0.5f))); };
+    const quint32 changed = (px & 0xff000000u) | channel(r) << 16 | channel(g) << 8 | channel(b);
+    const quint32 unchanged = 0u - quint32((delta == 0) | (reduced == s));
+    return (px & unchanged) | (changed & ~unchanged);
+}
+
+FILTER_ROW_LOOP void desaturateRow(quint32* words, int w, float keep) {
+    for (int x = 0; x < w; ++x)
+        words[x] = desaturated(words[x], keep);
+}
 
 } // namespace
 
@@ -116,5 +119,17 @@ void filterContrast(QImage& image, int amount) {
 
 void filterDesaturate(QImage& image, float amount) {
     const float a = amount > 1.0f ? 1.0f : amount > 0.0f ? amount : 0.0f;
-    transformStraight(image, Desaturator{1.0f - a});
+    const float keep = 1.0f - a;
+    makeWordImage(image);
+    if (image.format() == QImage::Format_ARGB32_Premultiplied) {
+        transformStraight(image, [keep](uchar& r, uchar& g, uchar& b) {
+            const quint32 px = desaturated(quint32(r) << 16 | quint32(g) << 8 | b, keep);
+            r = uchar(px >> 16);
+            g = uchar(px >> 8);
+            b = uchar(px);
+        });
+        return;
+    }
+    for (int y = 0; y < image.height(); ++y)
+        desaturateRow(reinterpret_cast<quint32*>(image.scanLine(y)), image.width(), keep);
 }

@@ -3,9 +3,31 @@
 
 #include <QTest>
 
+#include <algorithm>
+
 #ifdef HAVE_OPENCV
 #include <opencv2/imgproc.hpp>
 #endif
+
+namespace {
+
+// The 8-bit HSV round trip of the desaturation with integer divisions, which the vectorised path
+// (dividing in float) must reproduce exactly.
+QRgb desaturatedByIntegers(QRgb px, float keep) {
+    const int r = qRed(px), g = qGreen(px), b = qBlue(px);
+    const int v = std::max({r, g, b}), delta = v - std::min({r, g, b});
+    if (delta == 0)
+        return px;
+    const int s = (255 * delta + v / 2) / v;
+    const int reduced = int(float(s) * keep);
+    if (reduced == s)
+        return px;
+    const float scale = float((reduced * v + 127) / 255) / float(delta);
+    auto channel = [&](int c) { return v - int(float(v - c) * scale + 0.5f); };
+    return qRgba(channel(r), channel(g), channel(b), qAlpha(px));
+}
+
+} // namespace
 
 // What filters without a short integer rule must do, and how every filter handles the formats.
 class TestFilterEffects : public QObject {
@@ -30,6 +52,30 @@ private slots:
         QVERIFY(qRed(word(image, 4, 4)) < 100);
         QVERIFY(qRed(word(image, 5, 4)) > 150);
         QCOMPARE(qRed(word(image, 0, 4)), 100);
+    }
+
+    void desaturateMatchesIntegerHsv_data() {
+        QTest::addColumn<float>("amount");
+        QTest::newRow("a third") << 1.0f / 3;
+        QTest::newRow("half") << 0.5f;
+        QTest::newRow("all") << 1.0f;
+    }
+
+    // Every straight colour once.
+    void desaturateMatchesIntegerHsv() {
+        QFETCH(float, amount);
+        QImage image(4096, 4096, QImage::Format_ARGB32);
+        for (int y = 0; y < 4096; ++y) {
+            auto* p = reinterpret_cast<QRgb*>(image.scanLine(y));
+            for (int x = 0; x < 4096; ++x)
+                p[x] = 0x80000000u | quint32(y) << 12 | quint32(x);
+        }
+        const QImage source = image.copy();
+        filterDesaturate(image, amount);
+        for (int y = 0; y < 4096; ++y)
+            for (int x = 0; x < 4096; ++x)
+                if (word(image, x, y) != desaturatedByIntegers(word(source, x, y), 1.0f - amount))
+                    QFAIL(qPrintable(QString::number(word(source, x, y), 16)));
     }
 
     void swirlMovesInsideOnly() {
