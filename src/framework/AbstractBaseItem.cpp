@@ -6,6 +6,7 @@
 #include "SimpleTextItem.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QActionGroup>
 #include <QCursor>
 #include <QDomDocument>
@@ -27,33 +28,12 @@ AbstractBaseItem::AbstractBaseItem(QGraphicsItem* parent, int, void*)
 // The handgrips and the label are graphics children and go with the item.
 AbstractBaseItem::~AbstractBaseItem() = default;
 
+AbstractBaseItem* AbstractBaseItem::fromGraphicsItem(QGraphicsItem* item) {
+    return item ? qobject_cast<AbstractBaseItem*>(item->toGraphicsObject()) : nullptr;
+}
+
 AbstractScene* AbstractBaseItem::hostScene() const {
     return m_linkScene ? m_linkScene : qobject_cast<AbstractScene*>(scene());
-}
-
-double AbstractBaseItem::calibratedDistance1() const {
-    return m_mesureP[Dist1] * m_calibration.factor;
-}
-
-double AbstractBaseItem::calibratedDistance2() const {
-    return m_mesureP[Dist2] * m_calibration.factor;
-}
-
-double AbstractBaseItem::calibrateValue(double v) const {
-    return v * m_calibration.factor;
-}
-
-double AbstractBaseItem::uncalibrateValue(double v) const {
-    return v / m_calibration.factor;
-}
-
-void AbstractBaseItem::copyCommonData(AbstractBaseItem* dst, AbstractBaseItem* src) {
-    if (dst && src && dst != src)
-        dst->m_calibration = src->m_calibration;
-}
-
-void AbstractBaseItem::setCalibration(const Calibration& calibration) {
-    m_calibration = calibration;
 }
 
 QVariant AbstractBaseItem::getCommonParams(const QString& key, const QVariant& defaultValue) {
@@ -80,14 +60,18 @@ void AbstractBaseItem::edit() {
 }
 
 void AbstractBaseItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event) {
-    if (m_previewed)
+    if (m_previewed && !menuInPreview())
         return;
     QMenu menu;
     fillContextMenu(&menu);
     if (menu.isEmpty())
         return;
-    if (QAction* chosen = menu.exec(event->screenPos()))
+    if (QAction* chosen = menu.exec(menuPosition(event)))
         applyContextMenu(chosen->data().toInt());
+}
+
+QPoint AbstractBaseItem::menuPosition(QGraphicsSceneContextMenuEvent*) const {
+    return QCursor::pos();
 }
 
 void AbstractBaseItem::chooseMesure(int index, const QString& commonKey) {
@@ -96,6 +80,12 @@ void AbstractBaseItem::chooseMesure(int index, const QString& commonKey) {
     setCommonParams(commonKey, value);
     commonUpdateText();
     emit mesureChanged(this);
+}
+
+void AbstractBaseItem::addMenuEntries(QMenu* menu, const QList<MenuEntry>& entries, int checked) {
+    for (const MenuEntry& entry : entries)
+        createMenuAction(menu, QIcon(), QCoreApplication::translate(metaObject()->className(), entry.text),
+                         entry.data == checked, nullptr, entry.data);
 }
 
 QPointF AbstractBaseItem::centroid() {
@@ -116,6 +106,7 @@ void AbstractBaseItem::setFont(const QFont& font) {
 
 void AbstractBaseItem::transmitFont(const QFont& font) {
     m_font2 = font;
+    m_gripFontSet = true;
     for (HoverEventItem* grip : std::as_const(m_handgripItems))
         grip->setFont(font, m_pen.color());
     if (m_handgripCentroid)
@@ -123,6 +114,7 @@ void AbstractBaseItem::transmitFont(const QFont& font) {
 }
 
 void AbstractBaseItem::transmitFontColor(const QColor& color) {
+    m_gripFontColor = color;
     for (HoverEventItem* grip : std::as_const(m_handgripItems))
         grip->setFontColor(color);
     if (m_handgripCentroid)
@@ -190,10 +182,12 @@ void AbstractBaseItem::setLinkName(AbstractBaseItem*, QString& name) {
 
 QVariant AbstractBaseItem::itemChange(GraphicsItemChange change, const QVariant& value) {
     if (change == ItemSelectedHasChanged) {
-        if (value.toBool())
+        if (value.toBool()) {
             showHandgrips();
-        else
+        } else {
             hideHandgrips();
+            releaseHandgrips();
+        }
     }
     QGraphicsObject::itemChange(change, value);
     return value;
@@ -206,11 +200,13 @@ void AbstractBaseItem::computeGUID(const QString& name, int index) {
              static_cast<unsigned long>((index + 1) % 100);
 }
 
-void AbstractBaseItem::initIdentity(int id) {
+void AbstractBaseItem::initIdentity(int id, const char* mesureKey, int mesureDefault) {
     m_type = QString::fromLatin1(metaObject()->className());
     computeGUID(m_type, id);
     if (m_guidName.isEmpty())
         m_guidName = m_type + QString::number(id);
+    if (mesureKey)
+        m_mesureIndex = getCommonParams(QString::fromLatin1(mesureKey), mesureDefault).toInt();
 }
 
 QPointF AbstractBaseItem::childCentre(const QGraphicsItem* child) const {

@@ -5,6 +5,7 @@
 #include "graphicsobjects_export.h"
 
 #include <QBrush>
+#include <QColor>
 #include <QFont>
 #include <QGraphicsObject>
 #include <QIcon>
@@ -13,6 +14,8 @@
 #include <QPointF>
 #include <QTransform>
 #include <QVariant>
+
+#include <initializer_list>
 
 class AbstractScene;
 class HoverEventItem;
@@ -36,9 +39,16 @@ public:
     // Measure kinds: indices into both measure arrays.
     enum MesureKind { Centroid = 0, Dist1, Dist2, Ang1, Ang2, Aera, Perim, Rad1, Rad2, Diam, Cust, Reserved };
     static constexpr int NoMesure = 100;
+    // The common parameter holding the measure a new item of the class shows, and its default;
+    // a class that has one declares both again.
+    static constexpr const char* MesureKey = nullptr;
+    static constexpr int MesureDefault = 0;
 
     AbstractBaseItem(QGraphicsItem* parent, int id, void* context);
     ~AbstractBaseItem() override;
+
+    // The library item a graphics item is, or null.
+    static AbstractBaseItem* fromGraphicsItem(QGraphicsItem* item);
 
     // --- Non-virtual operations
     void setInternalLock(bool lock) { m_internalLock = lock; }
@@ -74,9 +84,13 @@ public:
     double calibrateValue(double v) const;
     double uncalibrateValue(double v) const;
     static void copyCommonData(AbstractBaseItem* dst, AbstractBaseItem* src);
-    // How a host calibrates an item: the whole block at once.
+    // How a host calibrates an item: the whole block at once. A change recomputes the calibrated
+    // measures, refreshes the label and emits mesureChanged and mesureChangedEND.
     void setCalibration(const Calibration& calibration);
     Calibration calibration() const { return m_calibration; }
+    // How a pixel measure turns into a calibrated one.
+    enum class MesureUnit { None, Length, Area, Angle };
+    virtual MesureUnit mesureUnit(int i) const;
     // Length of the horizontal reference line the second angle is measured against.
     void setReferenceLength(int length) { m_referenceLength = length; }
     int referenceLength() const { return m_referenceLength; }
@@ -84,8 +98,22 @@ public:
     int maxMesuresNum() const { return MesuresCount; }
     int mesureIndex() const { return m_mesureIndex; }
     QString mesure2QString(int i) const;
+    // The text of measure i by the common table ("dist1:12.50*mm").
     QString formatTextMesure(int i) const;
     QString formatTextMesureP(int i) const;
+    // Measure i as the item's label shows it: the common text, or the item's own names and units
+    // (a hardness indentation shows "hardness:511.01*HV").
+    QString displayedMesure(int i) const;
+    // The parts of a measure text: every text the library shows (label, grip tooltip, linked text)
+    // is assembled from them.
+    struct MesureText {
+        QString name;   // "dist1:"
+        QString number; // "12.50", empty for the centroid
+        QString unit;   // "mm", empty where no unit is shown
+        QString label() const;  // "dist1:12.50*mm"
+        QString inText() const; // "dist1:12.50 mm", for running text
+    };
+    virtual MesureText mesureText(int i) const;
 
     QPen penCentroidText() const { return m_penCentroidText; }
     QPen pen() const { return m_pen; }
@@ -94,8 +122,11 @@ public:
     QFont font2() const { return m_font2; }
 
     HoverEventItem* handgripCentroid() const { return m_handgripCentroid; }
-    QList<HoverEventItem*> handgripItems() const { return m_handgripItems; }
-    QList<QPointF> mline() const { return m_mline; }
+    // The item's grips, created on demand: an item keeps none while it is neither selected nor
+    // being drawn.
+    QList<HoverEventItem*> handgripItems() const;
+    // The defining points, in scene coordinates (the item keeps them in its own).
+    QList<QPointF> mline() const;
     SimpleTextItem* label() const { return m_label; }
     QString getLinkName() const { return m_linkName; }
 
@@ -166,6 +197,11 @@ public:
     virtual QTransform makeRotation(double angle, const QRectF& r);
     virtual QPainterPath createPath(QRectF) { return QPainterPath(); }
 
+    // A menu entry: its text (translated in the item's class context) and its action data.
+    struct MenuEntry {
+        const char* text;
+        int data;
+    };
     // Menus are built and applied in two halves, so that a choice made in code takes the same path
     // as a click: fill*Menu adds the actions, apply*Menu receives the chosen action's data.
     // The context menu opens on a right click, the edit menu from edit() (or a double click).
@@ -173,6 +209,28 @@ public:
     virtual void applyContextMenu(int) {}
     virtual void fillEditMenu(QMenu*) {}
     virtual void applyEditMenu(int) {}
+
+    // One grip of the item: its id (a point index, or a rectangle position for grips on a frame),
+    // its kind (HoverEventItem::Kind) and its place in item coordinates. The centroid grip is not a
+    // handle: it carries the label and never reaches the handle calls, so an id of 8 is free for a
+    // ninth point.
+    struct Handle {
+        int id;
+        int kind;
+        QPointF pos;
+    };
+    // The grips as the geometry asks for them now.
+    virtual QList<Handle> handles() const { return {}; }
+    // A grip's drag, as one call per step with the grip's id. Press and release emit
+    // mesureChangedSTART and mesureChangedEND unless overridden.
+    virtual void handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers);
+    virtual void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers);
+    virtual void handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers);
+    // Whether the item is drawn click by click: its releases then say whether creation goes on
+    // (EditionCreating), and a double click or Return/Enter ends it through completeCreation(),
+    // whose answer is the next mode. Other items are complete at the release of their drag.
+    virtual bool drawnByClicks() const { return false; }
+    virtual typModeEdition completeCreation() { return EditionComplete; }
 
     // Linking of a text annotation to a measuring item.
     virtual void associate(AbstractBaseItem* item, void*);
@@ -217,19 +275,34 @@ protected:
     virtual void computeGUID(const QString& name, int index);
 
     QString mesureIndexToName(int i, double v) const;
+    // The measure text of kind i for value v by the base's table.
+    MesureText tableMesureText(int i, double v) const;
+    // Calibrates the listed measures from their pixel values, each by its unit's rule.
+    void calibrateMesures(std::initializer_list<int> kinds);
+    // What a calibration change does: recompute and announce. Items with other rules override it.
+    virtual void recalibrate();
+    // Places the existing grips where handles() says, adding or dropping grips when their number
+    // changed; does nothing while the item has no grips.
+    void refreshHandgrips();
+    // The grip with this id, if the item has its grips now.
+    HoverEventItem* handgrip(int id) const;
+    // Locks the grips without the movable flag that lockunlockHandgrips gives them.
+    void lockHandgripsOnly(bool lock);
+    // Points in item coordinates mapped to the scene, and back.
+    QList<QPointF> toScene(const QList<QPointF>& points) const;
+    QList<QPointF> fromScene(const QList<QPointF>& points) const;
     // Identity of a new item, called by the most derived constructor: the class name as type, the
-    // GUID from it and the id, and "<class><id>" as GUID name unless one was given.
-    void initIdentity(int id);
+    // GUID from it and the id, and "<class><id>" as GUID name unless one was given; with a measure
+    // key, the measure shown is the one the common parameters remember.
+    void initIdentity(int id, const char* mesureKey = nullptr, int mesureDefault = 0);
     // Centre of a child's scene bounding rectangle, in item coordinates.
     QPointF childCentre(const QGraphicsItem* child) const;
-    // The handgrip that sent the signal being handled, or null.
-    HoverEventItem* senderHandgrip() const;
-    QList<QPointF> handgripScenePositions() const;
-    void syncHandgripsToRect(const QRectF& r);
     // Creates the centroid grip and the label if needed and puts the grip on centroid().
     void placeCentroidHandgrip();
     // A measure picked in a menu: shown, remembered under commonKey for the next item, announced.
     void chooseMesure(int index, const QString& commonKey);
+    // One checkable action per entry, checked where the entry's data equals checked.
+    void addMenuEntries(QMenu* menu, const QList<MenuEntry>& entries, int checked);
     void copyDataTo(AbstractBaseItem* other);
     double distancePointToLine(QPointF p, QPointF a, QPointF b) const;
     void insertPoint(int index, const QPointF& p, QList<QPointF>& points);
@@ -238,6 +311,9 @@ protected:
     bool createPointIfNeeded(const QPointF& p, QList<QPointF>& points, bool closed);
 
     void contextMenuEvent(QGraphicsSceneContextMenuEvent* event) override;
+    // Where the context menu opens, and whether it opens while the item is a preview.
+    virtual QPoint menuPosition(QGraphicsSceneContextMenuEvent* event) const;
+    virtual bool menuInPreview() const { return true; }
     void keyPressEvent(QKeyEvent*) override {}
     void keyReleaseEvent(QKeyEvent*) override {}
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) override {}
@@ -247,7 +323,7 @@ protected:
     // State shared with the derived items.
     typModeEdition m_modeEdition = EditionCreating;
     QList<QPointF> m_mline;
-    QList<HoverEventItem*> m_handgripItems;
+    mutable QList<HoverEventItem*> m_handgripItems;
     HoverEventItem* m_handgripCentroid = nullptr;
     QPointF m_centroidPoint;
     QPointF m_refRotationPoint;
@@ -284,4 +360,16 @@ protected:
     QList<QPointF> m_auxPoints;
     AbstractScene* m_linkScene = nullptr;
     int m_referenceLength = 0;
+
+private:
+    friend class HoverEventItem;
+    void materialiseHandgrips() const;
+    void releaseHandgrips();
+    HoverEventItem* createHandgrip(const Handle& handle) const;
+    void gripEvent(HoverEventItem* grip, int phase, const QPointF& scenePos, Qt::KeyboardModifiers modifiers);
+
+    bool m_gripsLocked = false;
+    bool m_gripsMovable = false;
+    bool m_gripFontSet = false;
+    QColor m_gripFontColor;
 };

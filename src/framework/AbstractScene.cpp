@@ -1,7 +1,6 @@
 #include "AbstractScene.h"
 
 #include "AbstractBaseItem.h"
-#include "ItemFactory.h"
 
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
@@ -31,6 +30,16 @@ void AbstractScene::setImage(const QImage& image) {
     if (!image.isNull() && sceneRect().isEmpty())
         setSceneRect(QRectF(QPointF(0, 0), image.size()));
     update();
+    emit imageChanged();
+}
+
+void AbstractScene::setCalibration(const Calibration& calibration) {
+    m_calibration = calibration;
+    m_hasCalibration = true;
+    for (QGraphicsItem* item : items()) {
+        if (AbstractBaseItem* tool = AbstractBaseItem::fromGraphicsItem(item))
+            tool->setCalibration(calibration);
+    }
 }
 
 void AbstractScene::drawBackground(QPainter* painter, const QRectF& rect) {
@@ -46,6 +55,8 @@ void AbstractScene::startTool(AbstractBaseItem* item) {
     if (item->scene() != this)
         addItem(item);
     item->setLinkScene(this);
+    if (m_hasCalibration)
+        item->setCalibration(m_calibration);
     // Items drawn click by click follow the cursor between the clicks.
     for (QGraphicsView* view : views())
         view->viewport()->setMouseTracking(true);
@@ -53,37 +64,29 @@ void AbstractScene::startTool(AbstractBaseItem* item) {
     m_creating = item;
 }
 
-AbstractBaseItem* AbstractScene::startTool(const QString& name, int id) {
-    QString className = name;
-    AbstractBaseItem* item = XBaseItemToolCreate(className, nullptr, id, nullptr);
-    if (!item)
-        item = XBaseItemMesureCreate(className, nullptr, id, nullptr);
-    startTool(item);
-    return item;
-}
-
 AbstractBaseItem* AbstractScene::itemInCreation() const {
     return m_creating;
 }
 
 void AbstractScene::cancelTool() {
-    if (m_creating)
-        discard(m_creating);
+    AbstractBaseItem* item = m_creating;
     m_creating = nullptr;
+    if (item)
+        discard(item);
 }
 
 void AbstractScene::discard(AbstractBaseItem* item) {
+    const QString type = item->getType();
     removeItem(item);
     delete item;
+    emit itemRejected(type);
 }
 
 void AbstractScene::finishCreation() {
     AbstractBaseItem* item = m_creating;
     m_creating = nullptr;
     if (!item->endEdition()) {
-        const QString type = item->getType();
         discard(item);
-        emit itemRejected(type);
         return;
     }
     item->forceSelection();
@@ -127,15 +130,39 @@ void AbstractScene::mouseReleaseEvent(QGraphicsSceneMouseEvent* event) {
     event->accept();
     if (event->button() != Qt::LeftButton || !m_creating->creationStarted())
         return;
-    if (m_creating->mouseRelease(event) != AbstractBaseItem::EditionCreating)
+    const AbstractBaseItem::typModeEdition mode = m_creating->mouseRelease(event);
+    if (m_creating && (!m_creating->drawnByClicks() || mode != AbstractBaseItem::EditionCreating))
+        finishCreation();
+}
+
+void AbstractScene::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event) {
+    if (!m_creating) {
+        QGraphicsScene::mouseDoubleClickEvent(event);
+        return;
+    }
+    event->accept();
+    if (event->button() == Qt::LeftButton && m_creating->creationStarted() &&
+        m_creating->completeCreation() != AbstractBaseItem::EditionCreating)
         finishCreation();
 }
 
 void AbstractScene::keyPressEvent(QKeyEvent* event) {
-    if (m_creating && event->key() == Qt::Key_Escape) {
-        cancelTool();
-        event->accept();
+    if (!m_creating) {
+        QGraphicsScene::keyPressEvent(event);
         return;
     }
-    QGraphicsScene::keyPressEvent(event);
+    switch (event->key()) {
+    case Qt::Key_Escape:
+        cancelTool();
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_creating->creationStarted() && m_creating->completeCreation() != AbstractBaseItem::EditionCreating)
+            finishCreation();
+        break;
+    default:
+        QGraphicsScene::keyPressEvent(event);
+        return;
+    }
+    event->accept();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Calibration.h"
 #include "graphicsobjects_export.h"
 
 #include <QGraphicsScene>
@@ -27,17 +28,22 @@ public:
     double orthoReferenceAngle() const { return m_orthoAngle; }
     virtual void setOrthoReferenceAngle(double degrees);
 
-    // The image the items lie on, drawn as the background; null when there is none.
+    // The image the items lie on, drawn as the background; null when there is none. Setting it
+    // emits imageChanged, which the items that read the image follow.
     void setImage(const QImage& image);
     QImage image() const { return m_image; }
 
+    // The calibration of the scene: setting it calibrates every item on the scene, and every item
+    // started later with startTool.
+    void setCalibration(const Calibration& calibration);
+    Calibration calibration() const { return m_calibration; }
+    bool hasCalibration() const { return m_hasCalibration; }
+
     // Drawing: the item is added to the scene and receives the scene's mouse events (left button,
-    // Shift constrains) until its release says creation is complete; endEdition then accepts it,
-    // left selected, or rejects it, removed and deleted. Right button or Escape cancels.
+    // Shift constrains) until its release says creation is complete, or a double click or
+    // Return/Enter completes it; endEdition then accepts it, left selected, or rejects it, removed
+    // and deleted. Right button or Escape cancels. Every discarded item is announced by itemRejected.
     void startTool(AbstractBaseItem* item);
-    // The same for a class name or displayed name, made by the tool or the measure factory;
-    // null (and nothing started) for a name neither knows.
-    AbstractBaseItem* startTool(const QString& name, int id = 0);
     AbstractBaseItem* itemInCreation() const;
     void cancelTool();
 
@@ -45,11 +51,13 @@ signals:
     void orthoReferenceAngleChanged(double degrees);
     void itemAccepted(AbstractBaseItem* item);
     void itemRejected(const QString& type);
+    void imageChanged();
 
 protected:
     void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* event) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* event) override;
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void drawBackground(QPainter* painter, const QRectF& rect) override;
 
@@ -59,6 +67,8 @@ private:
 
     QPointer<AbstractBaseItem> m_creating;
     QImage m_image;
+    Calibration m_calibration;
+    bool m_hasCalibration = false;
     double m_zoomX = 1.0;
     double m_zoomY = 1.0;
     bool m_verticalZoomInForce = false;

@@ -15,4 +15,11 @@ struct Calibration {
     double extra = 0;
     int flag1 = 0;
     int flag2 = 0;
+
+    friend bool operator==(const Calibration& a, const Calibration& b) {
+        return a.unitName == b.unitName && a.unitText == b.unitText && a.resolution == b.resolution &&
+               a.factor == b.factor && a.unitCode == b.unitCode && a.decimals == b.decimals &&
+               a.origin == b.origin && a.extra == b.extra && a.flag1 == b.flag1 && a.flag2 == b.flag2;
+    }
+    friend bool operator!=(const Calibration& a, const Calibration& b) { return !(a == b); }
 };

@@ -1,5 +1,7 @@
 #include "HoverEventItem.h"
 
+#include "AbstractBaseItem.h"
+
 #include <QBrush>
 #include <QCursor>
 #include <QGraphicsSceneMouseEvent>
@@ -56,19 +58,18 @@ QCursor gripCursor(int type) {
         return QCursor(Qt::SizeHorCursor);
     case HoverEventItem::ResizeVertical:
         return QCursor(Qt::SizeVerCursor);
-    case HoverEventItem::Rotation: {
+    default: {
         const QPixmap pixmap(QStringLiteral(":/cursor_rotate.png"));
         return pixmap.isNull() ? QCursor(Qt::CrossCursor) : QCursor(pixmap);
     }
-    default:
-        return QCursor();
     }
 }
 
 } // namespace
 
 void HoverEventItemSetup(QList<double> sizes, QList<QColor> colours) {
-    if (!sizes.isEmpty() && std::isfinite(sizes.first()) && sizes.first() >= 1 && sizes.first() < 1000)
+    // Truncated to whole pixels; sizes no grip can have are refused.
+    if (!sizes.isEmpty() && std::isfinite(sizes.first()) && sizes.first() >= 1 && sizes.first() <= 1e6)
         settings().size = int(sizes.first());
     if (colours.size() > 0)
         settings().outline = colours[0];
@@ -108,7 +109,9 @@ HoverEventItem::HoverEventItem(QObject* owner, QGraphicsItem* parent, int id, in
     m_text->setFont(m_font);
     m_text->setPos(framePath.boundingRect().topRight());
     applyLook();
-    setCursor(gripCursor(type));
+    // The centroid grip keeps whatever cursor is under it.
+    if (type >= Move && type <= Rotation)
+        setCursor(gripCursor(type));
 }
 
 void HoverEventItem::applyLook() {
@@ -241,6 +244,7 @@ void HoverEventItem::mousePressEvent(QGraphicsSceneMouseEvent* event) {
     m_pressed = true;
     event->accept();
     emit initPos(event->scenePos());
+    tellOwner(Pressed, event);
 }
 
 void HoverEventItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event) {
@@ -249,6 +253,7 @@ void HoverEventItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event) {
         return;
     }
     emit moved(event->scenePos());
+    tellOwner(Moved, event);
 }
 
 void HoverEventItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event) {
@@ -258,8 +263,14 @@ void HoverEventItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event) {
     }
     m_pressed = false;
     emit releasePos(event->scenePos());
+    tellOwner(Released, event);
     if (parentItem())
         parentItem()->setFocus(Qt::OtherFocusReason);
+}
+
+void HoverEventItem::tellOwner(Phase phase, QGraphicsSceneMouseEvent* event) {
+    if (auto* item = qobject_cast<AbstractBaseItem*>(parent()))
+        item->gripEvent(this, phase, event->scenePos(), event->modifiers());
 }
 
 void HoverEventItem::hoverEnterEvent(QGraphicsSceneHoverEvent* event) {

@@ -30,6 +30,11 @@ public:
         Center
     };
 
+    // The phases of a drag, as the owning item receives them.
+    enum Phase { Pressed, Moved, Released };
+
+    // An owner that is an AbstractBaseItem receives every drag step as a handle call with this
+    // grip's id, besides the signals.
     HoverEventItem(QObject* owner, QGraphicsItem* parent, int id, int type);
 
     int getId() const { return m_id; }
@@ -71,6 +76,7 @@ protected:
 
 private:
     void applyLook();
+    void tellOwner(Phase phase, QGraphicsSceneMouseEvent* event);
 
     QGraphicsPathItem* m_frame = nullptr;
     QGraphicsSimpleTextItem* m_text = nullptr;

@@ -1,4 +1,8 @@
 // Handgrips and point editing of AbstractBaseItem.
+//
+// Grips are a view of handles(): they are created when the item is selected, being drawn or asked
+// for its grips, follow the geometry through refreshHandgrips(), and go when the item is
+// deselected. A scene of thousands of idle items thus holds no grip at all.
 #include "AbstractBaseItem.h"
 
 #include "HoverEventItem.h"
@@ -20,20 +24,100 @@ void AbstractBaseItem::placeCentroidHandgrip() {
     m_handgripCentroid->setPos(centroid());
 }
 
-HoverEventItem* AbstractBaseItem::senderHandgrip() const {
-    return qobject_cast<HoverEventItem*>(sender());
+QList<HoverEventItem*> AbstractBaseItem::handgripItems() const {
+    materialiseHandgrips();
+    return m_handgripItems;
 }
 
-QList<QPointF> AbstractBaseItem::handgripScenePositions() const {
-    QList<QPointF> positions;
-    positions.reserve(m_handgripItems.size());
-    for (const HoverEventItem* grip : m_handgripItems)
-        positions.append(grip->scenePos());
-    return positions;
+HoverEventItem* AbstractBaseItem::handgrip(int id) const {
+    for (HoverEventItem* grip : m_handgripItems) {
+        if (grip->getId() == id)
+            return grip;
+    }
+    return nullptr;
 }
 
-void AbstractBaseItem::syncHandgripsToRect(const QRectF& r) {
-    HoverEventItem::syncHandgrips(r, m_handgripItems);
+HoverEventItem* AbstractBaseItem::createHandgrip(const Handle& handle) const {
+    auto* self = const_cast<AbstractBaseItem*>(this);
+    auto* grip = new HoverEventItem(self, self, handle.id, handle.kind);
+    grip->setPos(handle.pos);
+    grip->setLockstate(m_gripsLocked);
+    grip->setFlag(ItemIsMovable, m_gripsMovable);
+    if (m_gripFontSet)
+        grip->setFont(m_font2, m_pen.color());
+    if (m_gripFontColor.isValid())
+        grip->setFontColor(m_gripFontColor);
+    grip->setVisible(isSelected());
+    return grip;
+}
+
+void AbstractBaseItem::materialiseHandgrips() const {
+    if (!m_handgripItems.isEmpty())
+        return;
+    for (const Handle& handle : handles())
+        m_handgripItems.append(createHandgrip(handle));
+    const_cast<AbstractBaseItem*>(this)->updateHandgrips();
+    for (HoverEventItem* grip : std::as_const(m_handgripItems))
+        grip->setVisible(isSelected());
+}
+
+void AbstractBaseItem::refreshHandgrips() {
+    if (m_handgripItems.isEmpty())
+        return;
+    const QList<Handle> wanted = handles();
+    bool sameSet = wanted.size() == m_handgripItems.size();
+    for (int i = 0; sameSet && i < wanted.size(); ++i)
+        sameSet = m_handgripItems[i]->getType() == wanted[i].kind;
+    if (!sameSet) {
+        const bool shown = m_handgripItems.first()->isVisible();
+        releaseHandgrips();
+        materialiseHandgrips();
+        for (HoverEventItem* grip : std::as_const(m_handgripItems))
+            grip->setVisible(shown);
+        return;
+    }
+    for (int i = 0; i < wanted.size(); ++i) {
+        m_handgripItems[i]->setId(wanted[i].id);
+        m_handgripItems[i]->setPos(wanted[i].pos);
+    }
+}
+
+void AbstractBaseItem::releaseHandgrips() {
+    // A grip may be releasing the mouse right now: it goes once its event is over.
+    for (HoverEventItem* grip : std::as_const(m_handgripItems)) {
+        grip->setVisible(false);
+        grip->setEnabled(false);
+        grip->deleteLater();
+    }
+    m_handgripItems.clear();
+}
+
+void AbstractBaseItem::gripEvent(HoverEventItem* grip, int phase, const QPointF& scenePos,
+                                 Qt::KeyboardModifiers modifiers) {
+    if (grip == m_handgripCentroid || !m_handgripItems.contains(grip))
+        return;
+    const int id = grip->getId();
+    switch (phase) {
+    case HoverEventItem::Pressed:
+        handlePressed(id, scenePos, modifiers);
+        break;
+    case HoverEventItem::Moved:
+        handleMoved(id, scenePos, modifiers);
+        break;
+    default:
+        handleReleased(id, scenePos, modifiers);
+        break;
+    }
+}
+
+void AbstractBaseItem::handlePressed(int, const QPointF&, Qt::KeyboardModifiers) {
+    emit mesureChangedSTART(this);
+}
+
+void AbstractBaseItem::handleMoved(int, const QPointF&, Qt::KeyboardModifiers) {}
+
+void AbstractBaseItem::handleReleased(int, const QPointF&, Qt::KeyboardModifiers) {
+    emit mesureChangedEND(this);
 }
 
 void AbstractBaseItem::showHandgripCentroid() {
@@ -47,6 +131,7 @@ void AbstractBaseItem::hideHandgripCentroid() {
 }
 
 void AbstractBaseItem::showHandgrips() {
+    materialiseHandgrips();
     for (HoverEventItem* grip : std::as_const(m_handgripItems))
         grip->setVisible(true);
 }
@@ -57,10 +142,18 @@ void AbstractBaseItem::hideHandgrips() {
 }
 
 void AbstractBaseItem::lockunlockHandgrips(bool lock) {
+    m_gripsLocked = lock;
+    m_gripsMovable = lock;
     for (HoverEventItem* grip : std::as_const(m_handgripItems)) {
         grip->setLockstate(lock);
         grip->setFlag(ItemIsMovable, lock);
     }
+}
+
+void AbstractBaseItem::lockHandgripsOnly(bool lock) {
+    m_gripsLocked = lock;
+    for (HoverEventItem* grip : std::as_const(m_handgripItems))
+        grip->setLockstate(lock);
 }
 
 void AbstractBaseItem::updateHandgrips() {
@@ -79,6 +172,26 @@ void AbstractBaseItem::updateHandgrips() {
         }
     }
     hideHandgrips();
+}
+
+QList<QPointF> AbstractBaseItem::mline() const {
+    return toScene(m_mline);
+}
+
+QList<QPointF> AbstractBaseItem::toScene(const QList<QPointF>& points) const {
+    QList<QPointF> mapped;
+    mapped.reserve(points.size());
+    for (const QPointF& p : points)
+        mapped.append(mapToScene(p));
+    return mapped;
+}
+
+QList<QPointF> AbstractBaseItem::fromScene(const QList<QPointF>& points) const {
+    QList<QPointF> mapped;
+    mapped.reserve(points.size());
+    for (const QPointF& p : points)
+        mapped.append(mapFromScene(p));
+    return mapped;
 }
 
 void AbstractBaseItem::insertPoint(int index, const QPointF& p, QList<QPointF>& points) {

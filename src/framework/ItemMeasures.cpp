@@ -29,47 +29,67 @@ double AbstractBaseItem::accessmesureP(unsigned i) const {
     return i < MesuresCount ? m_mesureP[i] : 0.0;
 }
 
+// The value with its unit, without the measure's name; nothing for the centroid and the reserved slot.
 QString AbstractBaseItem::mesure2QString(int i) const {
-    QString text;
-    if (i >= Dist1 && i <= Cust) {
-        text = QString::number(m_mesure[i], 'f', m_calibration.decimals);
-        // The "*" between number and unit is part of the stored text form.
-        if (hasUnit(i))
-            text += QLatin1Char('*') + m_calibration.unitName;
-    }
-    return text;
+    if (i < Dist1 || i > Cust)
+        return QString();
+    MesureText text = tableMesureText(i, m_mesure[i]);
+    text.name.clear();
+    return text.label();
+}
+
+QString AbstractBaseItem::MesureText::label() const {
+    return unit.isEmpty() ? name + number : name + number + QLatin1Char('*') + unit;
+}
+
+QString AbstractBaseItem::MesureText::inText() const {
+    return unit.isEmpty() ? name + number : name + number + QLatin1Char(' ') + unit;
 }
 
 QString AbstractBaseItem::formatTextMesure(int i) const {
     return mesureIndexToName(i, accessmesure(i < 0 ? MesuresCount : unsigned(i)));
 }
 
+QString AbstractBaseItem::displayedMesure(int i) const {
+    return mesureText(i).label();
+}
+
 QString AbstractBaseItem::formatTextMesureP(int i) const {
     return mesureIndexToName(i, accessmesureP(i < 0 ? MesuresCount : unsigned(i)));
 }
 
+AbstractBaseItem::MesureText AbstractBaseItem::mesureText(int i) const {
+    return tableMesureText(i, accessmesure(i < 0 ? MesuresCount : unsigned(i)));
+}
+
 QString AbstractBaseItem::mesureIndexToName(int i, double v) const {
+    return tableMesureText(i, v).label();
+}
+
+AbstractBaseItem::MesureText AbstractBaseItem::tableMesureText(int i, double v) const {
     static const char* const names[] = {
         QT_TR_NOOP("centroid:"), QT_TR_NOOP("dist1:"), QT_TR_NOOP("dist2:"), QT_TR_NOOP("ang1:"),
         QT_TR_NOOP("ang2:"),     QT_TR_NOOP("aera:"),  QT_TR_NOOP("perim:"), QT_TR_NOOP("rad1:"),
         QT_TR_NOOP("rad2:"),     QT_TR_NOOP("diam:"),  QT_TR_NOOP("cust:"),
     };
-    QString text = tr("");
-    if (i < Centroid || i > Cust)
+    MesureText text;
+    if (i < Centroid || i > Cust) {
+        text.name = tr("");
         return text;
-    text = tr(names[i]);
+    }
+    text.name = tr(names[i]);
     if (i == Centroid)
         return text;
-    text += QString::number(v, 'f', m_calibration.decimals);
+    text.number = QString::number(v, 'f', m_calibration.decimals);
     if (hasUnit(i))
-        text += QLatin1Char('*') + m_calibration.unitName;
+        text.unit = m_calibration.unitName;
     return text;
 }
 
 void AbstractBaseItem::commonUpdateText() {
     if (!m_label || !m_textusage)
         return;
-    m_label->setText(formatTextMesure(m_mesureIndex));
+    m_label->setText(displayedMesure(m_mesureIndex));
     m_label->setVisible(true);
 }
 

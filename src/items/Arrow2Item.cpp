@@ -3,6 +3,7 @@
 #include "HoverEventItem.h"
 #include "RectHandgrips.h"
 #include "VariantText.h"
+#include "XmlRead.h"
 
 #include <QDomElement>
 #include <QGraphicsPathItem>
@@ -29,22 +30,22 @@ const QPointF doubleArrowTemplate[] = {
 
 } // namespace
 
-Arrow2Item::Arrow2Item(QGraphicsItem* parent, int id, void* context)
-    : AbstractBaseItem(parent, id, context) {
+Arrow2Item::Arrow2Item(QGraphicsItem* parent, int id, void*)
+    : ShapeItem(parent, new QGraphicsPathItem)
+    , m_pathChild(static_cast<QGraphicsPathItem*>(childShape())) {
     m_subType = 4;
     initIdentity(id);
-
-    m_pathChild = new QGraphicsPathItem(this);
     m_mline << QPointF(0, 0) << QPointF(0, 0);
-    m_handgripItems = RectHandgrips::create(this, this, gripKinds);
-    updateHandgrips();
     setPen(m_pen);
 }
 
-AbstractBaseItem* Arrow2Item::clone(int id) {
-    auto* item = new Arrow2Item(nullptr, id, nullptr);
-    copyDataTo(item);
-    return item;
+// The grips follow the two points, also while a side is dragged past the opposite one.
+QList<AbstractBaseItem::Handle> Arrow2Item::handles() const {
+    QList<Handle> result;
+    const QRectF r(m_mline[0], m_mline[1]);
+    for (int i = 0; i < int(gripKinds.size()); ++i)
+        result.append({i, gripKinds[size_t(i)], HoverEventItem::positionOnRect(r, i)});
+    return result;
 }
 
 QPainterPath Arrow2Item::arrowOutline(const QRectF& r, int mode) {
@@ -89,20 +90,11 @@ void Arrow2Item::rebuild() {
     // The item's bounding rectangle is its child's.
     prepareGeometryChange();
     m_pathChild->setPath(arrowOutline(frame(), m_arrowMode));
+    refreshHandgrips();
 }
 
 QPointF Arrow2Item::centroid() {
     return frame().center();
-}
-
-void Arrow2Item::setPen(const QPen& pen) {
-    AbstractBaseItem::setPen(pen);
-    m_pathChild->setPen(pen);
-}
-
-void Arrow2Item::setBrush(const QBrush& brush) {
-    AbstractBaseItem::setBrush(brush);
-    m_pathChild->setBrush(brush);
 }
 
 void Arrow2Item::mousePress(QGraphicsSceneMouseEvent* event) {
@@ -113,13 +105,11 @@ void Arrow2Item::mousePress(QGraphicsSceneMouseEvent* event) {
     m_mline[0] = p - QPointF(ClickHalfSize, ClickHalfSize);
     m_mline[1] = p + QPointF(ClickHalfSize, ClickHalfSize);
     rebuild();
-    syncHandgripsToRect(m_pathChild->path().boundingRect());
 }
 
 void Arrow2Item::mouseMove(QGraphicsSceneMouseEvent* event) {
     m_mline[1] = mapFromScene(event->scenePos());
     rebuild();
-    syncHandgripsToRect(m_pathChild->boundingRect());
 }
 
 AbstractBaseItem::typModeEdition Arrow2Item::mouseRelease(QGraphicsSceneMouseEvent*) {
@@ -128,30 +118,31 @@ AbstractBaseItem::typModeEdition Arrow2Item::mouseRelease(QGraphicsSceneMouseEve
 
 bool Arrow2Item::endEdition() {
     const QRectF r = RectHandgrips::normalise(m_mline);
-    syncHandgripsToRect(r);
+    refreshHandgrips();
     return r.width() > 0 && r.height() > 0;
 }
 
-void Arrow2Item::pressPoint(const QPointF&) {
-    emit mesureChangedSTART(this);
+bool Arrow2Item::isRotationGrip(int id) const {
+    return id >= 0 && id < int(gripKinds.size()) && gripKinds[size_t(id)] == HoverEventItem::Rotation;
 }
 
-void Arrow2Item::releasePoint(const QPointF&) {
-    syncHandgripsToRect(RectHandgrips::normalise(m_mline));
-    emit mesureChangedEND(this);
+void Arrow2Item::handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
+    if (isRotationGrip(id)) {
+        m_rotation = QGraphicsItem::rotation();
+        m_currentRotation = 0;
+    }
+    ShapeItem::handlePressed(id, scenePos, modifiers);
 }
 
-void Arrow2Item::initRotationReferencePoint(const QPointF& p) {
-    AbstractBaseItem::initRotationReferencePoint(p);
-    m_rotation = QGraphicsItem::rotation();
-    m_currentRotation = 0;
-    emit mesureChangedSTART(this);
-}
-
-void Arrow2Item::validRotationReferencePoint(const QPointF&) {
-    m_rotation = QGraphicsItem::rotation();
-    m_currentRotation = 0;
-    emit mesureChangedEND(this);
+void Arrow2Item::handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
+    if (isRotationGrip(id)) {
+        m_rotation = QGraphicsItem::rotation();
+        m_currentRotation = 0;
+    } else {
+        RectHandgrips::normalise(m_mline);
+        refreshHandgrips();
+    }
+    ShapeItem::handleReleased(id, scenePos, modifiers);
 }
 
 void Arrow2Item::rotateAboutCentre(double degrees) {
@@ -162,19 +153,16 @@ void Arrow2Item::rotateAboutCentre(double degrees) {
     setPos(pos() + before - mapToScene(c));
 }
 
-void Arrow2Item::updatePoint(const QPointF& p) {
-    HoverEventItem* grip = senderHandgrip();
-    if (!m_handgripItems.contains(grip))
-        return;
-    if (grip->getType() == HoverEventItem::Rotation) {
+void Arrow2Item::handleMoved(int id, const QPointF& p, Qt::KeyboardModifiers) {
+    HoverEventItem* grip = handgrip(id);
+    if (isRotationGrip(id)) {
         const QPointF centre = mapToScene(frame().center());
         // Screen angles turn counter-clockwise, item rotations clockwise.
         m_currentRotation = HoverEventItem::applyRotation(grip, p, centre, m_refRotationPoint);
         rotateAboutCentre(m_rotation - m_currentRotation);
     } else {
-        const QRectF r = RectHandgrips::drag(grip, m_mline, p, this);
+        RectHandgrips::drag(grip, m_mline, p, this);
         rebuild();
-        syncHandgripsToRect(r);
     }
     emit mesureChanged(this);
 }
@@ -189,41 +177,20 @@ void Arrow2Item::applyContextMenu(int data) {
     rebuild();
 }
 
-void Arrow2Item::mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) {
-    edit();
-}
-
-QRectF Arrow2Item::boundingRect() const {
-    return m_pathChild->boundingRect();
-}
-
-QPainterPath Arrow2Item::shape() const {
-    return m_pathChild->shape();
-}
-
-bool Arrow2Item::toXml(QDomElement& e) const {
-    commonWriteXML(e);
+void Arrow2Item::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("rotation"), QString::number(QGraphicsItem::rotation(), 'f', 4));
     e.setAttribute(QStringLiteral("begin"), variantToString(m_mline[0]));
     e.setAttribute(QStringLiteral("end"), variantToString(m_mline[1]));
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
     e.setAttribute(QStringLiteral("form"), m_arrowMode);
-    return true;
 }
 
-bool Arrow2Item::fromXml(const QDomElement& e) {
-    m_creationStarted = true;
-    commonReadXML(e);
-    const double angle = e.attribute(QStringLiteral("rotation")).toDouble();
-    setRotation(std::isfinite(angle) ? angle : 0.0);
+void Arrow2Item::readGeometry(const QDomElement& e) {
+    setRotation(readNumber(e, QStringLiteral("rotation")));
     m_rotation = QGraphicsItem::rotation();
-    m_mline[0] = stringToVariant(e.attribute(QStringLiteral("begin")), QMetaType::QPointF).toPointF();
-    m_mline[1] = stringToVariant(e.attribute(QStringLiteral("end")), QMetaType::QPointF).toPointF();
-    setPos(stringToVariant(e.attribute(QStringLiteral("pos")), QMetaType::QPointF).toPointF());
+    m_mline[0] = readPoint(e, QStringLiteral("begin"));
+    m_mline[1] = readPoint(e, QStringLiteral("end"));
+    setPos(readPoint(e, QStringLiteral("pos")));
     m_arrowMode = e.attribute(QStringLiteral("form")).toInt(nullptr, 10);
-    setPen(m_pen);
-    setFont(m_font);
     rebuild();
-    syncHandgripsToRect(QRectF(m_mline[0], m_mline[1]));
-    return true;
 }

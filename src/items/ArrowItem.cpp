@@ -2,6 +2,7 @@
 
 #include "HoverEventItem.h"
 #include "VariantText.h"
+#include "XmlRead.h"
 
 #include <QDomElement>
 #include <QGraphicsPathItem>
@@ -29,23 +30,17 @@ double arrowRotation(const QPointF& p0, const QPointF& p1) {
 
 } // namespace
 
-ArrowItem::ArrowItem(QGraphicsItem* parent, int id, void* context)
-    : AbstractBaseItem(parent, id, context) {
+ArrowItem::ArrowItem(QGraphicsItem* parent, int id, void*)
+    : ShapeItem(parent, new QGraphicsPathItem)
+    , m_pathChild(static_cast<QGraphicsPathItem*>(childShape())) {
     m_subType = 4;
     initIdentity(id);
-
-    m_pathChild = new QGraphicsPathItem(this);
     m_mline << QPointF(0, 0) << QPointF(0, 0);
-    for (int i = 0; i < 2; ++i)
-        m_handgripItems.append(new HoverEventItem(this, this, i, HoverEventItem::Move));
-    updateHandgrips();
     setPen(m_pen);
 }
 
-AbstractBaseItem* ArrowItem::clone(int id) {
-    auto* item = new ArrowItem(nullptr, id, nullptr);
-    copyDataTo(item);
-    return item;
+QList<AbstractBaseItem::Handle> ArrowItem::handles() const {
+    return {{0, HoverEventItem::Move, m_mline[0]}, {1, HoverEventItem::Move, m_mline[1]}};
 }
 
 QPainterPath ArrowItem::arrowPath(double length, double scale) {
@@ -75,16 +70,14 @@ QPainterPath ArrowItem::path() const {
     return m_pathChild->path();
 }
 
-void ArrowItem::rebuild() {
-    const QPointF p0 = m_mline[0];
-    const QPointF p1 = m_mline[1];
-    setPos(p1);
-    setRotation(arrowRotation(p0, p1));
+void ArrowItem::rebuild(const QPointF& tail, const QPointF& tip) {
+    setPos(tip);
+    setRotation(arrowRotation(tail, tip));
+    m_mline = fromScene({tail, tip});
     // The item's bounding rectangle is its child's.
     prepareGeometryChange();
-    m_pathChild->setPath(arrowPath(QLineF(p0, p1).length(), m_arrowScale));
-    m_handgripItems[0]->setPos(mapFromScene(p0));
-    m_handgripItems[1]->setPos(mapFromScene(p1));
+    m_pathChild->setPath(arrowPath(QLineF(tail, tip).length(), m_arrowScale));
+    refreshHandgrips();
 }
 
 void ArrowItem::setPen(const QPen& pen) {
@@ -96,14 +89,12 @@ void ArrowItem::setPen(const QPen& pen) {
 void ArrowItem::mousePress(QGraphicsSceneMouseEvent* event) {
     if (m_creationStarted)
         return;
-    m_mline[0] = event->scenePos();
-    m_handgripItems[0]->setPos(mapFromScene(m_mline[0]));
+    m_mline[0] = mapFromScene(event->scenePos());
     m_creationStarted = true;
 }
 
 void ArrowItem::mouseMove(QGraphicsSceneMouseEvent* event) {
-    m_mline[1] = event->scenePos();
-    rebuild();
+    rebuild(mapToScene(m_mline[0]), event->scenePos());
 }
 
 AbstractBaseItem::typModeEdition ArrowItem::mouseRelease(QGraphicsSceneMouseEvent*) {
@@ -111,28 +102,16 @@ AbstractBaseItem::typModeEdition ArrowItem::mouseRelease(QGraphicsSceneMouseEven
 }
 
 bool ArrowItem::endEdition() {
-    const QPointF d = m_mline[1] - m_mline[0];
+    const QPointF d = mapToScene(m_mline[1]) - mapToScene(m_mline[0]);
     return d.manhattanLength() >= 6.0 && std::sqrt(d.x() * d.x() + d.y() * d.y()) >= 8.0;
 }
 
-void ArrowItem::pressPoint(const QPointF&) {
-    emit mesureChangedSTART(this);
-}
-
-void ArrowItem::releasePoint(const QPointF&) {
-    emit mesureChangedEND(this);
-}
-
-void ArrowItem::updatePoint(const QPointF& p) {
-    HoverEventItem* grip = senderHandgrip();
-    const int index = m_handgripItems.indexOf(grip);
-    if (index < 0)
+void ArrowItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
+    if (id < 0 || id > 1)
         return;
-    const QList<QPointF> positions = handgripScenePositions();
-    m_mline[0] = positions[0];
-    m_mline[1] = positions[1];
-    m_mline[index] = p;
-    rebuild();
+    QList<QPointF> points = mline();
+    points[id] = scenePos;
+    rebuild(points[0], points[1]);
     emit mesureChanged(this);
 }
 
@@ -148,36 +127,15 @@ void ArrowItem::applyContextMenu(int data) {
         m_arrowScale = m_pen.widthF();
     else
         return;
-    if (!m_mline[0].isNull() || !m_mline[1].isNull())
-        rebuild();
+    const QList<QPointF> points = mline();
+    rebuild(points[0], points[1]);
 }
 
-void ArrowItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) {
-    edit();
+void ArrowItem::writeGeometry(QDomElement& e) const {
+    e.setAttribute(QStringLiteral("start"), variantToString(mapToScene(m_mline[0])));
+    e.setAttribute(QStringLiteral("end"), variantToString(mapToScene(m_mline[1])));
 }
 
-QRectF ArrowItem::boundingRect() const {
-    return m_pathChild->boundingRect();
-}
-
-QPainterPath ArrowItem::shape() const {
-    return m_pathChild->shape();
-}
-
-bool ArrowItem::toXml(QDomElement& e) const {
-    commonWriteXML(e);
-    e.setAttribute(QStringLiteral("start"), variantToString(m_handgripItems[0]->scenePos()));
-    e.setAttribute(QStringLiteral("end"), variantToString(m_handgripItems[1]->scenePos()));
-    return true;
-}
-
-bool ArrowItem::fromXml(const QDomElement& e) {
-    m_creationStarted = true;
-    commonReadXML(e);
-    m_mline[0] = stringToVariant(e.attribute(QStringLiteral("start")), QMetaType::QPointF).toPointF();
-    m_mline[1] = stringToVariant(e.attribute(QStringLiteral("end")), QMetaType::QPointF).toPointF();
-    setPen(m_pen);
-    setFont(m_font);
-    rebuild();
-    return true;
+void ArrowItem::readGeometry(const QDomElement& e) {
+    rebuild(readPoint(e, QStringLiteral("start")), readPoint(e, QStringLiteral("end")));
 }

@@ -1,52 +1,51 @@
 #pragma once
 
-#include "AbstractBaseItem.h"
+#include "ItemTypes.h"
+#include "ShapeItem.h"
 
 class QGraphicsPathItem;
 
 // A filled arrow from point 0 (tail) to point 1 (tip). The item sits on the tip, turned along the
 // arrow, and its path is drawn tip at the origin, shaft along -x.
-class GRAPHICSOBJECTS_EXPORT ArrowItem : public AbstractBaseItem {
+class GRAPHICSOBJECTS_EXPORT ArrowItem : public ShapeItem {
     Q_OBJECT
 public:
-    ArrowItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_ITEM_TYPE(ArrowItem)
 
-    AbstractBaseItem* clone(int id) override;
+    Q_INVOKABLE ArrowItem(QGraphicsItem* parent, int id, void* context);
+
     long mesuresFlag() const override { return 0; }
+    // The pen also fills the arrow; the brush is not drawn.
     void setPen(const QPen& pen) override;
+    void setBrush(const QBrush& brush) override { AbstractBaseItem::setBrush(brush); }
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
-    bool toXml(QDomElement& e) const override;
-    bool fromXml(const QDomElement& e) override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-
-    QRectF boundingRect() const override;
-    QPainterPath shape() const override;
+    QList<Handle> handles() const override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
     double arrowScale() const { return m_arrowScale; }
     QPainterPath path() const;
-
     // The outline of an arrow of the given length and head scale, tip at the origin.
     static QPainterPath arrowPath(double length, double scale);
 
-public slots:
-    void pressPoint(const QPointF&) override;
-    void releasePoint(const QPointF&) override;
-    void updatePoint(const QPointF& p) override;
-
 protected:
-    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) override;
+    bool menuInPreview() const override { return false; }
+    bool savesMesures() const override { return false; }
+    void writeGeometry(QDomElement& e) const override;
+    void readGeometry(const QDomElement& e) override;
 
 private:
-    void rebuild();
+    // Lays the arrow from tail to tip, both in scene coordinates.
+    void rebuild(const QPointF& tail, const QPointF& tip);
 
     double m_arrowScale = 1.0;
     // Head proportions reserved for other arrow styles; the outline above does not read them.
     double m_headRatio = 0.625;
     double m_headWidth = 2.0;
     double m_shaftRatio = 1.0;
-    QGraphicsPathItem* m_pathChild = nullptr;
+    QGraphicsPathItem* m_pathChild;
 };

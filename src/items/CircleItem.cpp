@@ -4,6 +4,7 @@
 #include "HoverEventItem.h"
 #include "ItemSnapshots.h"
 #include "VariantText.h"
+#include "XmlRead.h"
 
 #include <QDomElement>
 #include <QGraphicsEllipseItem>
@@ -24,15 +25,11 @@ constexpr int cornerGrips[] = {HoverEventItem::TopLeft, HoverEventItem::TopRight
 } // namespace
 
 CircleItem::CircleItem(QGraphicsItem* parent, int id, void* context)
-    : AbstractBaseItem(parent, id, context)
-    , m_ellipseChild(new QGraphicsEllipseItem(this)) {
+    : ShapeItem(parent, new QGraphicsEllipseItem)
+    , m_ellipseChild(static_cast<QGraphicsEllipseItem*>(childShape())) {
     m_subType = 1;
-    initIdentity(id);
+    initIdentity(id, MesureKey, MesureDefault);
     m_mline << QPointF() << QPointF();
-    for (int position : cornerGrips)
-        m_handgripItems.append(new HoverEventItem(this, m_ellipseChild, position, HoverEventItem::Move));
-    updateHandgrips();
-    m_mesureIndex = getCommonParams(QStringLiteral("circle_mesureIndex"), int(Aera)).toInt();
     if (!context)
         return;
 
@@ -46,65 +43,55 @@ CircleItem::CircleItem(QGraphicsItem* parent, int id, void* context)
     computeMesures(nullptr);
 }
 
-AbstractBaseItem* CircleItem::clone(int id) {
-    auto* item = new CircleItem(nullptr, id, nullptr);
-    copyDataTo(item);
-    return item;
-}
-
 QRectF CircleItem::rect() const {
     return m_ellipseChild->rect();
-}
-
-QRectF CircleItem::boundingRect() const {
-    return m_ellipseChild->rect();
-}
-
-void CircleItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
-    commonPaintCentroidText(painter);
-}
-
-QPointF CircleItem::centroid() {
-    return childCentre(m_ellipseChild);
 }
 
 // The label keeps its own colour: only the outline takes the pen.
 void CircleItem::setPen(const QPen& pen) {
     m_pen = pen;
-    m_ellipseChild->setPen(pen);
+    setShapePen(pen);
 }
 
-void CircleItem::setBrush(const QBrush& brush) {
-    AbstractBaseItem::setBrush(brush);
-    m_ellipseChild->setBrush(brush);
+QList<AbstractBaseItem::Handle> CircleItem::handles() const {
+    QList<Handle> result;
+    for (int position : cornerGrips)
+        result.append({position, HoverEventItem::Move, HoverEventItem::positionOnRect(rect(), position)});
+    return result;
+}
+
+void CircleItem::setSquare(const QRectF& square) {
+    if (square != m_ellipseChild->rect()) {
+        prepareGeometryChange();
+        m_ellipseChild->setRect(square);
+        update();
+    }
+    refreshHandgrips();
 }
 
 void CircleItem::placeCircle(double radius) {
     m_radius1 = m_radius2 = radius;
     const QPointF corner(radius, radius);
-    const QRectF square = QRectF(m_centroidPoint - corner, m_centroidPoint + corner).normalized();
-    prepareGeometryChange();
-    m_ellipseChild->setRect(square);
-    syncHandgripsToRect(square);
-    m_mline = {mapToScene(m_centroidPoint - corner), mapToScene(m_centroidPoint + corner)};
+    m_mline = {m_centroidPoint - corner, m_centroidPoint + corner};
+    setSquare(QRectF(m_mline[0], m_mline[1]).normalized());
 }
 
 void CircleItem::mousePress(QGraphicsSceneMouseEvent* event) {
     if (m_creationStarted)
         return;
     m_centroidPoint = mapFromScene(event->scenePos());
-    m_mline[0] = event->scenePos();
+    m_mline[0] = m_centroidPoint;
     m_creationStarted = true;
 }
 
 void CircleItem::mouseMove(QGraphicsSceneMouseEvent* event) {
-    const QPointF d = event->scenePos() - mapToScene(m_centroidPoint);
+    const QPointF d = mapFromScene(event->scenePos()) - m_centroidPoint;
     placeCircle(std::sqrt(d.x() * d.x() + d.y() * d.y()));
     computeMesures(nullptr);
 }
 
-AbstractBaseItem::typModeEdition CircleItem::mouseRelease(QGraphicsSceneMouseEvent*) {
-    return EditionComplete;
+AbstractBaseItem::typModeEdition CircleItem::mouseRelease(QGraphicsSceneMouseEvent* event) {
+    return AbstractBaseItem::mouseRelease(event);
 }
 
 bool CircleItem::endEdition() {
@@ -118,48 +105,29 @@ bool CircleItem::computeMesures(void*) {
         return false;
     const double r = m_radius1;
     const double r2 = m_radius2;
-    const double k = m_calibration.factor;
     m_mesureP[Dist2] = 2 * r2;
     m_mesureP[Aera] = Pi * r * r;
     m_mesureP[Perim] = TwoPi * r;
     m_mesureP[Rad1] = r;
     m_mesureP[Rad2] = r2;
     m_mesureP[Diam] = 2 * r;
-    // The calibrated area comes from the calibrated radius: it scales with the square of k.
-    m_mesure[Dist2] = 2 * r2 * k;
-    m_mesure[Aera] = Pi * (r * k) * (r * k);
-    m_mesure[Perim] = TwoPi * (r * k);
-    m_mesure[Rad1] = r * k;
-    m_mesure[Rad2] = r2 * k;
-    m_mesure[Diam] = 2 * r * k;
+    calibrateMesures({Dist2, Aera, Perim, Rad1, Rad2, Diam});
     m_centroidPoint = centroid();
     placeCentroidHandgrip();
     commonUpdateText();
     return true;
 }
 
-void CircleItem::updatePoint(const QPointF& p) {
-    HoverEventItem* grip = senderHandgrip();
-    if (!grip)
-        return;
-    const QRectF r = HoverEventItem::applyTranslation(grip, m_ellipseChild->rect(), p, m_ellipseChild);
+void CircleItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
+    const QRectF r = HoverEventItem::applyTranslation(handgrip(id), m_ellipseChild->rect(), scenePos, this);
     // The drag implies a square anchored at the facing corner; only its side counts, since the
-    // centre stays where it is.
+    // centre stays where it is. A square collapsed to nothing leaves a circle of radius 0.
     const int side = int(std::min(r.width(), r.height()));
-    if (side == 0)
-        return;
     placeCircle(std::abs(side) * 0.5);
     computeMesures(nullptr);
-    grip->setTooltip(formatTextMesure(Rad1));
+    if (HoverEventItem* grip = handgrip(id))
+        grip->setTooltip(formatTextMesure(Rad1));
     emit mesureChanged(this);
-}
-
-void CircleItem::pressPoint(const QPointF&) {
-    emit mesureChangedSTART(this);
-}
-
-void CircleItem::releasePoint(const QPointF&) {
-    emit mesureChangedEND(this);
 }
 
 void CircleItem::setTransformIndex(int index) {
@@ -175,22 +143,17 @@ void CircleItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {
 }
 
 void CircleItem::fillContextMenu(QMenu* menu) {
-    static const struct {
-        const char* text;
-        int data;
-    } entries[] = {
-        {QT_TR_NOOP("Area"), Aera},
-        {QT_TR_NOOP("Perimeter"), Perim},
-        {QT_TR_NOOP("Radius"), Rad1},
-        // The diameter.
-        {QT_TR_NOOP("Distance"), Diam},
-    };
-    for (const auto& entry : entries)
-        createMenuAction(menu, QIcon(), tr(entry.text), m_mesureIndex == entry.data, nullptr, entry.data);
+    // "Distance" is the diameter.
+    addMenuEntries(menu,
+                   {{QT_TR_NOOP("Area"), Aera},
+                    {QT_TR_NOOP("Perimeter"), Perim},
+                    {QT_TR_NOOP("Radius"), Rad1},
+                    {QT_TR_NOOP("Distance"), Diam}},
+                   m_mesureIndex);
 }
 
 void CircleItem::applyContextMenu(int data) {
-    chooseMesure(data, QStringLiteral("circle_mesureIndex"));
+    chooseMesure(data, MesureKey);
 }
 
 void CircleItem::fillEditMenu(QMenu* menu) {
@@ -207,10 +170,6 @@ void CircleItem::applyEditMenu(int data) {
         setTransformIndex(data);
 }
 
-void CircleItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) {
-    edit();
-}
-
 void CircleItem::extract() {
     QImage image = sceneImageEllipse(hostScene(), mapRectToScene(m_ellipseChild->rect()));
     if (image.isNull())
@@ -219,39 +178,25 @@ void CircleItem::extract() {
     setTransformIndex(Extract);
 }
 
-bool CircleItem::toXml(QDomElement& e) const {
-    commonWriteXML(e);
-    commonMesuresWriteXML(e);
+void CircleItem::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("radius1"), QString::number(m_radius1, 'f', 2));
     e.setAttribute(QStringLiteral("rotation"), QString::number(m_rotation, 'f', 1));
     e.setAttribute(QStringLiteral("rect"), variantToString(m_ellipseChild->rect()));
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
     e.setAttribute(QStringLiteral("centroid"), variantToString(m_centroidPoint));
-    return true;
 }
 
 // The measures come back from their attributes, not from the geometry; rad2 stays as it was until
 // the next edit.
-bool CircleItem::fromXml(const QDomElement& e) {
-    m_creationStarted = true;
-    commonReadXML(e);
-    commonMesuresReadXML(e);
-    const QRectF r = stringToVariant(e.attribute(QStringLiteral("rect")), QMetaType::QRectF).toRectF();
-    const double angle = e.attribute(QStringLiteral("rotation")).toDouble();
-    m_rotation = std::isfinite(angle) ? angle : 0.0;
-    const double radius = e.attribute(QStringLiteral("radius1")).toDouble();
-    m_radius1 = std::isfinite(radius) ? radius : 0.0;
-    m_centroidPoint = stringToVariant(e.attribute(QStringLiteral("centroid")), QMetaType::QPointF).toPointF();
-    setPos(stringToVariant(e.attribute(QStringLiteral("pos")), QMetaType::QPointF).toPointF());
-    m_mline = {mapToScene(r.topLeft()), mapToScene(r.bottomRight())};
-    setPen(m_pen);
-    setBrush(QBrush());
-    setFont(m_font);
-    prepareGeometryChange();
-    m_ellipseChild->setRect(r);
-    syncHandgripsToRect(r);
+void CircleItem::readGeometry(const QDomElement& e) {
+    const QRectF r = readRect(e, QStringLiteral("rect"));
+    m_mline = {r.topLeft(), r.bottomRight()};
+    m_rotation = readNumber(e, QStringLiteral("rotation"));
+    m_radius1 = readNumber(e, QStringLiteral("radius1"));
+    m_centroidPoint = readPoint(e, QStringLiteral("centroid"));
+    setPos(readPoint(e, QStringLiteral("pos")));
+    setSquare(r);
     rotate(m_rotation);
     placeCentroidHandgrip();
     commonUpdateText();
-    return true;
 }

@@ -2,11 +2,12 @@
 
 #include "AbstractScene.h"
 #include "HoverEventItem.h"
-#include "SimpleTextItem.h"
 #include "VariantText.h"
+#include "XmlRead.h"
 
 #include <QDomElement>
 #include <QGraphicsLineItem>
+#include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneMouseEvent>
 #include <QMenu>
 #include <QPainter>
@@ -15,19 +16,15 @@
 
 namespace {
 
-const QString MesureIndexKey = QStringLiteral("line_mesureIndex");
 const QString ArrowTailKey = QStringLiteral("line_arrowTail");
 const QString ArrowHeadKey = QStringLiteral("line_arrowHead");
 const QString ArrowFactorKey = QStringLiteral("line_arrowFactor");
 
 constexpr double Pi = 3.14159265358979323846;
 
-struct MenuEntry {
-    const char* text;
-    int data;
-};
+using MenuEntry = AbstractBaseItem::MenuEntry;
 
-const MenuEntry mesureEntries[] = {
+const QList<MenuEntry> mesureEntries = {
     {QT_TRANSLATE_NOOP("LineItem", "Distance1"), AbstractBaseItem::Dist1},
     {QT_TRANSLATE_NOOP("LineItem", "Ang1"), AbstractBaseItem::Ang1},
     {QT_TRANSLATE_NOOP("LineItem", "Ang2"), AbstractBaseItem::Ang2},
@@ -41,7 +38,7 @@ const MenuEntry arrowEntries[] = {
     {QT_TRANSLATE_NOOP("LineItem", "ArrowBoth"), LineItem::ArrowBoth},
 };
 
-const MenuEntry orthoEntries[] = {
+const QList<MenuEntry> orthoEntries = {
     {QT_TRANSLATE_NOOP("LineItem", "Ortho on"), LineItem::OrthoOn},
     {QT_TRANSLATE_NOOP("LineItem", "Ortho off"), LineItem::OrthoOff},
 };
@@ -74,25 +71,17 @@ QPolygonF arrowTriangle(const QPointF& tip, double wing1, double wing2, double s
 } // namespace
 
 LineItem::LineItem(QGraphicsItem* parent, int id, void* context)
-    : AbstractBaseItem(parent, id, context) {
+    : ShapeItem(parent, new QGraphicsLineItem)
+    , m_lineChild(static_cast<QGraphicsLineItem*>(childShape())) {
     m_subType = 1;
-    initIdentity(id);
-
-    m_lineChild = new QGraphicsLineItem(this);
+    initIdentity(id, MesureKey, MesureDefault);
     m_arrowFactor = getCommonParams(ArrowFactorKey, 2).toInt();
     m_arrowHead = getCommonParams(ArrowHeadKey, 0).toInt() != 0;
     m_arrowTail = getCommonParams(ArrowTailKey, 0).toInt() != 0;
-    m_showStartMark = true;
-
     m_mline << QPointF(0, 0) << QPointF(0, 0);
-    for (int i = 0; i < 2; ++i)
-        m_handgripItems.append(new HoverEventItem(this, this, i, HoverEventItem::Move));
-    updateHandgrips();
-    hideHandgrips();
-    m_mesureIndex = getCommonParams(MesureIndexKey, 1).toInt();
-
     if (!context)
         return;
+
     const auto* params = static_cast<const _AUTOPOINTPARAMS*>(context);
     m_creationStarted = true;
     m_generated = true;
@@ -102,26 +91,11 @@ LineItem::LineItem(QGraphicsItem* parent, int id, void* context)
             m_mesureP[i] = params->source->accessmesureP(unsigned(i));
         }
     }
-    if (params->points.size() >= 2) {
-        m_mline[0] = params->points[0];
-        m_mline[1] = params->points[1];
-    } else {
-        const QRectF& r = params->rect;
-        m_mline[0] = QPointF(r.x(), r.y());
-        m_mline[1] = QPointF(r.x() + r.width(), r.y() + r.height());
-    }
+    const QRectF& r = params->rect;
+    m_mline = fromScene(params->points.size() >= 2 ? params->points.mid(0, 2)
+                                                   : QList<QPointF>{r.topLeft(), r.bottomRight()});
     placeLine();
     computeMesures(nullptr);
-}
-
-LineItem::~LineItem() {
-    delete m_lineChild;
-}
-
-AbstractBaseItem* LineItem::clone(int id) {
-    auto* item = new LineItem(nullptr, id, nullptr);
-    copyDataTo(item);
-    return item;
 }
 
 QLineF LineItem::line() const {
@@ -129,28 +103,23 @@ QLineF LineItem::line() const {
 }
 
 void LineItem::placeLine() {
-    const QPointF p0 = mapFromScene(m_mline[0]);
-    const QPointF p1 = mapFromScene(m_mline[1]);
+    const QLineF l(m_mline[0], m_mline[1]);
+    if (l == m_lineChild->line())
+        return;
     // The item's bounding rectangle is its child's.
     prepareGeometryChange();
-    m_lineChild->setLine(QLineF(p0, p1));
-    m_handgripItems[0]->setPos(p0);
-    m_handgripItems[1]->setPos(p1);
+    m_lineChild->setLine(l);
+    refreshHandgrips();
+    update();
 }
 
-QPointF LineItem::centroid() {
-    return childCentre(m_lineChild);
-}
-
-void LineItem::setPen(const QPen& pen) {
-    AbstractBaseItem::setPen(pen);
-    m_lineChild->setPen(pen);
+QList<AbstractBaseItem::Handle> LineItem::handles() const {
+    return {{0, HoverEventItem::Move, m_mline[0]}, {1, HoverEventItem::Move, m_mline[1]}};
 }
 
 void LineItem::setLockstate(const bool& state) {
     m_locked = state;
-    for (HoverEventItem* grip : std::as_const(m_handgripItems))
-        grip->setLockstate(state);
+    lockHandgripsOnly(state);
 }
 
 bool LineItem::computeMesures(void*) {
@@ -159,10 +128,8 @@ bool LineItem::computeMesures(void*) {
     m_mesureP[Dist1] = std::sqrt(d.x() * d.x() + d.y() * d.y());
     const QLineF segment = m_lineChild->line();
     m_mesureP[Ang1] = segment.angle();
-    m_mesure[Ang1] = m_mesureP[Ang1];
     m_mesureP[Ang2] = segment.angleTo(QLineF(0, 0, double(referenceLength()), 0));
-    m_mesure[Ang2] = m_mesureP[Ang2];
-    m_mesure[Dist1] = m_calibration.factor * m_mesureP[Dist1];
+    calibrateMesures({Dist1, Ang1, Ang2});
     commonUpdateText();
     return true;
 }
@@ -171,13 +138,13 @@ void LineItem::mousePress(QGraphicsSceneMouseEvent* event) {
     if (m_creationStarted)
         return;
     m_creationStarted = true;
-    m_mline[0] = event->scenePos();
-    m_handgripItems[0]->setPos(mapFromScene(m_mline[0]));
+    m_mline[0] = m_mline[1] = mapFromScene(event->scenePos());
+    showHandgrips();
 }
 
 void LineItem::mouseMove(QGraphicsSceneMouseEvent* event) {
     m_showStartMark = true;
-    const QPointF p = event->scenePos();
+    const QPointF p = mapFromScene(event->scenePos());
     if (m_constrained) {
         m_mline[1] = m_mline[0];
         // Compared as truncated pixels: a tie gives a vertical line.
@@ -190,9 +157,7 @@ void LineItem::mouseMove(QGraphicsSceneMouseEvent* event) {
     } else {
         m_mline[1] = p;
     }
-    prepareGeometryChange();
-    m_lineChild->setLine(QLineF(mapFromScene(m_mline[0]), mapFromScene(m_mline[1])));
-    m_handgripItems[1]->setPos(mapFromScene(m_mline[1]));
+    placeLine();
     computeMesures(nullptr);
 }
 
@@ -220,50 +185,37 @@ void LineItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {
     params.texts.clear();
 }
 
-void LineItem::pressPoint(const QPointF&) {
-    emit mesureChangedSTART(this);
-}
-
-void LineItem::releasePoint(const QPointF&) {
-    emit mesureChangedEND(this);
-}
-
-void LineItem::updatePoint(const QPointF& p) {
-    HoverEventItem* grip = senderHandgrip();
-    if (!grip || grip->getId() == HoverEventItem::Center)
-        return;
-    const int index = m_handgripItems.indexOf(grip);
-    if (index < 0)
+void LineItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
+    if (id < 0 || id > 1)
         return;
     m_showStartMark = true;
-    const QList<QPointF> positions = handgripScenePositions();
-    m_mline[0] = positions[0];
-    m_mline[1] = positions[1];
-    m_mline[index] = p;
+    QList<QPointF> points = mline();
+    points[id] = scenePos;
     setPos(0, 0);
+    m_mline = points;
     placeLine();
     computeMesures(nullptr);
-    grip->setTooltip(formatTextMesure(Ang1));
+    if (HoverEventItem* grip = handgrip(id))
+        grip->setTooltip(formatTextMesure(Ang1));
     emit mesureChanged(this);
     m_showStartMark = false;
 }
 
 void LineItem::fillContextMenu(QMenu* menu) {
-    for (const MenuEntry& entry : mesureEntries)
-        createMenuAction(menu, QIcon(), tr(entry.text), m_mesureIndex == entry.data, nullptr, entry.data);
+    addMenuEntries(menu, mesureEntries, m_mesureIndex);
     menu->addSeparator();
     const bool checked[] = {!m_arrowHead && !m_arrowTail, m_arrowHead, m_arrowTail,
                             m_arrowHead && m_arrowTail};
     for (int i = 0; i < 4; ++i)
         createMenuAction(menu, QIcon(), tr(arrowEntries[i].text), checked[i], nullptr, arrowEntries[i].data);
     menu->addSeparator();
-    for (const MenuEntry& entry : orthoEntries)
-        createMenuAction(menu, QIcon(), tr(entry.text), false, nullptr, entry.data);
+    addMenuEntries(menu, orthoEntries, 0);
 }
 
 void LineItem::applyContextMenu(int data) {
     if (data >= 0) {
-        chooseMesure(data, MesureIndexKey);
+        chooseMesure(data, MesureKey);
+        storeChoices();
         return;
     }
     switch (data) {
@@ -287,26 +239,24 @@ void LineItem::applyContextMenu(int data) {
     default:
         break;
     }
-    // The next line starts with the same arrows.
-    QVariant tail = m_arrowTail ? 1 : 0;
-    QVariant head = m_arrowHead ? 1 : 0;
-    QVariant factor = m_arrowFactor;
-    setCommonParams(ArrowTailKey, tail);
-    setCommonParams(ArrowHeadKey, head);
-    setCommonParams(ArrowFactorKey, factor);
+    storeChoices();
     update();
 }
 
-void LineItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) {
-    edit();
+// The next line starts as this one is now.
+void LineItem::storeChoices() {
+    QVariant tail = m_arrowTail ? 1 : 0;
+    QVariant head = m_arrowHead ? 1 : 0;
+    QVariant factor = m_arrowFactor;
+    QVariant mesure = m_mesureIndex;
+    setCommonParams(ArrowTailKey, tail);
+    setCommonParams(ArrowHeadKey, head);
+    setCommonParams(ArrowFactorKey, factor);
+    setCommonParams(MesureKey, mesure);
 }
 
-QRectF LineItem::boundingRect() const {
-    return m_lineChild->boundingRect();
-}
-
-QPainterPath LineItem::shape() const {
-    return m_lineChild->shape();
+QPoint LineItem::menuPosition(QGraphicsSceneContextMenuEvent* event) const {
+    return event->screenPos();
 }
 
 void LineItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
@@ -342,30 +292,20 @@ void LineItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget
     commonPaintCentroidText(painter);
 }
 
-bool LineItem::toXml(QDomElement& e) const {
-    commonWriteXML(e);
-    commonMesuresWriteXML(e);
+void LineItem::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("start"), variantToString(mapToScene(m_mline[0])));
     e.setAttribute(QStringLiteral("end"), variantToString(mapToScene(m_mline[1])));
     e.setAttribute(QStringLiteral("arrowTail"), m_arrowTail ? 1 : 0);
     e.setAttribute(QStringLiteral("arrowHead"), m_arrowHead ? 1 : 0);
     e.setAttribute(QStringLiteral("arrowFactor"), m_arrowFactor);
-    return true;
 }
 
-bool LineItem::fromXml(const QDomElement& e) {
-    m_creationStarted = true;
-    commonReadXML(e);
-    commonMesuresReadXML(e);
+void LineItem::readGeometry(const QDomElement& e) {
     setPos(0, 0);
-    m_mline[0] = stringToVariant(e.attribute(QStringLiteral("start")), QMetaType::QPointF).toPointF();
-    m_mline[1] = stringToVariant(e.attribute(QStringLiteral("end")), QMetaType::QPointF).toPointF();
+    m_mline[0] = readPoint(e, QStringLiteral("start"));
+    m_mline[1] = readPoint(e, QStringLiteral("end"));
     m_arrowTail = e.attribute(QStringLiteral("arrowTail")).toInt(nullptr, 10) != 0;
     m_arrowHead = e.attribute(QStringLiteral("arrowHead")).toInt(nullptr, 10) != 0;
     m_arrowFactor = e.attribute(QStringLiteral("arrowFactor")).toInt(nullptr, 10);
-    setPen(m_pen);
-    setBrush(QBrush());
-    setFont(m_font);
     placeLine();
-    return true;
 }

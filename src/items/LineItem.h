@@ -1,6 +1,7 @@
 #pragma once
 
-#include "AbstractBaseItem.h"
+#include "ItemTypes.h"
+#include "ShapeItem.h"
 
 #include <QLineF>
 
@@ -8,9 +9,13 @@ class QGraphicsLineItem;
 
 // A straight segment drawn with one press, a drag and a release: measures its length and two
 // angles, shows arrow heads on demand and marks its start point while drawn or selected.
-class GRAPHICSOBJECTS_EXPORT LineItem : public AbstractBaseItem {
+class GRAPHICSOBJECTS_EXPORT LineItem : public ShapeItem {
     Q_OBJECT
 public:
+    GRAPHICSOBJECTS_ITEM_TYPE(LineItem)
+    static constexpr const char* MesureKey = "line_mesureIndex";
+    static constexpr int MesureDefault = Dist1;
+
     // Menu data of the arrow and orthogonal-mode entries (measure entries carry the measure index).
     enum MenuCommand {
         NoArrow = -1,
@@ -22,25 +27,19 @@ public:
         OrthoOff = -7
     };
 
-    LineItem(QGraphicsItem* parent, int id, void* context);
-    ~LineItem() override;
+    Q_INVOKABLE LineItem(QGraphicsItem* parent, int id, void* context);
 
-    AbstractBaseItem* clone(int id) override;
     long mesuresFlag() const override { return 5; }
-    QPointF centroid() override;
-    void setPen(const QPen& pen) override;
     void setLockstate(const bool& state) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
-    bool toXml(QDomElement& e) const override;
-    bool fromXml(const QDomElement& e) override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
+    QList<Handle> handles() const override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
-    QRectF boundingRect() const override;
-    QPainterPath shape() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
     int arrowFactor() const { return m_arrowFactor; }
@@ -53,20 +52,21 @@ public:
 public slots:
     bool computeMesures(void*) override;
     void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;
-    void pressPoint(const QPointF&) override;
-    void releasePoint(const QPointF&) override;
-    void updatePoint(const QPointF& p) override;
     void selectfromPoint(const QPointF&);
 
 protected:
-    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) override;
+    // The line's menu opens where the click was, not where the cursor is now.
+    QPoint menuPosition(QGraphicsSceneContextMenuEvent* event) const override;
+    void writeGeometry(QDomElement& e) const override;
+    void readGeometry(const QDomElement& e) override;
 
 private:
     void placeLine();
+    void storeChoices();
 
     int m_arrowFactor = 2;
     bool m_arrowHead = false;
     bool m_arrowTail = false;
     bool m_showStartMark = true;
-    QGraphicsLineItem* m_lineChild = nullptr;
+    QGraphicsLineItem* m_lineChild;
 };

@@ -7,15 +7,19 @@
 class GRAPHICSOBJECTS_EXPORT RectCalibItem : public RectangleItem {
     Q_OBJECT
 public:
-    RectCalibItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_ITEM_TYPE(RectCalibItem)
+    static constexpr const char* MesureKey = "rectcalib_mesureIndex";
+    static constexpr int MesureDefault = Cust;
 
-    AbstractBaseItem* clone(int id) override;
-    bool toXml(QDomElement& e) const override;
-    bool fromXml(const QDomElement& e) override;
+    Q_INVOKABLE RectCalibItem(QGraphicsItem* parent, int id, void* context);
+
+    bool toXml(QDomElement&) const override { return true; }
+    bool fromXml(const QDomElement&) override { return true; }
     void fillEditMenu(QMenu*) override {}
+    // The area and the diagonal are scaled by the factor once: hosts rely on these values as they are.
+    MesureUnit mesureUnit(int i) const override;
 
 protected:
     void fillMesures(double w, double h) override;
     QList<MenuEntry> mesureMenu() const override;
-    MesureChoice mesureChoice() const override;
 };

@@ -4,17 +4,12 @@
 #include <QPointF>
 #include <QRectF>
 
-#include <array>
 
 class HoverEventItem;
 class QGraphicsItem;
-class QObject;
 
 // Editing of the items framed by a rectangle through grips on its eight positions.
 namespace RectHandgrips {
-
-// One grip per rectangle position (index = position), of the given kinds.
-QList<HoverEventItem*> create(QObject* owner, QGraphicsItem* parent, const std::array<int, 8>& kinds);
 
 // Drags grip to scenePos: points 0 and 1 (item coordinates) become the corners of the changed
 // rectangle, which is returned. It is not normalised, so that a side dragged past the opposite one

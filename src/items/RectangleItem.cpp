@@ -5,6 +5,7 @@
 #include "HoverEventItem.h"
 #include "ItemSnapshots.h"
 #include "VariantText.h"
+#include "XmlRead.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -43,23 +44,19 @@ int oppositePosition(int position) {
 
 RectangleItem::RectangleItem(QGraphicsItem* parent, int id, void* context)
     : RectangleItem(parent) {
-    initialise(id, context);
+    initialise(id, context, MesureKey, MesureDefault);
 }
 
 RectangleItem::RectangleItem(QGraphicsItem* parent)
-    : AbstractBaseItem(parent, 0, nullptr)
-    , m_rectChild(new QGraphicsRectItem(this)) {
+    : ShapeItem(parent, new QGraphicsRectItem)
+    , m_rectChild(static_cast<QGraphicsRectItem*>(childShape())) {
     m_subType = 1;
     m_mline << QPointF() << QPointF();
-    for (const GripSpec& grip : rectangleGrips)
-        m_handgripItems.append(new HoverEventItem(this, m_rectChild, grip.position, grip.kind));
-    updateHandgrips();
 }
 
-void RectangleItem::initialise(int id, void* context) {
-    initIdentity(id);
-    const MesureChoice choice = mesureChoice();
-    m_mesureIndex = getCommonParams(QString::fromLatin1(choice.commonKey), choice.defaultIndex).toInt();
+void RectangleItem::initialise(int id, void* context, const char* mesureKey, int mesureDefault) {
+    m_mesureKey = mesureKey;
+    initIdentity(id, mesureKey, mesureDefault);
     if (!context)
         return;
 
@@ -80,68 +77,51 @@ void RectangleItem::initialise(int id, void* context) {
     computeMesures(params->source ? context : nullptr);
 }
 
-AbstractBaseItem* RectangleItem::clone(int id) {
-    auto* item = new RectangleItem(nullptr, id, nullptr);
-    copyDataTo(item);
-    return item;
-}
-
 QRectF RectangleItem::rect() const {
     return m_rectChild->rect();
 }
 
-QRectF RectangleItem::boundingRect() const {
-    return m_rectChild->rect();
-}
-
-void RectangleItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
-    commonPaintCentroidText(painter);
-}
-
-QPointF RectangleItem::centroid() {
-    return childCentre(m_rectChild);
-}
-
-void RectangleItem::setPen(const QPen& pen) {
-    AbstractBaseItem::setPen(pen);
-    m_rectChild->setPen(pen);
-}
-
-void RectangleItem::setBrush(const QBrush& brush) {
-    AbstractBaseItem::setBrush(brush);
-    m_rectChild->setBrush(brush);
-}
-
 void RectangleItem::setLockstate(const bool& state) {
     m_locked = state;
-    for (HoverEventItem* grip : std::as_const(m_handgripItems))
-        grip->setLockstate(state);
+    lockHandgripsOnly(state);
+}
+
+QList<AbstractBaseItem::Handle> RectangleItem::handles() const {
+    QList<Handle> result;
+    for (const GripSpec& grip : rectangleGrips)
+        result.append({grip.position, grip.kind, HoverEventItem::positionOnRect(rect(), grip.position)});
+    return result;
 }
 
 // The child's rectangle, with the rotation centred on it.
 void RectangleItem::setRect(const QRectF& r) {
-    prepareGeometryChange();
-    m_rectChild->setRect(r);
-    setTransformOriginPoint(r.center());
-    syncHandgripsToRect(r);
+    if (r != m_rectChild->rect()) {
+        prepareGeometryChange();
+        m_rectChild->setRect(r);
+        setTransformOriginPoint(r.center());
+        update();
+    }
+    refreshHandgrips();
 }
 
 void RectangleItem::pointsFromRect() {
     const QRectF r = m_rectChild->rect();
-    m_mline = {mapToScene(r.topLeft()), mapToScene(r.bottomRight())};
+    m_mline = {r.topLeft(), r.bottomRight()};
 }
 
 void RectangleItem::mousePress(QGraphicsSceneMouseEvent* event) {
     if (m_creationStarted)
         return;
     // Both corners start at the press: a click without a drag spans nothing.
-    m_mline = {event->scenePos(), event->scenePos()};
+    const QPointF p = mapFromScene(event->scenePos());
+    m_mline = {p, p};
     m_creationStarted = true;
 }
 
 void RectangleItem::mouseMove(QGraphicsSceneMouseEvent* event) {
-    m_mline[1] = m_constrained ? constraint_square(m_mline[0], event->scenePos()) : event->scenePos();
-    setRect(mapRectFromScene(QRectF(m_mline[0], m_mline[1]).normalized()));
+    const QPointF p = mapFromScene(event->scenePos());
+    m_mline[1] = m_constrained ? constraint_square(m_mline[0], p) : p;
+    setRect(QRectF(m_mline[0], m_mline[1]).normalized());
     computeMesures(nullptr);
 }
 
@@ -168,15 +148,11 @@ bool RectangleItem::computeMesures(void* arg) {
 }
 
 void RectangleItem::fillMesures(double w, double h) {
-    const double c = m_calibration.factor;
     m_mesureP[Dist1] = m_mesureP[Rad1] = w;
     m_mesureP[Dist2] = m_mesureP[Rad2] = h;
     m_mesureP[Aera] = w * h;
     m_mesureP[Perim] = 2 * (w + h);
-    m_mesure[Dist1] = m_mesure[Rad1] = c * w;
-    m_mesure[Dist2] = m_mesure[Rad2] = c * h;
-    m_mesure[Aera] = (c * w) * (c * h);
-    m_mesure[Perim] = 2 * (c * w + c * h);
+    calibrateMesures({Dist1, Dist2, Aera, Perim, Rad1, Rad2});
 }
 
 void RectangleItem::setTransformIndex(int index) {
@@ -202,38 +178,26 @@ void RectangleItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {
     params.center = mapToScene(r.center());
 }
 
-void RectangleItem::pressPoint(const QPointF&) {
-    emit mesureChangedSTART(this);
+void RectangleItem::handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
+    const HoverEventItem* grip = handgrip(id);
+    if (grip && grip->getType() == HoverEventItem::Rotation) {
+        m_stepStartRotation = m_rotation;
+        m_relativeRotation = 0;
+    }
+    ShapeItem::handlePressed(id, scenePos, modifiers);
 }
 
-void RectangleItem::releasePoint(const QPointF&) {
-    emit mesureChangedEND(this);
-}
-
-void RectangleItem::initRotationReferencePoint(const QPointF& p) {
-    AbstractBaseItem::initRotationReferencePoint(p);
-    m_stepStartRotation = m_rotation;
-    m_relativeRotation = 0;
-    emit mesureChangedSTART(this);
-}
-
-void RectangleItem::validRotationReferencePoint(const QPointF&) {
-    emit mesureChangedEND(this);
-}
-
-void RectangleItem::updatePoint(const QPointF& p) {
-    HoverEventItem* grip = senderHandgrip();
-    if (!grip)
-        return;
-    if (grip->getType() == HoverEventItem::Rotation)
-        rotateByGrip(grip, p);
+void RectangleItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
+    const HoverEventItem* grip = handgrip(id);
+    if (grip && grip->getType() == HoverEventItem::Rotation)
+        rotateByGrip(id, scenePos);
     else
-        resizeByGrip(grip, p);
+        resizeByGrip(id, scenePos);
 }
 
-void RectangleItem::rotateByGrip(HoverEventItem* grip, const QPointF& p) {
+void RectangleItem::rotateByGrip(int id, const QPointF& p) {
     const QPointF centre = mapToScene(m_rectChild->rect().center());
-    const double delta = HoverEventItem::applyRotation(grip, p, centre, m_refRotationPoint);
+    const double delta = HoverEventItem::applyRotation(handgrip(id), p, centre, m_refRotationPoint);
     if (!std::isfinite(delta))
         return;
     // Grip angles grow counter-clockwise on screen, item rotations clockwise.
@@ -243,14 +207,14 @@ void RectangleItem::rotateByGrip(HoverEventItem* grip, const QPointF& p) {
     emit mesureChanged(this);
 }
 
-void RectangleItem::resizeByGrip(HoverEventItem* grip, const QPointF& p) {
+void RectangleItem::resizeByGrip(int id, const QPointF& p) {
     const QRectF before = m_rectChild->rect();
-    const QRectF after = HoverEventItem::applyTranslation(grip, before, p, m_rectChild);
+    const QRectF after = HoverEventItem::applyTranslation(handgrip(id), before, p, m_rectChild);
     // A side is not dragged across the facing one: the rectangle keeps its last valid size.
     if (after == before || !(after.width() > 0 && after.height() > 0))
         return;
     // The rotation follows the new centre; shift the item so that the facing side stays put.
-    const int anchor = oppositePosition(grip->getId());
+    const int anchor = oppositePosition(id);
     const QPointF fixed = mapToScene(HoverEventItem::positionOnRect(before, anchor));
     setRect(after);
     setPos(pos() + fixed - mapToScene(HoverEventItem::positionOnRect(after, anchor)));
@@ -259,7 +223,7 @@ void RectangleItem::resizeByGrip(HoverEventItem* grip, const QPointF& p) {
     emit mesureChanged(this);
 }
 
-QList<RectangleItem::MenuEntry> RectangleItem::mesureMenu() const {
+QList<AbstractBaseItem::MenuEntry> RectangleItem::mesureMenu() const {
     return {{QT_TR_NOOP("Area"), Aera},
             {QT_TR_NOOP("Perimeter"), Perim},
             {QT_TR_NOOP("Distance1"), Dist1},
@@ -267,17 +231,12 @@ QList<RectangleItem::MenuEntry> RectangleItem::mesureMenu() const {
             {QT_TR_NOOP("None"), -1}};
 }
 
-RectangleItem::MesureChoice RectangleItem::mesureChoice() const {
-    return {"rectangle_mesureIndex", Perim};
-}
-
 void RectangleItem::fillContextMenu(QMenu* menu) {
-    for (const MenuEntry& entry : mesureMenu())
-        createMenuAction(menu, QIcon(), tr(entry.text), m_mesureIndex == entry.data, nullptr, entry.data);
+    addMenuEntries(menu, mesureMenu(), m_mesureIndex);
 }
 
 void RectangleItem::applyContextMenu(int data) {
-    chooseMesure(data, QString::fromLatin1(mesureChoice().commonKey));
+    chooseMesure(data, QString::fromLatin1(m_mesureKey));
 }
 
 void RectangleItem::fillEditMenu(QMenu* menu) {
@@ -320,10 +279,6 @@ void RectangleItem::applyEditMenu(int data) {
     }
 }
 
-void RectangleItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) {
-    edit();
-}
-
 void RectangleItem::snapImageSelection() {
     QImage image = sceneImageArea(hostScene(), mapRectToScene(m_rectChild->rect()));
     if (image.isNull())
@@ -345,28 +300,17 @@ void RectangleItem::snapPixmapSelection() {
     emit itemChanged(this, QStringLiteral("snapPixMapSelection"), &image);
 }
 
-bool RectangleItem::toXml(QDomElement& e) const {
-    commonWriteXML(e);
-    commonMesuresWriteXML(e);
+void RectangleItem::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("rotation"), QString::number(m_rotation, 'f', 1));
     e.setAttribute(QStringLiteral("rect"), variantToString(m_rectChild->rect()));
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
-    return true;
 }
 
-bool RectangleItem::fromXml(const QDomElement& e) {
-    m_creationStarted = true;
-    commonReadXML(e);
-    commonMesuresReadXML(e);
-    setPen(m_pen);
-    setBrush(QBrush());
-    setFont(m_font);
-    setRect(stringToVariant(e.attribute(QStringLiteral("rect")), QMetaType::QRectF).toRectF());
-    const double angle = e.attribute(QStringLiteral("rotation")).toDouble();
-    rotate(std::isfinite(angle) ? angle : 0.0);
-    setPos(stringToVariant(e.attribute(QStringLiteral("pos")), QMetaType::QPointF).toPointF());
+void RectangleItem::readGeometry(const QDomElement& e) {
+    setRect(readRect(e, QStringLiteral("rect")));
+    rotate(readNumber(e, QStringLiteral("rotation")));
+    setPos(readPoint(e, QStringLiteral("pos")));
     pointsFromRect();
     placeCentroidHandgrip();
     commonUpdateText();
-    return true;
 }

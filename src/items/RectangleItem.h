@@ -1,14 +1,19 @@
 #pragma once
 
-#include "AbstractBaseItem.h"
+#include "ItemTypes.h"
+#include "ShapeItem.h"
 
 class QGraphicsRectItem;
 
 // A rectangle drawn from corner to corner, which may then be rotated; measures its sides, area and
 // perimeter. Its geometry is the child rectangle, in item coordinates, rotated about its centre.
-class GRAPHICSOBJECTS_EXPORT RectangleItem : public AbstractBaseItem {
+class GRAPHICSOBJECTS_EXPORT RectangleItem : public ShapeItem {
     Q_OBJECT
 public:
+    GRAPHICSOBJECTS_ITEM_TYPE(RectangleItem)
+    static constexpr const char* MesureKey = "rectangle_mesureIndex";
+    static constexpr int MesureDefault = Perim;
+
     // Transform-menu commands that are not transform indices.
     enum TransformCommand { SnapImage = 1, SnapPixmap = 2, ToPixmap = 3 };
     // Transform indices the host acts on.
@@ -23,30 +28,24 @@ public:
     // Largest area (square pixels) a rectangle may have to serve as a matching template.
     static constexpr double MatchingAreaLimit = 65536.0;
 
-    RectangleItem(QGraphicsItem* parent, int id, void* context);
+    Q_INVOKABLE RectangleItem(QGraphicsItem* parent, int id, void* context);
 
-    AbstractBaseItem* clone(int id) override;
     long mesuresFlag() const override { return 0x80; }
-    QPointF centroid() override;
-    void setPen(const QPen& pen) override;
-    void setBrush(const QBrush& brush) override;
     void setLockstate(const bool& state) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
     void setTransformIndex(int index) override;
-    bool toXml(QDomElement& e) const override;
-    bool fromXml(const QDomElement& e) override;
     // Sets the rotation (degrees, clockwise on screen) about the rectangle's centre.
     void rotate(double angle) override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
     void fillEditMenu(QMenu* menu) override;
     void applyEditMenu(int data) override;
-
-    QRectF boundingRect() const override;
-    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+    QList<Handle> handles() const override;
+    void handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
     // The rectangle in item coordinates.
     QRectF rect() const;
@@ -54,42 +53,30 @@ public:
 public slots:
     bool computeMesures(void* arg) override;
     void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;
-    void pressPoint(const QPointF&) override;
-    void releasePoint(const QPointF&) override;
-    void updatePoint(const QPointF& p) override;
-    void initRotationReferencePoint(const QPointF& p) override;
-    void validRotationReferencePoint(const QPointF&) override;
 
 protected:
-    struct MenuEntry {
-        const char* text;
-        int data;
-    };
-    struct MesureChoice {
-        const char* commonKey;
-        int defaultIndex;
-    };
-
-    // Builds the child and the handgrips; the most derived constructor then calls initialise().
+    // Builds the child; the most derived constructor then calls initialise().
     explicit RectangleItem(QGraphicsItem* parent);
     // Identity, measure index and, with a context record, the generated geometry. Runs once the
     // object is complete, so that the type and the measures are those of the derived class.
-    void initialise(int id, void* context);
+    void initialise(int id, void* context, const char* mesureKey, int mesureDefault);
 
+    // Fills the pixel measures of a w x h rectangle and calibrates them.
     virtual void fillMesures(double w, double h);
     virtual QList<MenuEntry> mesureMenu() const;
-    virtual MesureChoice mesureChoice() const;
 
     void setRect(const QRectF& r);
-    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event) override;
+    void writeGeometry(QDomElement& e) const override;
+    void readGeometry(const QDomElement& e) override;
 
 private:
     void pointsFromRect();
-    void rotateByGrip(HoverEventItem* grip, const QPointF& p);
-    void resizeByGrip(HoverEventItem* grip, const QPointF& p);
+    void rotateByGrip(int id, const QPointF& p);
+    void resizeByGrip(int id, const QPointF& p);
     void snapImageSelection();
     void snapPixmapSelection();
 
-    QGraphicsRectItem* m_rectChild = nullptr;
+    QGraphicsRectItem* m_rectChild;
+    const char* m_mesureKey = MesureKey;
     double m_stepStartRotation = 0;
 };

@@ -6,9 +6,9 @@
 class GRAPHICSOBJECTS_EXPORT RectangleItemFeret : public RectangleItem {
     Q_OBJECT
 public:
-    RectangleItemFeret(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_ITEM_TYPE(RectangleItemFeret)
 
-    AbstractBaseItem* clone(int id) override;
+    Q_INVOKABLE RectangleItemFeret(QGraphicsItem* parent, int id, void* context);
 
 protected:
     void fillMesures(double w, double h) override;

@@ -3,6 +3,7 @@
 #include "HoverEventItem.h"
 #include "RectHandgrips.h"
 #include "VariantText.h"
+#include "XmlRead.h"
 
 #include <QDomElement>
 #include <QFontMetricsF>
@@ -51,22 +52,22 @@ double tickLength(int i) {
 
 } // namespace
 
-RulerItem::RulerItem(QGraphicsItem* parent, int id, void* context)
-    : AbstractBaseItem(parent, id, context) {
+RulerItem::RulerItem(QGraphicsItem* parent, int id, void*)
+    : ShapeItem(parent, new QGraphicsRectItem)
+    , m_ruler{static_cast<QGraphicsRectItem*>(childShape())} {
     m_subType = 4;
     initIdentity(id);
-
-    m_ruler.rect = new QGraphicsRectItem(this);
     m_mline << QPointF(0, 0) << QPointF(0, 0);
-    m_handgripItems = RectHandgrips::create(this, this, gripKinds);
-    updateHandgrips();
     setPen(m_pen);
 }
 
-AbstractBaseItem* RulerItem::clone(int id) {
-    auto* item = new RulerItem(nullptr, id, nullptr);
-    copyDataTo(item);
-    return item;
+// The grips follow the two points, also while a side is dragged past the opposite one.
+QList<AbstractBaseItem::Handle> RulerItem::handles() const {
+    QList<Handle> result;
+    const QRectF r(m_mline[0], m_mline[1]);
+    for (int i = 0; i < int(gripKinds.size()); ++i)
+        result.append({i, gripKinds[size_t(i)], HoverEventItem::positionOnRect(r, i)});
+    return result;
 }
 
 QRectF RulerItem::rect() const {
@@ -74,8 +75,12 @@ QRectF RulerItem::rect() const {
 }
 
 void RulerItem::setRect(const QRectF& r) {
-    prepareGeometryChange();
-    m_ruler.rect->setRect(r);
+    if (r != m_ruler.rect->rect()) {
+        prepareGeometryChange();
+        m_ruler.rect->setRect(r);
+        update();
+    }
+    refreshHandgrips();
 }
 
 QPointF RulerItem::centroid() {
@@ -92,20 +97,14 @@ void RulerItem::setFont(const QFont& font) {
     AbstractBaseItem::setFont(font);
 }
 
-void RulerItem::setPen(const QPen& pen) {
-    AbstractBaseItem::setPen(pen);
-    m_ruler.rect->setPen(pen);
-}
-
 void RulerItem::mousePress(QGraphicsSceneMouseEvent* event) {
     if (m_creationStarted)
         return;
     const QPointF p = event->scenePos();
     m_mline[0] = QPointF(p.x(), p.y() - ClickHalfHeight);
     m_mline[1] = QPointF(p.x() + ClickLength, p.y() + ClickHalfHeight);
-    setRect(QRectF(m_mline[0], m_mline[1]).normalized());
-    syncHandgripsToRect(rect());
     m_creationStarted = true;
+    setRect(QRectF(m_mline[0], m_mline[1]).normalized());
 }
 
 void RulerItem::mouseMove(QGraphicsSceneMouseEvent*) {}
@@ -119,23 +118,15 @@ bool RulerItem::endEdition() {
     return r.width() > 0 && r.height() > 0;
 }
 
-void RulerItem::pressPoint(const QPointF&) {
-    emit mesureChangedSTART(this);
-}
-
-void RulerItem::releasePoint(const QPointF&) {
-    syncHandgripsToRect(RectHandgrips::normalise(m_mline));
-    emit mesureChangedEND(this);
-}
-
-void RulerItem::updatePoint(const QPointF& p) {
-    HoverEventItem* grip = senderHandgrip();
-    if (!m_handgripItems.contains(grip))
-        return;
-    const QRectF r = RectHandgrips::drag(grip, m_mline, p, this);
-    setRect(r.normalized());
-    syncHandgripsToRect(r);
+void RulerItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
+    setRect(RectHandgrips::drag(handgrip(id), m_mline, scenePos, this).normalized());
     emit mesureChanged(this);
+}
+
+void RulerItem::handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
+    RectHandgrips::normalise(m_mline);
+    refreshHandgrips();
+    ShapeItem::handleReleased(id, scenePos, modifiers);
 }
 
 void RulerItem::fillContextMenu(QMenu* menu) {
@@ -152,10 +143,6 @@ void RulerItem::applyContextMenu(int data) {
             update();
         }
     }
-}
-
-void RulerItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) {
-    edit();
 }
 
 QRectF RulerItem::boundingRect() const {
@@ -197,26 +184,16 @@ void RulerItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidge
     painter->restore();
 }
 
-bool RulerItem::toXml(QDomElement& e) const {
-    commonWriteXML(e);
+void RulerItem::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("rotation"), variantToString(QGraphicsItem::rotation()));
     e.setAttribute(QStringLiteral("rect"), variantToString(rect()));
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
-    return true;
 }
 
-bool RulerItem::fromXml(const QDomElement& e) {
-    m_creationStarted = true;
-    commonReadXML(e);
-    const double angle = e.attribute(QStringLiteral("rotation")).toDouble();
-    setRotation(std::isfinite(angle) ? angle : 0.0);
-    const QRectF r = stringToVariant(e.attribute(QStringLiteral("rect")), QMetaType::QRectF).toRectF();
+void RulerItem::readGeometry(const QDomElement& e) {
+    setRotation(readNumber(e, QStringLiteral("rotation")));
+    const QRectF r = readRect(e, QStringLiteral("rect"));
+    m_mline = {r.topLeft(), r.bottomRight()};
     setRect(r);
-    m_mline[0] = r.topLeft();
-    m_mline[1] = r.bottomRight();
-    setPos(stringToVariant(e.attribute(QStringLiteral("pos")), QMetaType::QPointF).toPointF());
-    setPen(m_pen);
-    setFont(m_font);
-    syncHandgripsToRect(r);
-    return true;
+    setPos(readPoint(e, QStringLiteral("pos")));
 }

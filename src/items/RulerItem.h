@@ -1,29 +1,31 @@
 #pragma once
 
-#include "AbstractBaseItem.h"
+#include "ItemTypes.h"
+#include "ShapeItem.h"
 
 class QGraphicsRectItem;
 
 // A graduated ruler along a rectangle: a tick every calibrated unit, longer every fifth and tenth,
 // each tenth labelled (divided by the label divisor).
-class GRAPHICSOBJECTS_EXPORT RulerItem : public AbstractBaseItem {
+class GRAPHICSOBJECTS_EXPORT RulerItem : public ShapeItem {
     Q_OBJECT
 public:
-    RulerItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_ITEM_TYPE(RulerItem)
 
-    AbstractBaseItem* clone(int id) override;
+    Q_INVOKABLE RulerItem(QGraphicsItem* parent, int id, void* context);
+
     long mesuresFlag() const override { return 0; }
     QPointF centroid() override;
-    void setPen(const QPen& pen) override;
     void setFont(const QFont& font) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
-    bool toXml(QDomElement& e) const override;
-    bool fromXml(const QDomElement& e) override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
+    QList<Handle> handles() const override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
+    void handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
 
     QRectF boundingRect() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
@@ -33,19 +35,16 @@ public:
     // Graduation step in pixels: one calibrated unit.
     double graduationStep() const;
 
-public slots:
-    void pressPoint(const QPointF&) override;
-    void releasePoint(const QPointF&) override;
-    void updatePoint(const QPointF& p) override;
-
 protected:
-    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) override;
+    bool savesMesures() const override { return false; }
+    void writeGeometry(QDomElement& e) const override;
+    void readGeometry(const QDomElement& e) override;
 
 private:
     void setRect(const QRectF& r);
 
     struct Ruler {
-        QGraphicsRectItem* rect = nullptr;
+        QGraphicsRectItem* rect;
         int divisor = 1;
     } m_ruler;
 };

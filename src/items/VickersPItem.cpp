@@ -58,8 +58,8 @@ QString significant(double v, int digits, bool trimZeros) {
 } // namespace
 
 VickersPItem::VickersPItem(QGraphicsItem* parent, int id, void* context)
-    : AbstractBaseItem(parent, id, context)
-    , m_polygon(new QGraphicsPolygonItem(this)) {
+    : ShapeItem(parent, new QGraphicsPolygonItem)
+    , m_polygon(static_cast<QGraphicsPolygonItem*>(childShape())) {
     m_subType = 1;
     initIdentity(id);
     // The hardness is what the user measures an indentation for.
@@ -94,11 +94,17 @@ void VickersPItem::takeOverContext(const _AUTOPOINTPARAMS& params) {
 }
 
 AbstractBaseItem* VickersPItem::clone(int id) {
-    auto* copy = new VickersPItem(parentItem(), id, nullptr);
-    copyCommonData(copy, this);
-    copyDataTo(copy);
+    auto* copy = static_cast<VickersPItem*>(ShapeItem::clone(id));
+    copy->setParentItem(parentItem());
     copy->m_highPrecision = m_highPrecision;
     return copy;
+}
+
+QList<AbstractBaseItem::Handle> VickersPItem::handles() const {
+    QList<Handle> result;
+    for (int i = 0; i < m_mline.size(); ++i)
+        result.append({i, HoverEventItem::Move, m_mline[i]});
+    return result;
 }
 
 QString VickersPItem::getSimpleHELP() {
@@ -125,11 +131,6 @@ void VickersPItem::setSpecificparameters(QString, void* params) {
     if (!params || m_suspended)
         return;
     setCharge(static_cast<const _AUTOPOINTPARAMS*>(params)->load);
-}
-
-void VickersPItem::setPen(const QPen& pen) {
-    AbstractBaseItem::setPen(pen);
-    m_polygon->setPen(pen);
 }
 
 QString VickersPItem::hardnessDesignation() const {
@@ -171,10 +172,6 @@ QRectF VickersPItem::boundingRect() const {
     if (m_label && m_label->isVisible())
         r = r.united(mapRectFromItem(m_label, m_label->boundingRect()));
     return r;
-}
-
-void VickersPItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
-    commonPaintCentroidText(painter);
 }
 
 void VickersPItem::mousePress(QGraphicsSceneMouseEvent* event) {
@@ -222,24 +219,12 @@ bool VickersPItem::computeMesures(void*) {
     return recompute(false);
 }
 
-void VickersPItem::pressPoint(const QPointF&) {
-    emit mesureChangedSTART(this);
-}
-
-void VickersPItem::releasePoint(const QPointF&) {
-    emit mesureChangedEND(this);
-}
-
-void VickersPItem::updatePoint(const QPointF& scenePos) {
-    HoverEventItem* grip = senderHandgrip();
-    const int index = int(m_handgripItems.indexOf(grip));
-    if (index < 0 || m_mline.size() != m_handgripItems.size())
+void VickersPItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
+    if (id < 0 || id >= m_mline.size())
         return;
-    for (int i = 0; i < m_mline.size(); ++i)
-        m_mline[i] = m_handgripItems[i]->pos();
-    const QPointF p = mapFromScene(scenePos);
-    m_mline[index] = p;
-    grip->setPos(p);
+    m_mline[id] = mapFromScene(scenePos);
+    if (HoverEventItem* grip = handgrip(id))
+        grip->setPos(m_mline[id]);
     rebuildPolygon(m_mline);
     recompute(false);
 }
@@ -293,36 +278,23 @@ void VickersPItem::placeLabel() {
     commonUpdateText();
 }
 
-void VickersPItem::commonUpdateText() {
-    if (!m_label || !m_textusage)
-        return;
-    m_label->setText(slotText(m_mesureIndex));
-    m_label->setVisible(true);
-}
-
-QString VickersPItem::slotText(int slot) const {
+AbstractBaseItem::MesureText VickersPItem::mesureText(int i) const {
     for (const SlotText& entry : slotTexts) {
-        if (entry.slot != slot)
-            continue;
-        const QString unit = entry.unit ? QString::fromLatin1(entry.unit) : m_calibration.unitName;
-        return tr(entry.name) + QString::number(m_mesure[slot], 'f', m_calibration.decimals) +
-               QLatin1Char('*') + unit;
+        if (entry.slot == i)
+            return {tr(entry.name), QString::number(m_mesure[i], 'f', m_calibration.decimals),
+                    entry.unit ? QString::fromLatin1(entry.unit) : m_calibration.unitName};
     }
-    return QString();
+    return {};
 }
 
 void VickersPItem::addCorner(const QPointF& p) {
-    auto* grip = new HoverEventItem(this, this, int(m_mline.size()), HoverEventItem::Move);
-    grip->setPos(p);
     m_mline.append(p);
-    m_handgripItems.append(grip);
-    updateHandgrips();
+    refreshHandgrips();
 }
 
 void VickersPItem::removeCorners() {
-    qDeleteAll(m_handgripItems);
-    m_handgripItems.clear();
     m_mline.clear();
+    refreshHandgrips();
 }
 
 void VickersPItem::reverseCorners() {
@@ -338,20 +310,15 @@ void VickersPItem::rebuildPolygon(const QList<QPointF>& points) {
     m_polygon->setPolygon(QPolygonF(points));
 }
 
-bool VickersPItem::toXml(QDomElement& e) const {
-    commonWriteXML(e);
-    commonMesuresWriteXML(e);
+void VickersPItem::writeGeometry(QDomElement& e) const {
     QString coords;
     for (const QPointF& p : m_mline)
         coords += variantToString(mapToParent(p)) + QLatin1Char(';');
     e.setAttribute(QStringLiteral("coords"), coords);
     e.setAttribute(QStringLiteral("charge"), QString::number(m_charge, 'f', 2));
-    return true;
 }
 
-bool VickersPItem::fromXml(const QDomElement& e) {
-    commonReadXML(e);
-    commonMesuresReadXML(e);
+void VickersPItem::readGeometry(const QDomElement& e) {
     removeCorners();
     const QStringList parts =
         e.attribute(QStringLiteral("coords")).split(QLatin1Char(';'), Qt::SkipEmptyParts);
@@ -366,11 +333,8 @@ bool VickersPItem::fromXml(const QDomElement& e) {
     }
     m_charge = e.attribute(QStringLiteral("charge")).toDouble();
     m_highPrecision = true;
-    m_creationStarted = true;
     m_modeEdition = m_mline.size() == CornerCount ? EditionComplete : EditionCreating;
     // The saved measures stand: they were computed with the calibration of their time.
-    setPen(m_pen);
-    setFont(m_font);
     transmitFont(m_font2);
     rebuildPolygon(m_mline);
     if (m_mline.size() == CornerCount) {
@@ -378,5 +342,4 @@ bool VickersPItem::fromXml(const QDomElement& e) {
         placeCentroidHandgrip();
     }
     commonUpdateText();
-    return true;
 }

@@ -1,15 +1,17 @@
 #pragma once
 
-#include "AbstractBaseItem.h"
+#include "ItemTypes.h"
+#include "ShapeItem.h"
 
 class QGraphicsPolygonItem;
 
 // A Vickers hardness indentation: the user clicks the four corners of the square indent, the item
 // measures both diagonals and computes the hardness from them and the test load.
 // Calibrated lengths are taken to be micrometres.
-class GRAPHICSOBJECTS_EXPORT VickersPItem : public AbstractBaseItem {
+class GRAPHICSOBJECTS_EXPORT VickersPItem : public ShapeItem {
     Q_OBJECT
 public:
+    GRAPHICSOBJECTS_ITEM_TYPE(VickersPItem)
     // Context-menu commands (negative, as the measure indices are not).
     enum MenuCommand { HighPrecisionCommand = -1, StdPrecisionCommand = -2 };
     // Where the results lie in both measure arrays.
@@ -19,8 +21,9 @@ public:
 
     // context: optional _AUTOPOINTPARAMS; its source item's measures are taken over and exactly
     // four points build and compute the indentation at once.
-    VickersPItem(QGraphicsItem* parent, int id, void* context);
+    Q_INVOKABLE VickersPItem(QGraphicsItem* parent, int id, void* context);
 
+    // The copy keeps the precision mode, which the XML form does not carry.
     AbstractBaseItem* clone(int id) override;
     long mesuresFlag() const override { return 0x200; }
     // The slots 0 to 9 that this item declares.
@@ -49,27 +52,26 @@ public:
     // warning receives the text to show the user (empty when they agree).
     bool diagonalsDiffer(QString* warning = nullptr) const;
     // The label text of one slot ("d1:60.00*µm", "hardness:510.85*HV"); empty for a slot not written.
-    QString slotText(int slot) const;
+    QString slotText(int slot) const { return displayedMesure(slot); }
+    MesureText mesureText(int i) const override;
 
     // The load from a parameter record (an _AUTOPOINTPARAMS, member load).
     void setSpecificparameters(QString, void* params) override;
-    void setPen(const QPen& pen) override;
 
     // Centre of the quadrilateral's bounding rectangle: where the label is anchored.
     QPointF centroid() override;
     QRectF boundingRect() const override;
-    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
+    bool drawnByClicks() const override { return true; }
+    QList<Handle> handles() const override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-
-    bool toXml(QDomElement& e) const override;
-    bool fromXml(const QDomElement& e) override;
 
     QGraphicsPolygonItem* polygonItem() const { return m_polygon; }
 
@@ -78,12 +80,11 @@ public slots:
     bool computeMesures(void*) override;
     // The quadrilateral's bounding rectangle in scene coordinates.
     QRectF itemRectF(void*) override;
-    void pressPoint(const QPointF& scenePos) override;
-    void releasePoint(const QPointF& scenePos) override;
-    void updatePoint(const QPointF& scenePos) override;
 
 protected:
-    void commonUpdateText() override;
+    void recalibrate() override { recompute(false); }
+    void writeGeometry(QDomElement& e) const override;
+    void readGeometry(const QDomElement& e) override;
 
 private:
     static constexpr int CornerCount = 4;
@@ -96,7 +97,7 @@ private:
     void placeLabel();
     void takeOverContext(const _AUTOPOINTPARAMS& params);
 
-    QGraphicsPolygonItem* m_polygon = nullptr;
+    QGraphicsPolygonItem* m_polygon;
     double m_charge = DefaultCharge;
     bool m_highPrecision = true;
     bool m_suspended = false;

@@ -17,29 +17,17 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
-#include <algorithm>
-#include <iterator>
 
 namespace {
 
-// The measure kinds whose value is a length and so carries the unit name.
-constexpr int lengthKinds[] = {AbstractBaseItem::Dist1, AbstractBaseItem::Dist2, AbstractBaseItem::Perim,
-                               AbstractBaseItem::Rad1,  AbstractBaseItem::Rad2,  AbstractBaseItem::Diam};
-
-bool isLength(int kind) {
-    return std::find(std::begin(lengthKinds), std::end(lengthKinds), kind) != std::end(lengthKinds);
-}
-
-// "LineItem1 dist1:12.50 mm": the source's name, its displayed measure and, for lengths, the unit
-// written as a word rather than with the label's "*".
+// "LineItem1 dist1:12.50 mm": the source's name, its displayed measure and its unit, written as a
+// word rather than with the label's "*".
 QString linkedText(const AbstractBaseItem& source) {
     const int kind = source.mesureIndex();
-    const QString unit = isLength(kind) ? source.calibration().unitName : QString();
-    QString mesure = source.formatTextMesure(kind);
-    const QString unitSuffix = QLatin1Char('*') + unit;
-    if (!unit.isEmpty() && mesure.endsWith(unitSuffix))
-        mesure.chop(unitSuffix.size());
-    return QStringLiteral("%1 %2 %3").arg(source.getGUIDname(), mesure, unit).simplified();
+    AbstractBaseItem::MesureText mesure = source.mesureText(kind);
+    const QString unit = mesure.unit;
+    mesure.unit.clear();
+    return QStringLiteral("%1 %2 %3").arg(source.getGUIDname(), mesure.label(), unit).simplified();
 }
 
 constexpr int rotationGripPositions[] = {HoverEventItem::TopLeft, HoverEventItem::TopRight,
@@ -71,10 +59,6 @@ eTextItem::eTextItem(QGraphicsItem* parent, int index, void* params)
     connect(m_text, &TextItem::dirty, this, &eTextItem::textMoved);
     connect(m_text, &TextItem::selectedChange, this, &eTextItem::textSelected);
 
-    for (int position : rotationGripPositions)
-        m_handgripItems.append(new HoverEventItem(this, m_text, position, HoverEventItem::Rotation));
-    updateHandgrips();
-
     m_text->setPlainText(QStringLiteral(" "));
 
     if (auto* record = static_cast<_AUTOPOINTPARAMS*>(params)) {
@@ -103,7 +87,16 @@ void eTextItem::syncBackground() {
     m_background->setPos(m_text->pos());
     m_background->setRect(m_text->boundingRect());
     m_background->setTransform(m_text->transform());
-    syncHandgripsToRect(m_text->boundingRect());
+    refreshHandgrips();
+}
+
+// On the corners of the text, turned with it.
+QList<AbstractBaseItem::Handle> eTextItem::handles() const {
+    QList<Handle> result;
+    for (int position : rotationGripPositions)
+        result.append({position, HoverEventItem::Rotation,
+                       m_text->mapToParent(HoverEventItem::positionOnRect(m_text->boundingRect(), position))});
+    return result;
 }
 
 void eTextItem::recenter() {
@@ -148,18 +141,14 @@ void eTextItem::rotate(double angle) {
     syncBackground();
 }
 
-void eTextItem::initRotationReferencePoint(const QPointF& p) {
-    AbstractBaseItem::initRotationReferencePoint(p);
+void eTextItem::handlePressed(int, const QPointF&, Qt::KeyboardModifiers) {
     m_rotationAtPress = m_rotation;
 }
 
-void eTextItem::updatePoint(const QPointF& p) {
-    const HoverEventItem* grip = senderHandgrip();
-    if (!grip || grip->getType() != HoverEventItem::Rotation)
-        return;
+void eTextItem::handleMoved(int id, const QPointF& p, Qt::KeyboardModifiers) {
     const QPointF c = m_text->sceneBoundingRect().center();
     // The grip angle grows anticlockwise on screen, a transform's rotation clockwise.
-    rotate(m_rotationAtPress - HoverEventItem::applyRotation(grip, p, c, m_refRotationPoint));
+    rotate(m_rotationAtPress - HoverEventItem::applyRotation(handgrip(id), p, c, m_refRotationPoint));
 }
 
 void eTextItem::activateEditor() {

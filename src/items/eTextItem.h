@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AbstractBaseItem.h"
+#include "ItemTypes.h"
 #include "graphicsobjects_export.h"
 
 #include <QPointer>
@@ -14,10 +15,11 @@ class TextItem;
 class GRAPHICSOBJECTS_EXPORT eTextItem : public AbstractBaseItem {
     Q_OBJECT
 public:
+    GRAPHICSOBJECTS_ITEM_TYPE(eTextItem)
     // Context menu commands.
     enum MenuCommand { EditInWindow = -1, Unlink = -2 };
 
-    eTextItem(QGraphicsItem* parent, int index, void* params);
+    Q_INVOKABLE eTextItem(QGraphicsItem* parent, int index, void* params);
     ~eTextItem() override;
 
     QString text() const;
@@ -38,6 +40,11 @@ public:
     void setFont(const QFont& font) override;
     void rotate(double angle) override;
     QPointF centroid() override;
+    QList<Handle> handles() const override;
+    // The corner grips turn the text; turning it is no measure edit and announces nothing.
+    void handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
+    void handleReleased(int, const QPointF&, Qt::KeyboardModifiers) override {}
 
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
@@ -65,8 +72,6 @@ public slots:
     void focusOut();
     void textChanged();
     QRectF itemRectF(void* inScene) override;
-    void updatePoint(const QPointF& p) override;
-    void initRotationReferencePoint(const QPointF& p) override;
 
 protected:
     void focusInEvent(QFocusEvent* event) override;

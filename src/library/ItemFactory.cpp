@@ -1,127 +1,51 @@
 #include "ItemFactory.h"
 
-#include "AbstractBaseItem.h"
-#include "Arrow2Item.h"
-#include "ArrowItem.h"
-#include "CircleItem.h"
 #include "ClassNames.h"
-#include "eTextItem.h"
-#include "LineItem.h"
-#include "RectangleItem.h"
-#include "RectangleItemFeret.h"
-#include "RectCalibItem.h"
-#include "RulerItem.h"
-#include "VickersPItem.h"
-
-#include <new>
+#include "ItemRegistry.h"
 
 namespace {
 
-using Constructor = AbstractBaseItem* (*)(QGraphicsItem* parent, int id, void* context);
+using ItemRegistry::List;
 
-template <class Item> AbstractBaseItem* create(QGraphicsItem* parent, int id, void* context) {
-    return new (std::nothrow) Item(parent, id, context);
+bool inMesureFactory(const ItemRegistry::Row& row) {
+    return row.list == List::Mesures;
 }
 
-struct FactoryEntry {
-    const char* className;
-    Constructor construct; // null until the class exists
-};
-
-// Each factory tries its names in this order. A class is built once its header is included above
-// and its row names &create<Class>.
-// clang-format off
-const FactoryEntry toolClasses[] = {
-    {"PointItem", nullptr},
-    {"AnchorPointItem", nullptr},
-    {"LineItem", &create<LineItem>},
-    {"PolylineItem", nullptr},
-    {"PolygonItem", nullptr},
-    {"EllipseItem", nullptr},
-    {"CircleItem", &create<CircleItem>},
-    {"CirclePItem", nullptr},
-    {"CirclePointsItem", nullptr},
-    {"Circle3PointsItem", nullptr},
-    {"ArcPointsItem", nullptr},
-    {"Arc3PointsItem", nullptr},
-    {"ArcItem", nullptr},
-    {"CurveItem", nullptr},
-    {"RectangleItem", &create<RectangleItem>},
-    {"CrossItem", nullptr},
-    {"RectCalibItem", &create<RectCalibItem>},
-    {"PolygonShapeItem", nullptr},
-    {"DXFItem", nullptr},
-    {"LassoItem", nullptr},
-    {"VickersPItem", &create<VickersPItem>},
-    {"RectangleItemFeret", &create<RectangleItemFeret>},
-    {"RulerItem", &create<RulerItem>},
-    {"StampItem", nullptr},
-    {"eTextItem", &create<eTextItem>},
-    {"PixmapItem", nullptr},
-    {"SmileyItem", nullptr},
-    {"VideoItem", nullptr},
-    {"Custom1", nullptr},
-    {"CircleNote", nullptr},
-    {"CrossHItem", nullptr},
-    {"CrossVItem", nullptr},
-    {"ArrowItem", &create<ArrowItem>},
-    {"Arrow2Item", &create<Arrow2Item>},
-    {"FlattenItem", nullptr},
-};
-
-const FactoryEntry mesureClasses[] = {
-    {"Distance", nullptr},
-    {"Angle", nullptr},
-    {"Circle3", nullptr},
-    {"Projection", nullptr},
-    {"Intersection", nullptr},
-    {"Tangent", nullptr},
-};
-// clang-format on
-
-template <size_t N> const FactoryEntry* find(const FactoryEntry (&table)[N], const QString& className) {
-    for (const FactoryEntry& entry : table) {
-        if (className == QLatin1String(entry.className))
-            return &entry;
-    }
-    return nullptr;
+AbstractBaseItem* build(bool mesureFactory, const QString& name, QGraphicsItem* parent, int id, void* context) {
+    const ItemRegistry::Row* row = ItemRegistry::find(classNameFor(name));
+    if (!row || !row->construct || inMesureFactory(*row) != mesureFactory)
+        return nullptr;
+    return row->construct(parent, id, context);
 }
 
-template <size_t N>
-AbstractBaseItem* build(const FactoryEntry (&table)[N], const QString& name, QGraphicsItem* parent, int id,
-                        void* context) {
-    const FactoryEntry* entry = find(table, classNameFor(name));
-    return entry && entry->construct ? entry->construct(parent, id, context) : nullptr;
-}
-
-template <size_t N> QStringList classNames(const FactoryEntry (&table)[N]) {
+QStringList classNames(bool mesureFactory) {
     QStringList result;
-    for (const FactoryEntry& entry : table)
-        result << QString::fromLatin1(entry.className);
+    for (const ItemRegistry::Row& row : ItemRegistry::rows()) {
+        if (inMesureFactory(row) == mesureFactory)
+            result << QString::fromLatin1(row.className);
+    }
     return result;
 }
 
 } // namespace
 
 AbstractBaseItem* XBaseItemToolCreate(QString& name, QGraphicsItem* parent, int id, void* context) {
-    return build(toolClasses, name, parent, id, context);
+    return build(false, name, parent, id, context);
 }
 
 AbstractBaseItem* XBaseItemMesureCreate(QString& name, QGraphicsItem* parent, int id, void* context) {
-    return build(mesureClasses, name, parent, id, context);
+    return build(true, name, parent, id, context);
 }
 
 QStringList toolFactoryClassNames() {
-    return classNames(toolClasses);
+    return classNames(false);
 }
 
 QStringList mesureFactoryClassNames() {
-    return classNames(mesureClasses);
+    return classNames(true);
 }
 
 bool factoryBuilds(const QString& className) {
-    const FactoryEntry* entry = find(toolClasses, className);
-    if (!entry)
-        entry = find(mesureClasses, className);
-    return entry && entry->construct;
+    const ItemRegistry::Row* row = ItemRegistry::find(className);
+    return row && row->construct;
 }

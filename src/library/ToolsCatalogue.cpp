@@ -1,6 +1,7 @@
 #include "ToolsCatalogue.h"
 
 #include "ClassNames.h"
+#include "ItemRegistry.h"
 #include "LassoShared.h"
 
 #include <QCoreApplication>
@@ -22,64 +23,10 @@ void ensureIconResources() {
 
 namespace {
 
-enum class List { Tools, Mesures, Annotations, None };
-// Translated: translate("NAMES", class name); Itself: the class name; Absent: no name-table entry.
-enum class Displayed { Translated, Itself, Absent };
-
-struct CatalogueEntry {
-    const char* className;
-    List list;
-    Displayed displayed;
-    const char* icon;
-};
+using ItemRegistry::Displayed;
+using ItemRegistry::List;
 
 const char* const pencil = ":/pencil.png";
-
-// Within each list, rows are in the list's order. Some icons look borrowed (the intersection shows
-// the tangent line, the stamp the ruler): hosts and their users know the tools by these pictures.
-const CatalogueEntry catalogue[] = {
-    {QT_TRANSLATE_NOOP("NAMES", "LineItem"), List::Tools, Displayed::Translated, ":/line.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "PointItem"), List::Tools, Displayed::Translated, ":/point.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "AnchorPointItem"), List::Tools, Displayed::Translated, ":/point.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "EllipseItem"), List::Tools, Displayed::Translated, ":/ellipse.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "CircleItem"), List::Tools, Displayed::Translated, ":/circle.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "CirclePItem"), List::Tools, Displayed::Translated, ":/circleP.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "Circle3PointsItem"), List::Tools, Displayed::Translated, ":/circle.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "Arc3PointsItem"), List::Tools, Displayed::Translated, ":/arc.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "CurveItem"), List::Tools, Displayed::Translated, ":/curve.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "RectangleItem"), List::Tools, Displayed::Translated, ":/rectangle.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "PolygonItem"), List::Tools, Displayed::Translated, ":/polyclosed.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "PolylineItem"), List::Tools, Displayed::Translated, ":/poly.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "CrossItem"), List::Tools, Displayed::Translated, ":/orthosnap.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "Distance"), List::Mesures, Displayed::Translated, ":/distance.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "Angle"), List::Mesures, Displayed::Translated, ":/angle.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "Circle3"), List::Mesures, Displayed::Translated, ":/circle.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "Projection"), List::Mesures, Displayed::Translated, ":/perpline.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "Intersection"), List::Mesures, Displayed::Translated, ":/tanline.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "Tangent"), List::Mesures, Displayed::Translated, ":/parallel.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "eTextItem"), List::Annotations, Displayed::Translated, ":/font.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "ArrowItem"), List::Annotations, Displayed::Translated, ":/arrow.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "Arrow2Item"), List::Annotations, Displayed::Translated, ":/arrow.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "SmileyItem"), List::Annotations, Displayed::Translated, ":/smiley.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "PixmapItem"), List::Annotations, Displayed::Translated, ":/image.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "VideoItem"), List::Annotations, Displayed::Translated, ":/zoomplus.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "RulerItem"), List::Annotations, Displayed::Translated, ":/qrule.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "StampItem"), List::Annotations, Displayed::Translated, ":/qrule.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "Custom1"), List::Annotations, Displayed::Translated, ":/protractor.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "CrossHItem"), List::Annotations, Displayed::Translated, pencil},
-    {QT_TRANSLATE_NOOP("NAMES", "CrossVItem"), List::Annotations, Displayed::Translated, pencil},
-    {QT_TRANSLATE_NOOP("NAMES", "CircleNote"), List::Annotations, Displayed::Translated, ":/circle.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "CirclePointsItem"), List::None, Displayed::Translated, ":/circle.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "ArcPointsItem"), List::None, Displayed::Translated, ":/arc.png"},
-    {QT_TRANSLATE_NOOP("NAMES", "LassoItem"), List::None, Displayed::Translated, ":/poly.png"},
-    {"VickersPItem", List::None, Displayed::Absent, ":/poly.png"},
-    {"FlattenItem", List::None, Displayed::Itself, ":/arrow.png"},
-    {"RectCalibItem", List::None, Displayed::Itself, pencil},
-    {"PolygonShapeItem", List::None, Displayed::Itself, pencil},
-    {"ArcItem", List::None, Displayed::Absent, pencil},
-    {"DXFItem", List::None, Displayed::Absent, pencil},
-    {"RectangleItemFeret", List::None, Displayed::Absent, pencil},
-};
 
 QMap<QString, QString>& names() {
     static QMap<QString, QString> table;
@@ -92,12 +39,12 @@ QMap<QString, QString>& namesInv() {
 }
 
 QStringList classNamesOf(List list) {
-    QStringList result;
-    for (const CatalogueEntry& entry : catalogue) {
-        if (entry.list == list)
-            result << QString::fromLatin1(entry.className);
+    QMap<int, QString> byPosition;
+    for (const ItemRegistry::Row& row : ItemRegistry::rows()) {
+        if (row.list == list)
+            byPosition.insert(row.position, QString::fromLatin1(row.className));
     }
-    return result;
+    return byPosition.values();
 }
 
 QStringList displayedNamesOf(List list) {
@@ -129,11 +76,11 @@ void InitToolsNames() {
     g_lassoRegions.clear();
 
     names().clear();
-    for (const CatalogueEntry& entry : catalogue) {
-        const QString className = QString::fromLatin1(entry.className);
-        if (entry.displayed == Displayed::Translated)
-            names().insert(className, QCoreApplication::translate("NAMES", entry.className));
-        else if (entry.displayed == Displayed::Itself)
+    for (const ItemRegistry::Row& row : ItemRegistry::rows()) {
+        const QString className = QString::fromLatin1(row.className);
+        if (row.displayed == Displayed::Translated)
+            names().insert(className, QCoreApplication::translate("NAMES", row.className));
+        else if (row.displayed == Displayed::Itself)
             names().insert(className, className);
     }
     // Earlier languages stay resolvable; of two classes sharing a displayed name, the later
@@ -167,12 +114,8 @@ QStringList annotationsAvailableNoTr() {
 }
 
 QString getIconPathFor(const QString& name) {
-    const QString className = classNameFor(name);
-    for (const CatalogueEntry& entry : catalogue) {
-        if (className == QLatin1String(entry.className))
-            return QString::fromLatin1(entry.icon);
-    }
-    return QString::fromLatin1(pencil);
+    const ItemRegistry::Row* row = ItemRegistry::find(classNameFor(name));
+    return QString::fromLatin1(row ? row->icon : pencil);
 }
 
 QPixmap getIconFor(QString name) {

@@ -43,8 +43,9 @@ void TestItem::setMesure(int i, double calibrated, double pixels) {
     m_mesureP[i] = pixels;
 }
 
-void TestItem::addGrip(int id, int kind) {
-    m_handgripItems.append(new HoverEventItem(this, this, id, kind));
+void TestItem::addGrip(int id, int kind, const QPointF& pos) {
+    m_handles.append({id, kind, pos});
+    refreshHandgrips();
 }
 
 void TestItem::mousePress(QGraphicsSceneMouseEvent* event) {

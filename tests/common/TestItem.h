@@ -25,7 +25,10 @@ public:
 
     // Test access to the protected parts of the base.
     void setMesure(int i, double calibrated, double pixels);
-    void addGrip(int id, int kind);
+    // A grip the item asks for from now on.
+    void addGrip(int id, int kind, const QPointF& pos = QPointF());
+    QList<Handle> handles() const override { return m_handles; }
+    bool drawnByClicks() const override { return pressesToComplete > 1; }
     int leaderLinesPainted() const { return m_leaderLines; }
     using AbstractBaseItem::commonUpdateText;
     using AbstractBaseItem::createPointIfNeeded;
@@ -52,4 +55,5 @@ public slots:
 
 private:
     int m_leaderLines = 0;
+    QList<Handle> m_handles;
 };

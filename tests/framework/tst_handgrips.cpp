@@ -161,11 +161,9 @@ void TestHandgrips::drag() {
     QVERIFY(s.exposed());
     auto* item = new TestItem;
     s.scene.addItem(item);
-    item->addGrip(0, HoverEventItem::Move);
-    item->updateHandgrips();
-    HoverEventItem* grip = item->handgripItems().first();
-    grip->setPos(100, 100);
+    item->addGrip(0, HoverEventItem::Move, {100, 100});
     item->forceSelection();
+    HoverEventItem* grip = item->handgripItems().first();
     item->setLockstate(locked);
 
     QSignalSpy init(grip, &HoverEventItem::initPos);

@@ -2,6 +2,7 @@
 
 #include "AbstractBaseItem.h"
 #include "AbstractScene.h"
+#include "StartTool.h"
 #include "CommonParams.h"
 #include "HoverEventItem.h"
 #include "ItemFactory.h"
@@ -55,7 +56,7 @@ struct DrawingView {
                            double factor = 1.0, Qt::KeyboardModifiers modifiers = {}) {
         if (!exposed)
             return nullptr;
-        QPointer<AbstractBaseItem> item = scene.startTool(className);
+        QPointer<AbstractBaseItem> item = startTool(&scene, className);
         Calibration calibration;
         calibration.factor = factor;
         item->setCalibration(calibration);
@@ -64,7 +65,7 @@ struct DrawingView {
     }
     // Creates an item of the class by single clicks (Vickers corners, a text's place).
     AbstractBaseItem* click(const QString& className, const QList<QPointF>& points) {
-        QPointer<AbstractBaseItem> item = scene.startTool(className);
+        QPointer<AbstractBaseItem> item = startTool(&scene, className);
         for (const QPointF& p : points) {
             move(p);
             QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, at(p));

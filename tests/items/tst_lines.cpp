@@ -142,7 +142,7 @@ void TestLines::orthogonalConstraint() {
     DrawingView v;
     v.zoom(QPointF(12, 10));
     const QPointF from(10, 10);
-    AbstractBaseItem* item = v.scene.startTool("LineItem");
+    AbstractBaseItem* item = startTool(&v.scene, "LineItem");
     if (!shift)
         item->setConstrainstate(true);
     const Qt::KeyboardModifiers modifiers = shift ? Qt::ShiftModifier : Qt::NoModifier;
@@ -369,7 +369,7 @@ void TestLines::blockArrow() {
 
 void TestLines::rulerSinglePressAndResize() {
     DrawingView v;
-    auto* ruler = qobject_cast<RulerItem*>(v.scene.startTool("RulerItem"));
+    auto* ruler = qobject_cast<RulerItem*>(startTool(&v.scene, "RulerItem"));
     // Moves during creation change nothing.
     v.drag({100, 100}, {150, 180});
     QVERIFY(ruler && ruler->isSelected());

@@ -1,0 +1,76 @@
+#include "ShapeItem.h"
+
+#include <QAbstractGraphicsShapeItem>
+#include <QGraphicsLineItem>
+#include <QPainter>
+
+ShapeItem::ShapeItem(QGraphicsItem* parent, QGraphicsItem* shape)
+    : AbstractBaseItem(parent, 0, nullptr)
+    , m_shape(shape) {
+    m_shape->setParentItem(this);
+}
+
+AbstractBaseItem* ShapeItem::clone(int id) {
+    QObject* object = metaObject()->newInstance(Q_ARG(QGraphicsItem*, nullptr), Q_ARG(int, id),
+                                                Q_ARG(void*, nullptr));
+    auto* item = qobject_cast<AbstractBaseItem*>(object);
+    if (item) {
+        copyCommonData(item, this);
+        copyDataTo(item);
+    }
+    return item;
+}
+
+QPointF ShapeItem::centroid() {
+    return childCentre(m_shape);
+}
+
+void ShapeItem::setPen(const QPen& pen) {
+    AbstractBaseItem::setPen(pen);
+    setShapePen(pen);
+}
+
+void ShapeItem::setShapePen(const QPen& pen) {
+    if (auto* line = qgraphicsitem_cast<QGraphicsLineItem*>(m_shape))
+        line->setPen(pen);
+    else if (auto* shape = dynamic_cast<QAbstractGraphicsShapeItem*>(m_shape))
+        shape->setPen(pen);
+}
+
+void ShapeItem::setBrush(const QBrush& brush) {
+    AbstractBaseItem::setBrush(brush);
+    if (auto* shape = dynamic_cast<QAbstractGraphicsShapeItem*>(m_shape))
+        shape->setBrush(brush);
+}
+
+bool ShapeItem::toXml(QDomElement& e) const {
+    commonWriteXML(e);
+    if (savesMesures())
+        commonMesuresWriteXML(e);
+    writeGeometry(e);
+    return true;
+}
+
+bool ShapeItem::fromXml(const QDomElement& e) {
+    m_creationStarted = true;
+    commonReadXML(e);
+    if (savesMesures())
+        commonMesuresReadXML(e);
+    setPen(m_pen);
+    setBrush(QBrush());
+    setFont(m_font);
+    readGeometry(e);
+    return true;
+}
+
+QRectF ShapeItem::boundingRect() const {
+    return m_shape->mapRectToParent(m_shape->boundingRect());
+}
+
+QPainterPath ShapeItem::shape() const {
+    return m_shape->mapToParent(m_shape->shape());
+}
+
+void ShapeItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
+    commonPaintCentroidText(painter);
+}

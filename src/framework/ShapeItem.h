@@ -1,0 +1,42 @@
+#pragma once
+
+#include "AbstractBaseItem.h"
+
+// Base of the items drawn through one child shape (a line, rectangle, ellipse, path or polygon
+// item). The child paints; the item forwards its geometry, pen and brush to it, clones itself,
+// and reads and writes the common XML around its own attributes. A concrete item keeps only what
+// differs: its geometry, its pixel measures, its own XML attributes and its handles.
+class GRAPHICSOBJECTS_EXPORT ShapeItem : public AbstractBaseItem {
+    Q_OBJECT
+public:
+    // A new item of the same class (its constructor must be Q_INVOKABLE), loaded from this one.
+    AbstractBaseItem* clone(int id) override;
+    QPointF centroid() override;
+    void setPen(const QPen& pen) override;
+    void setBrush(const QBrush& brush) override;
+
+    // The common attributes, the measures when the item keeps them, then the item's own.
+    bool toXml(QDomElement& e) const override;
+    bool fromXml(const QDomElement& e) override;
+
+    QRectF boundingRect() const override;
+    QPainterPath shape() const override;
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+
+protected:
+    // Takes the child shape, which becomes a graphics child of the item.
+    ShapeItem(QGraphicsItem* parent, QGraphicsItem* shape);
+
+    QGraphicsItem* childShape() const { return m_shape; }
+    // The child's own pen, leaving the label's colour alone.
+    void setShapePen(const QPen& pen);
+    virtual bool savesMesures() const { return true; }
+    virtual void writeGeometry(QDomElement& e) const = 0;
+    // Runs after the common attributes, the pen, brush and font are back.
+    virtual void readGeometry(const QDomElement& e) = 0;
+
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) override { edit(); }
+
+private:
+    QGraphicsItem* m_shape;
+};

@@ -1,0 +1,29 @@
+#include "XmlRead.h"
+
+#include "VariantText.h"
+
+#include <QDomElement>
+
+#include <cmath>
+
+bool isSceneNumber(double v) {
+    return std::isfinite(v) && std::abs(v) <= 1e9;
+}
+
+double readNumber(const QDomElement& e, const QString& key, double fallback) {
+    bool ok = false;
+    const double v = e.attribute(key).toDouble(&ok);
+    return ok && isSceneNumber(v) ? v : fallback;
+}
+
+QPointF readPoint(const QDomElement& e, const QString& key) {
+    const QPointF p = stringToVariant(e.attribute(key), QMetaType::QPointF).toPointF();
+    return isSceneNumber(p.x()) && isSceneNumber(p.y()) ? p : QPointF();
+}
+
+QRectF readRect(const QDomElement& e, const QString& key) {
+    const QRectF r = stringToVariant(e.attribute(key), QMetaType::QRectF).toRectF();
+    const bool sane = isSceneNumber(r.x()) && isSceneNumber(r.y()) && isSceneNumber(r.width()) &&
+                      isSceneNumber(r.height());
+    return sane ? r : QRectF();
+}

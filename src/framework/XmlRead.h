@@ -1,0 +1,19 @@
+#pragma once
+
+#include "graphicsobjects_export.h"
+
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+
+class QDomElement;
+
+// Attribute readers shared by every item: a number that is missing, malformed, not finite or
+// beyond any scene (|v| > 1e9) reads as the fallback, so no such value reaches a label or a file.
+GRAPHICSOBJECTS_EXPORT double readNumber(const QDomElement& e, const QString& key, double fallback = 0);
+// "x" "y" as written by variantToString; (0, 0) unless both parts are acceptable numbers.
+GRAPHICSOBJECTS_EXPORT QPointF readPoint(const QDomElement& e, const QString& key);
+// "x" "y" "w" "h"; the null rectangle unless all four are acceptable numbers.
+GRAPHICSOBJECTS_EXPORT QRectF readRect(const QDomElement& e, const QString& key);
+// Whether v is a number a scene can hold.
+GRAPHICSOBJECTS_EXPORT bool isSceneNumber(double v);

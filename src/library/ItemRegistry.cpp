@@ -1,0 +1,108 @@
+#include "ItemRegistry.h"
+
+#include "Arrow2Item.h"
+#include "ArrowItem.h"
+#include "CircleItem.h"
+#include "ItemTypes.h"
+#include "LineItem.h"
+#include "RectCalibItem.h"
+#include "RectangleItem.h"
+#include "RectangleItemFeret.h"
+#include "RulerItem.h"
+#include "VickersPItem.h"
+#include "eTextItem.h"
+
+#include <QCoreApplication>
+
+#include <new>
+
+namespace ItemRegistry {
+namespace {
+
+template <class Item> AbstractBaseItem* create(QGraphicsItem* parent, int id, void* context) {
+    return new (std::nothrow) Item(parent, id, context);
+}
+
+// A class that is built: its type, measure parameter and constructor come from the class.
+template <class Item>
+Row built(const char* className, List list, int position, Displayed displayed, const char* icon) {
+    return {className, Item::Type, list, position, displayed, icon, Item::MesureKey, Item::MesureDefault,
+            &create<Item>};
+}
+
+// A class the catalogue offers that this build does not construct yet.
+Row planned(const char* className, int type, List list, int position, Displayed displayed, const char* icon) {
+    return {className, type, list, position, displayed, icon, nullptr, 0, nullptr};
+}
+
+const char* const pencil = ":/pencil.png";
+using L = List;
+using D = Displayed;
+
+// Some icons look borrowed (the intersection shows the tangent line, the stamp the ruler): hosts
+// and their users know the tools by these pictures.
+QList<Row> makeRows() {
+    namespace T = ItemTypes;
+    // clang-format off
+    return {
+        planned(QT_TRANSLATE_NOOP("NAMES", "PointItem"), T::PointItem, L::Tools, 2, D::Translated, ":/point.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "AnchorPointItem"), T::AnchorPointItem, L::Tools, 3, D::Translated, ":/point.png"),
+        built<LineItem>(QT_TRANSLATE_NOOP("NAMES", "LineItem"), L::Tools, 1, D::Translated, ":/line.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "PolylineItem"), T::PolylineItem, L::Tools, 12, D::Translated, ":/poly.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "PolygonItem"), T::PolygonItem, L::Tools, 11, D::Translated, ":/polyclosed.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "EllipseItem"), T::EllipseItem, L::Tools, 4, D::Translated, ":/ellipse.png"),
+        built<CircleItem>(QT_TRANSLATE_NOOP("NAMES", "CircleItem"), L::Tools, 5, D::Translated, ":/circle.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "CirclePItem"), T::CirclePItem, L::Tools, 6, D::Translated, ":/circleP.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "CirclePointsItem"), T::CirclePointsItem, L::None, 0, D::Translated, ":/circle.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "Circle3PointsItem"), T::Circle3PointsItem, L::Tools, 7, D::Translated, ":/circle.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "ArcPointsItem"), T::ArcPointsItem, L::None, 0, D::Translated, ":/arc.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "Arc3PointsItem"), T::Arc3PointsItem, L::Tools, 8, D::Translated, ":/arc.png"),
+        planned("ArcItem", T::ArcItem, L::None, 0, D::Absent, pencil),
+        planned(QT_TRANSLATE_NOOP("NAMES", "CurveItem"), T::CurveItem, L::Tools, 9, D::Translated, ":/curve.png"),
+        built<RectangleItem>(QT_TRANSLATE_NOOP("NAMES", "RectangleItem"), L::Tools, 10, D::Translated, ":/rectangle.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "CrossItem"), T::CrossItem, L::Tools, 13, D::Translated, ":/orthosnap.png"),
+        built<RectCalibItem>("RectCalibItem", L::None, 0, D::Itself, pencil),
+        planned("PolygonShapeItem", T::PolygonShapeItem, L::None, 0, D::Itself, pencil),
+        planned("DXFItem", T::DXFItem, L::None, 0, D::Absent, pencil),
+        planned(QT_TRANSLATE_NOOP("NAMES", "LassoItem"), T::LassoItem, L::None, 0, D::Translated, ":/poly.png"),
+        built<VickersPItem>("VickersPItem", L::None, 0, D::Absent, ":/poly.png"),
+        built<RectangleItemFeret>("RectangleItemFeret", L::None, 0, D::Absent, pencil),
+        built<RulerItem>(QT_TRANSLATE_NOOP("NAMES", "RulerItem"), L::Annotations, 7, D::Translated, ":/qrule.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "StampItem"), T::StampItem, L::Annotations, 8, D::Translated, ":/qrule.png"),
+        built<eTextItem>(QT_TRANSLATE_NOOP("NAMES", "eTextItem"), L::Annotations, 1, D::Translated, ":/font.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "PixmapItem"), T::PixmapItem, L::Annotations, 5, D::Translated, ":/image.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "SmileyItem"), T::SmileyItem, L::Annotations, 4, D::Translated, ":/smiley.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "VideoItem"), T::VideoItem, L::Annotations, 6, D::Translated, ":/zoomplus.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "Custom1"), T::Custom1, L::Annotations, 9, D::Translated, ":/protractor.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "CircleNote"), T::CircleNote, L::Annotations, 12, D::Translated, ":/circle.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "CrossHItem"), T::CrossHItem, L::Annotations, 10, D::Translated, pencil),
+        planned(QT_TRANSLATE_NOOP("NAMES", "CrossVItem"), T::CrossVItem, L::Annotations, 11, D::Translated, pencil),
+        built<ArrowItem>(QT_TRANSLATE_NOOP("NAMES", "ArrowItem"), L::Annotations, 2, D::Translated, ":/arrow.png"),
+        built<Arrow2Item>(QT_TRANSLATE_NOOP("NAMES", "Arrow2Item"), L::Annotations, 3, D::Translated, ":/arrow.png"),
+        planned("FlattenItem", T::FlattenItem, L::None, 0, D::Itself, ":/arrow.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "Distance"), T::Distance, L::Mesures, 1, D::Translated, ":/distance.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "Angle"), T::Angle, L::Mesures, 2, D::Translated, ":/angle.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "Circle3"), T::Circle3, L::Mesures, 3, D::Translated, ":/circle.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "Projection"), T::Projection, L::Mesures, 4, D::Translated, ":/perpline.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "Intersection"), T::Intersection, L::Mesures, 5, D::Translated, ":/tanline.png"),
+        planned(QT_TRANSLATE_NOOP("NAMES", "Tangent"), T::Tangent, L::Mesures, 6, D::Translated, ":/parallel.png"),
+    };
+    // clang-format on
+}
+
+} // namespace
+
+const QList<Row>& rows() {
+    static const QList<Row> table = makeRows();
+    return table;
+}
+
+const Row* find(const QString& className) {
+    for (const Row& row : rows()) {
+        if (className == QLatin1String(row.className))
+            return &row;
+    }
+    return nullptr;
+}
+
+} // namespace ItemRegistry
