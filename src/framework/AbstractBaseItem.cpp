@@ -205,8 +205,35 @@ void AbstractBaseItem::initIdentity(int id, const char* mesureKey, int mesureDef
     computeGUID(m_type, id);
     if (m_guidName.isEmpty())
         m_guidName = m_type + QString::number(id);
+    m_mesureKey = mesureKey;
     if (mesureKey)
         m_mesureIndex = getCommonParams(QString::fromLatin1(mesureKey), mesureDefault).toInt();
+}
+
+const _AUTOPOINTPARAMS* AbstractBaseItem::startGenerated(void* context) {
+    if (!context)
+        return nullptr;
+    m_creationStarted = true;
+    m_generated = true;
+    return static_cast<const _AUTOPOINTPARAMS*>(context);
+}
+
+void AbstractBaseItem::takeMesuresFrom(const AbstractBaseItem* source) {
+    if (!source)
+        return;
+    for (int i = 0; i < MesuresCount; ++i) {
+        m_mesure[i] = source->accessmesure(unsigned(i));
+        m_mesureP[i] = source->accessmesureP(unsigned(i));
+    }
+}
+
+void AbstractBaseItem::fillContextMenu(QMenu* menu) {
+    addMenuEntries(menu, mesureMenu(), m_mesureIndex);
+}
+
+void AbstractBaseItem::applyContextMenu(int data) {
+    if (m_mesureKey)
+        chooseMesure(data, QString::fromLatin1(m_mesureKey));
 }
 
 QPointF AbstractBaseItem::childCentre(const QGraphicsItem* child) const {

@@ -205,8 +205,11 @@ public:
     // Menus are built and applied in two halves, so that a choice made in code takes the same path
     // as a click: fill*Menu adds the actions, apply*Menu receives the chosen action's data.
     // The context menu opens on a right click, the edit menu from edit() (or a double click).
-    virtual void fillContextMenu(QMenu*) {}
-    virtual void applyContextMenu(int) {}
+    // By default the context menu offers mesureMenu() and a choice is shown and remembered under
+    // the class's measure key.
+    virtual void fillContextMenu(QMenu* menu);
+    virtual void applyContextMenu(int data);
+    virtual QList<MenuEntry> mesureMenu() const { return {}; }
     virtual void fillEditMenu(QMenu*) {}
     virtual void applyEditMenu(int) {}
 
@@ -295,6 +298,11 @@ protected:
     // GUID from it and the id, and "<class><id>" as GUID name unless one was given; with a measure
     // key, the measure shown is the one the common parameters remember.
     void initIdentity(int id, const char* mesureKey = nullptr, int mesureDefault = 0);
+    // The host record a constructor was given, or null; a record marks the item started and
+    // generated.
+    const _AUTOPOINTPARAMS* startGenerated(void* context);
+    // Both measure arrays of another item.
+    void takeMesuresFrom(const AbstractBaseItem* source);
     // Centre of a child's scene bounding rectangle, in item coordinates.
     QPointF childCentre(const QGraphicsItem* child) const;
     // Creates the centroid grip and the label if needed and puts the grip on centroid().
@@ -358,6 +366,7 @@ protected:
     double m_mesure[MesuresCount] = {};
     double m_mesureP[MesuresCount] = {};
     QList<QPointF> m_auxPoints;
+    const char* m_mesureKey = nullptr;
     AbstractScene* m_linkScene = nullptr;
     int m_referenceLength = 0;
 

@@ -4,10 +4,13 @@
 #include <QGraphicsLineItem>
 #include <QPainter>
 
-ShapeItem::ShapeItem(QGraphicsItem* parent, QGraphicsItem* shape)
+ShapeItem::ShapeItem(QGraphicsItem* parent, QGraphicsItem* shape, unsigned long subType, int pointCount)
     : AbstractBaseItem(parent, 0, nullptr)
     , m_shape(shape) {
     m_shape->setParentItem(this);
+    m_subType = subType;
+    m_mline = QList<QPointF>(pointCount);
+    setShapePen(m_pen);
 }
 
 AbstractBaseItem* ShapeItem::clone(int id) {

@@ -14,6 +14,8 @@ public:
     QPointF centroid() override;
     void setPen(const QPen& pen) override;
     void setBrush(const QBrush& brush) override;
+    // A shape drawn with one drag is complete at its release.
+    typModeEdition mouseRelease(QGraphicsSceneMouseEvent*) override { return EditionComplete; }
 
     // The common attributes, the measures when the item keeps them, then the item's own.
     bool toXml(QDomElement& e) const override;
@@ -24,10 +26,12 @@ public:
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 protected:
-    // Takes the child shape, which becomes a graphics child of the item.
-    ShapeItem(QGraphicsItem* parent, QGraphicsItem* shape);
+    // Takes the child shape, which becomes a graphics child of the item and draws with its pen;
+    // the item starts with pointCount points at the origin.
+    ShapeItem(QGraphicsItem* parent, QGraphicsItem* shape, unsigned long subType, int pointCount);
 
     QGraphicsItem* childShape() const { return m_shape; }
+    template <class Shape> Shape* child() const { return static_cast<Shape*>(m_shape); }
     // The child's own pen, leaving the label's colour alone.
     void setShapePen(const QPen& pen);
     virtual bool savesMesures() const { return true; }

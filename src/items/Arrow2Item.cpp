@@ -31,12 +31,8 @@ const QPointF doubleArrowTemplate[] = {
 } // namespace
 
 Arrow2Item::Arrow2Item(QGraphicsItem* parent, int id, void*)
-    : ShapeItem(parent, new QGraphicsPathItem)
-    , m_pathChild(static_cast<QGraphicsPathItem*>(childShape())) {
-    m_subType = 4;
+    : ShapeItem(parent, new QGraphicsPathItem, 4, 2) {
     initIdentity(id);
-    m_mline << QPointF(0, 0) << QPointF(0, 0);
-    setPen(m_pen);
 }
 
 // The grips follow the two points, also while a side is dragged past the opposite one.
@@ -83,13 +79,13 @@ QRectF Arrow2Item::frame() const {
 }
 
 QPainterPath Arrow2Item::path() const {
-    return m_pathChild->path();
+    return child<QGraphicsPathItem>()->path();
 }
 
 void Arrow2Item::rebuild() {
     // The item's bounding rectangle is its child's.
     prepareGeometryChange();
-    m_pathChild->setPath(arrowOutline(frame(), m_arrowMode));
+    child<QGraphicsPathItem>()->setPath(arrowOutline(frame(), m_arrowMode));
     refreshHandgrips();
 }
 
@@ -110,10 +106,6 @@ void Arrow2Item::mousePress(QGraphicsSceneMouseEvent* event) {
 void Arrow2Item::mouseMove(QGraphicsSceneMouseEvent* event) {
     m_mline[1] = mapFromScene(event->scenePos());
     rebuild();
-}
-
-AbstractBaseItem::typModeEdition Arrow2Item::mouseRelease(QGraphicsSceneMouseEvent*) {
-    return EditionComplete;
 }
 
 bool Arrow2Item::endEdition() {

@@ -19,7 +19,6 @@ public:
     QPointF centroid() override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
@@ -51,5 +50,4 @@ private:
     int m_arrowMode = SingleArrow;
     bool isRotationGrip(int id) const;
 
-    QGraphicsPathItem* m_pathChild;
 };

@@ -31,11 +31,8 @@ double arrowRotation(const QPointF& p0, const QPointF& p1) {
 } // namespace
 
 ArrowItem::ArrowItem(QGraphicsItem* parent, int id, void*)
-    : ShapeItem(parent, new QGraphicsPathItem)
-    , m_pathChild(static_cast<QGraphicsPathItem*>(childShape())) {
-    m_subType = 4;
+    : ShapeItem(parent, new QGraphicsPathItem, 4, 2) {
     initIdentity(id);
-    m_mline << QPointF(0, 0) << QPointF(0, 0);
     setPen(m_pen);
 }
 
@@ -67,7 +64,7 @@ QPainterPath ArrowItem::arrowPath(double length, double scale) {
 }
 
 QPainterPath ArrowItem::path() const {
-    return m_pathChild->path();
+    return child<QGraphicsPathItem>()->path();
 }
 
 void ArrowItem::rebuild(const QPointF& tail, const QPointF& tip) {
@@ -76,14 +73,14 @@ void ArrowItem::rebuild(const QPointF& tail, const QPointF& tip) {
     m_mline = fromScene({tail, tip});
     // The item's bounding rectangle is its child's.
     prepareGeometryChange();
-    m_pathChild->setPath(arrowPath(QLineF(tail, tip).length(), m_arrowScale));
+    child<QGraphicsPathItem>()->setPath(arrowPath(QLineF(tail, tip).length(), m_arrowScale));
     refreshHandgrips();
 }
 
 void ArrowItem::setPen(const QPen& pen) {
     AbstractBaseItem::setPen(pen);
-    m_pathChild->setPen(pen);
-    m_pathChild->setBrush(QBrush(pen.color(), Qt::SolidPattern));
+    child<QGraphicsPathItem>()->setPen(pen);
+    child<QGraphicsPathItem>()->setBrush(QBrush(pen.color(), Qt::SolidPattern));
 }
 
 void ArrowItem::mousePress(QGraphicsSceneMouseEvent* event) {
@@ -95,10 +92,6 @@ void ArrowItem::mousePress(QGraphicsSceneMouseEvent* event) {
 
 void ArrowItem::mouseMove(QGraphicsSceneMouseEvent* event) {
     rebuild(mapToScene(m_mline[0]), event->scenePos());
-}
-
-AbstractBaseItem::typModeEdition ArrowItem::mouseRelease(QGraphicsSceneMouseEvent*) {
-    return EditionComplete;
 }
 
 bool ArrowItem::endEdition() {

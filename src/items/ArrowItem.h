@@ -20,7 +20,6 @@ public:
     void setBrush(const QBrush& brush) override { AbstractBaseItem::setBrush(brush); }
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
@@ -47,5 +46,4 @@ private:
     double m_headRatio = 0.625;
     double m_headWidth = 2.0;
     double m_shaftRatio = 1.0;
-    QGraphicsPathItem* m_pathChild;
 };

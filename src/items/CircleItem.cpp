@@ -25,17 +25,11 @@ constexpr int cornerGrips[] = {HoverEventItem::TopLeft, HoverEventItem::TopRight
 } // namespace
 
 CircleItem::CircleItem(QGraphicsItem* parent, int id, void* context)
-    : ShapeItem(parent, new QGraphicsEllipseItem)
-    , m_ellipseChild(static_cast<QGraphicsEllipseItem*>(childShape())) {
-    m_subType = 1;
+    : ShapeItem(parent, new QGraphicsEllipseItem, 1, 2) {
     initIdentity(id, MesureKey, MesureDefault);
-    m_mline << QPointF() << QPointF();
-    if (!context)
+    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    if (!params)
         return;
-
-    const auto* params = static_cast<const _AUTOPOINTPARAMS*>(context);
-    m_creationStarted = true;
-    m_generated = true;
     if (params->source)
         copyCommonData(this, params->source);
     m_centroidPoint = mapFromScene(params->center);
@@ -44,7 +38,7 @@ CircleItem::CircleItem(QGraphicsItem* parent, int id, void* context)
 }
 
 QRectF CircleItem::rect() const {
-    return m_ellipseChild->rect();
+    return child<QGraphicsEllipseItem>()->rect();
 }
 
 // The label keeps its own colour: only the outline takes the pen.
@@ -61,9 +55,9 @@ QList<AbstractBaseItem::Handle> CircleItem::handles() const {
 }
 
 void CircleItem::setSquare(const QRectF& square) {
-    if (square != m_ellipseChild->rect()) {
+    if (square != child<QGraphicsEllipseItem>()->rect()) {
         prepareGeometryChange();
-        m_ellipseChild->setRect(square);
+        child<QGraphicsEllipseItem>()->setRect(square);
         update();
     }
     refreshHandgrips();
@@ -119,7 +113,7 @@ bool CircleItem::computeMesures(void*) {
 }
 
 void CircleItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
-    const QRectF r = HoverEventItem::applyTranslation(handgrip(id), m_ellipseChild->rect(), scenePos, this);
+    const QRectF r = HoverEventItem::applyTranslation(handgrip(id), child<QGraphicsEllipseItem>()->rect(), scenePos, this);
     // The drag implies a square anchored at the facing corner; only its side counts, since the
     // centre stays where it is. A square collapsed to nothing leaves a circle of radius 0.
     const int side = int(std::min(r.width(), r.height()));
@@ -137,23 +131,17 @@ void CircleItem::setTransformIndex(int index) {
 }
 
 void CircleItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {
-    const QRectF r = m_ellipseChild->rect();
+    const QRectF r = child<QGraphicsEllipseItem>()->rect();
     params.center = mapToScene(r.center());
     params.rect = mapRectToScene(r);
 }
 
-void CircleItem::fillContextMenu(QMenu* menu) {
-    // "Distance" is the diameter.
-    addMenuEntries(menu,
-                   {{QT_TR_NOOP("Area"), Aera},
-                    {QT_TR_NOOP("Perimeter"), Perim},
-                    {QT_TR_NOOP("Radius"), Rad1},
-                    {QT_TR_NOOP("Distance"), Diam}},
-                   m_mesureIndex);
-}
-
-void CircleItem::applyContextMenu(int data) {
-    chooseMesure(data, MesureKey);
+// "Distance" is the diameter.
+QList<AbstractBaseItem::MenuEntry> CircleItem::mesureMenu() const {
+    return {{QT_TR_NOOP("Area"), Aera},
+            {QT_TR_NOOP("Perimeter"), Perim},
+            {QT_TR_NOOP("Radius"), Rad1},
+            {QT_TR_NOOP("Distance"), Diam}};
 }
 
 void CircleItem::fillEditMenu(QMenu* menu) {
@@ -171,7 +159,7 @@ void CircleItem::applyEditMenu(int data) {
 }
 
 void CircleItem::extract() {
-    QImage image = sceneImageEllipse(hostScene(), mapRectToScene(m_ellipseChild->rect()));
+    QImage image = sceneImageEllipse(hostScene(), mapRectToScene(child<QGraphicsEllipseItem>()->rect()));
     if (image.isNull())
         return;
     emit itemChanged(this, QStringLiteral("extract"), &image);
@@ -181,7 +169,7 @@ void CircleItem::extract() {
 void CircleItem::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("radius1"), QString::number(m_radius1, 'f', 2));
     e.setAttribute(QStringLiteral("rotation"), QString::number(m_rotation, 'f', 1));
-    e.setAttribute(QStringLiteral("rect"), variantToString(m_ellipseChild->rect()));
+    e.setAttribute(QStringLiteral("rect"), variantToString(child<QGraphicsEllipseItem>()->rect()));
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
     e.setAttribute(QStringLiteral("centroid"), variantToString(m_centroidPoint));
 }

@@ -27,8 +27,7 @@ public:
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
     void setTransformIndex(int index) override;
-    void fillContextMenu(QMenu* menu) override;
-    void applyContextMenu(int data) override;
+    QList<MenuEntry> mesureMenu() const override;
     void fillEditMenu(QMenu* menu) override;
     void applyEditMenu(int data) override;
     QList<Handle> handles() const override;
@@ -51,6 +50,4 @@ private:
     void placeCircle(double radius);
     void setSquare(const QRectF& square);
     void extract();
-
-    QGraphicsEllipseItem* m_ellipseChild;
 };

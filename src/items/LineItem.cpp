@@ -24,7 +24,7 @@ constexpr double Pi = 3.14159265358979323846;
 
 using MenuEntry = AbstractBaseItem::MenuEntry;
 
-const QList<MenuEntry> mesureEntries = {
+const QList<MenuEntry> lineMesures = {
     {QT_TRANSLATE_NOOP("LineItem", "Distance1"), AbstractBaseItem::Dist1},
     {QT_TRANSLATE_NOOP("LineItem", "Ang1"), AbstractBaseItem::Ang1},
     {QT_TRANSLATE_NOOP("LineItem", "Ang2"), AbstractBaseItem::Ang2},
@@ -71,26 +71,15 @@ QPolygonF arrowTriangle(const QPointF& tip, double wing1, double wing2, double s
 } // namespace
 
 LineItem::LineItem(QGraphicsItem* parent, int id, void* context)
-    : ShapeItem(parent, new QGraphicsLineItem)
-    , m_lineChild(static_cast<QGraphicsLineItem*>(childShape())) {
-    m_subType = 1;
+    : ShapeItem(parent, new QGraphicsLineItem, 1, 2) {
     initIdentity(id, MesureKey, MesureDefault);
     m_arrowFactor = getCommonParams(ArrowFactorKey, 2).toInt();
     m_arrowHead = getCommonParams(ArrowHeadKey, 0).toInt() != 0;
     m_arrowTail = getCommonParams(ArrowTailKey, 0).toInt() != 0;
-    m_mline << QPointF(0, 0) << QPointF(0, 0);
-    if (!context)
+    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    if (!params)
         return;
-
-    const auto* params = static_cast<const _AUTOPOINTPARAMS*>(context);
-    m_creationStarted = true;
-    m_generated = true;
-    if (params->source) {
-        for (int i = 0; i < MesuresCount; ++i) {
-            m_mesure[i] = params->source->accessmesure(unsigned(i));
-            m_mesureP[i] = params->source->accessmesureP(unsigned(i));
-        }
-    }
+    takeMesuresFrom(params->source);
     const QRectF& r = params->rect;
     m_mline = fromScene(params->points.size() >= 2 ? params->points.mid(0, 2)
                                                    : QList<QPointF>{r.topLeft(), r.bottomRight()});
@@ -98,17 +87,21 @@ LineItem::LineItem(QGraphicsItem* parent, int id, void* context)
     computeMesures(nullptr);
 }
 
+QList<AbstractBaseItem::MenuEntry> LineItem::mesureMenu() const {
+    return lineMesures;
+}
+
 QLineF LineItem::line() const {
-    return m_lineChild->line();
+    return child<QGraphicsLineItem>()->line();
 }
 
 void LineItem::placeLine() {
     const QLineF l(m_mline[0], m_mline[1]);
-    if (l == m_lineChild->line())
+    if (l == child<QGraphicsLineItem>()->line())
         return;
     // The item's bounding rectangle is its child's.
     prepareGeometryChange();
-    m_lineChild->setLine(l);
+    child<QGraphicsLineItem>()->setLine(l);
     refreshHandgrips();
     update();
 }
@@ -126,7 +119,7 @@ bool LineItem::computeMesures(void*) {
     placeCentroidHandgrip();
     const QPointF d = m_mline[1] - m_mline[0];
     m_mesureP[Dist1] = std::sqrt(d.x() * d.x() + d.y() * d.y());
-    const QLineF segment = m_lineChild->line();
+    const QLineF segment = child<QGraphicsLineItem>()->line();
     m_mesureP[Ang1] = segment.angle();
     m_mesureP[Ang2] = segment.angleTo(QLineF(0, 0, double(referenceLength()), 0));
     calibrateMesures({Dist1, Ang1, Ang2});
@@ -202,7 +195,7 @@ void LineItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifier
 }
 
 void LineItem::fillContextMenu(QMenu* menu) {
-    addMenuEntries(menu, mesureEntries, m_mesureIndex);
+    AbstractBaseItem::fillContextMenu(menu);
     menu->addSeparator();
     const bool checked[] = {!m_arrowHead && !m_arrowTail, m_arrowHead, m_arrowTail,
                             m_arrowHead && m_arrowTail};
@@ -214,7 +207,7 @@ void LineItem::fillContextMenu(QMenu* menu) {
 
 void LineItem::applyContextMenu(int data) {
     if (data >= 0) {
-        chooseMesure(data, MesureKey);
+        AbstractBaseItem::applyContextMenu(data);
         storeChoices();
         return;
     }
@@ -260,7 +253,7 @@ QPoint LineItem::menuPosition(QGraphicsSceneContextMenuEvent* event) const {
 }
 
 void LineItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
-    const QLineF l = m_lineChild->line();
+    const QLineF l = child<QGraphicsLineItem>()->line();
     const double x1 = l.x1(), y1 = l.y1(), x2 = l.x2(), y2 = l.y2();
     const double length = l.length();
     if (m_showStartMark || isSelected()) {

@@ -37,6 +37,7 @@ public:
     bool endEdition() override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
+    QList<MenuEntry> mesureMenu() const override;
     QList<Handle> handles() const override;
     void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
@@ -68,5 +69,4 @@ private:
     bool m_arrowHead = false;
     bool m_arrowTail = false;
     bool m_showStartMark = true;
-    QGraphicsLineItem* m_lineChild;
 };

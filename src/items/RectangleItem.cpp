@@ -48,28 +48,15 @@ RectangleItem::RectangleItem(QGraphicsItem* parent, int id, void* context)
 }
 
 RectangleItem::RectangleItem(QGraphicsItem* parent)
-    : ShapeItem(parent, new QGraphicsRectItem)
-    , m_rectChild(static_cast<QGraphicsRectItem*>(childShape())) {
-    m_subType = 1;
-    m_mline << QPointF() << QPointF();
-}
+    : ShapeItem(parent, new QGraphicsRectItem, 1, 2) {}
 
 void RectangleItem::initialise(int id, void* context, const char* mesureKey, int mesureDefault) {
-    m_mesureKey = mesureKey;
     initIdentity(id, mesureKey, mesureDefault);
-    if (!context)
+    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    if (!params)
         return;
-
-    const auto* params = static_cast<const _AUTOPOINTPARAMS*>(context);
-    m_creationStarted = true;
-    m_generated = true;
-    if (params->source) {
-        copyCommonData(this, params->source);
-        for (int i = 0; i < MesuresCount; ++i) {
-            m_mesure[i] = params->source->accessmesure(unsigned(i));
-            m_mesureP[i] = params->source->accessmesureP(unsigned(i));
-        }
-    }
+    copyCommonData(this, params->source);
+    takeMesuresFrom(params->source);
     const QRectF r = params->points.size() >= 2 ? QRectF(params->points[0], params->points[1]) : params->rect;
     setRect(mapRectFromScene(r.normalized()));
     pointsFromRect();
@@ -78,7 +65,7 @@ void RectangleItem::initialise(int id, void* context, const char* mesureKey, int
 }
 
 QRectF RectangleItem::rect() const {
-    return m_rectChild->rect();
+    return child<QGraphicsRectItem>()->rect();
 }
 
 void RectangleItem::setLockstate(const bool& state) {
@@ -95,9 +82,9 @@ QList<AbstractBaseItem::Handle> RectangleItem::handles() const {
 
 // The child's rectangle, with the rotation centred on it.
 void RectangleItem::setRect(const QRectF& r) {
-    if (r != m_rectChild->rect()) {
+    if (r != child<QGraphicsRectItem>()->rect()) {
         prepareGeometryChange();
-        m_rectChild->setRect(r);
+        child<QGraphicsRectItem>()->setRect(r);
         setTransformOriginPoint(r.center());
         update();
     }
@@ -105,7 +92,7 @@ void RectangleItem::setRect(const QRectF& r) {
 }
 
 void RectangleItem::pointsFromRect() {
-    const QRectF r = m_rectChild->rect();
+    const QRectF r = child<QGraphicsRectItem>()->rect();
     m_mline = {r.topLeft(), r.bottomRight()};
 }
 
@@ -125,10 +112,6 @@ void RectangleItem::mouseMove(QGraphicsSceneMouseEvent* event) {
     computeMesures(nullptr);
 }
 
-AbstractBaseItem::typModeEdition RectangleItem::mouseRelease(QGraphicsSceneMouseEvent*) {
-    return EditionComplete;
-}
-
 bool RectangleItem::endEdition() {
     const QRectF r = QRectF(m_mline[0], m_mline[1]).normalized();
     m_mline = {r.topLeft(), r.bottomRight()};
@@ -136,7 +119,7 @@ bool RectangleItem::endEdition() {
 }
 
 bool RectangleItem::computeMesures(void* arg) {
-    const QRectF r = m_rectChild->rect();
+    const QRectF r = child<QGraphicsRectItem>()->rect();
     if (r.width() == 0 || r.height() == 0)
         return false;
     setupCentroidHandgrip();
@@ -164,17 +147,17 @@ void RectangleItem::setTransformIndex(int index) {
 void RectangleItem::rotate(double angle) {
     m_rotation = angle;
     m_currentRotation = angle;
-    setTransformOriginPoint(m_rectChild->rect().center());
+    setTransformOriginPoint(child<QGraphicsRectItem>()->rect().center());
     QGraphicsItem::setRotation(angle);
     pointsFromRect();
 }
 
 void RectangleItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {
-    const QRectF r = m_rectChild->rect();
+    const QRectF r = child<QGraphicsRectItem>()->rect();
     params.texts.clear();
     params.points = {mapToScene(r.topLeft()), mapToScene(r.topRight()), mapToScene(r.bottomRight()),
                      mapToScene(r.bottomLeft())};
-    params.rect = m_rectChild->sceneBoundingRect();
+    params.rect = child<QGraphicsRectItem>()->sceneBoundingRect();
     params.center = mapToScene(r.center());
 }
 
@@ -196,7 +179,7 @@ void RectangleItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardMod
 }
 
 void RectangleItem::rotateByGrip(int id, const QPointF& p) {
-    const QPointF centre = mapToScene(m_rectChild->rect().center());
+    const QPointF centre = mapToScene(child<QGraphicsRectItem>()->rect().center());
     const double delta = HoverEventItem::applyRotation(handgrip(id), p, centre, m_refRotationPoint);
     if (!std::isfinite(delta))
         return;
@@ -208,8 +191,8 @@ void RectangleItem::rotateByGrip(int id, const QPointF& p) {
 }
 
 void RectangleItem::resizeByGrip(int id, const QPointF& p) {
-    const QRectF before = m_rectChild->rect();
-    const QRectF after = HoverEventItem::applyTranslation(handgrip(id), before, p, m_rectChild);
+    const QRectF before = child<QGraphicsRectItem>()->rect();
+    const QRectF after = HoverEventItem::applyTranslation(handgrip(id), before, p, this);
     // A side is not dragged across the facing one: the rectangle keeps its last valid size.
     if (after == before || !(after.width() > 0 && after.height() > 0))
         return;
@@ -231,14 +214,6 @@ QList<AbstractBaseItem::MenuEntry> RectangleItem::mesureMenu() const {
             {QT_TR_NOOP("None"), -1}};
 }
 
-void RectangleItem::fillContextMenu(QMenu* menu) {
-    addMenuEntries(menu, mesureMenu(), m_mesureIndex);
-}
-
-void RectangleItem::applyContextMenu(int data) {
-    chooseMesure(data, QString::fromLatin1(m_mesureKey));
-}
-
 void RectangleItem::fillEditMenu(QMenu* menu) {
     const auto add = [&](const char* text, int data, bool checked) {
         return createMenuAction(menu, QIcon(), tr(text), checked, nullptr, data);
@@ -249,7 +224,7 @@ void RectangleItem::fillEditMenu(QMenu* menu) {
     menu->addSeparator();
     if (m_currentRotation != 0)
         return;
-    const QRectF r = m_rectChild->rect();
+    const QRectF r = child<QGraphicsRectItem>()->rect();
     if (r.width() * r.height() <= MatchingAreaLimit) {
         add(QT_TR_NOOP("imageMatching"), ImageMatching, m_transformIndex == ImageMatching);
         add(QT_TR_NOOP("pixmapMatching"), PixmapMatching, m_transformIndex == PixmapMatching);
@@ -280,7 +255,7 @@ void RectangleItem::applyEditMenu(int data) {
 }
 
 void RectangleItem::snapImageSelection() {
-    QImage image = sceneImageArea(hostScene(), mapRectToScene(m_rectChild->rect()));
+    QImage image = sceneImageArea(hostScene(), mapRectToScene(child<QGraphicsRectItem>()->rect()));
     if (image.isNull())
         return;
     QGuiApplication::clipboard()->setImage(image);
@@ -291,7 +266,7 @@ void RectangleItem::snapPixmapSelection() {
     // The selection's own grips are not part of the picture.
     const bool gripsShown = isSelected();
     hideHandgrips();
-    QImage image = renderedSceneArea(hostScene(), mapRectToScene(m_rectChild->rect()));
+    QImage image = renderedSceneArea(hostScene(), mapRectToScene(child<QGraphicsRectItem>()->rect()));
     if (gripsShown)
         showHandgrips();
     if (image.isNull())
@@ -302,7 +277,7 @@ void RectangleItem::snapPixmapSelection() {
 
 void RectangleItem::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("rotation"), QString::number(m_rotation, 'f', 1));
-    e.setAttribute(QStringLiteral("rect"), variantToString(m_rectChild->rect()));
+    e.setAttribute(QStringLiteral("rect"), variantToString(child<QGraphicsRectItem>()->rect()));
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
 }
 

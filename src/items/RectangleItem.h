@@ -34,13 +34,10 @@ public:
     void setLockstate(const bool& state) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
     void setTransformIndex(int index) override;
     // Sets the rotation (degrees, clockwise on screen) about the rectangle's centre.
     void rotate(double angle) override;
-    void fillContextMenu(QMenu* menu) override;
-    void applyContextMenu(int data) override;
     void fillEditMenu(QMenu* menu) override;
     void applyEditMenu(int data) override;
     QList<Handle> handles() const override;
@@ -63,7 +60,7 @@ protected:
 
     // Fills the pixel measures of a w x h rectangle and calibrates them.
     virtual void fillMesures(double w, double h);
-    virtual QList<MenuEntry> mesureMenu() const;
+    QList<MenuEntry> mesureMenu() const override;
 
     void setRect(const QRectF& r);
     void writeGeometry(QDomElement& e) const override;
@@ -76,7 +73,5 @@ private:
     void snapImageSelection();
     void snapPixmapSelection();
 
-    QGraphicsRectItem* m_rectChild;
-    const char* m_mesureKey = MesureKey;
     double m_stepStartRotation = 0;
 };

@@ -53,12 +53,8 @@ double tickLength(int i) {
 } // namespace
 
 RulerItem::RulerItem(QGraphicsItem* parent, int id, void*)
-    : ShapeItem(parent, new QGraphicsRectItem)
-    , m_ruler{static_cast<QGraphicsRectItem*>(childShape())} {
-    m_subType = 4;
+    : ShapeItem(parent, new QGraphicsRectItem, 4, 2) {
     initIdentity(id);
-    m_mline << QPointF(0, 0) << QPointF(0, 0);
-    setPen(m_pen);
 }
 
 // The grips follow the two points, also while a side is dragged past the opposite one.
@@ -71,13 +67,13 @@ QList<AbstractBaseItem::Handle> RulerItem::handles() const {
 }
 
 QRectF RulerItem::rect() const {
-    return m_ruler.rect->rect();
+    return child<QGraphicsRectItem>()->rect();
 }
 
 void RulerItem::setRect(const QRectF& r) {
-    if (r != m_ruler.rect->rect()) {
+    if (r != child<QGraphicsRectItem>()->rect()) {
         prepareGeometryChange();
-        m_ruler.rect->setRect(r);
+        child<QGraphicsRectItem>()->setRect(r);
         update();
     }
     refreshHandgrips();
@@ -109,10 +105,6 @@ void RulerItem::mousePress(QGraphicsSceneMouseEvent* event) {
 
 void RulerItem::mouseMove(QGraphicsSceneMouseEvent*) {}
 
-AbstractBaseItem::typModeEdition RulerItem::mouseRelease(QGraphicsSceneMouseEvent*) {
-    return EditionComplete;
-}
-
 bool RulerItem::endEdition() {
     const QRectF r = RectHandgrips::normalise(m_mline);
     return r.width() > 0 && r.height() > 0;
@@ -131,7 +123,7 @@ void RulerItem::handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModi
 
 void RulerItem::fillContextMenu(QMenu* menu) {
     for (const DivisorEntry& entry : divisorEntries)
-        createMenuAction(menu, QIcon(), tr(entry.text), m_ruler.divisor == entry.divisor, nullptr,
+        createMenuAction(menu, QIcon(), tr(entry.text), m_divisor == entry.divisor, nullptr,
                          entry.divisor);
 }
 
@@ -139,14 +131,14 @@ void RulerItem::applyContextMenu(int data) {
     // The divisor divides the labels: only the menu's values make sense.
     for (const DivisorEntry& entry : divisorEntries) {
         if (entry.divisor == data) {
-            m_ruler.divisor = data;
+            m_divisor = data;
             update();
         }
     }
 }
 
 QRectF RulerItem::boundingRect() const {
-    const QRectF r = m_ruler.rect->boundingRect();
+    const QRectF r = child<QGraphicsRectItem>()->boundingRect();
     // The labels may hang below a thin ruler.
     const double labelBottom = rect().top() + LabelOffset + QFontMetricsF(m_font).height() + 5;
     return r.united(QRectF(r.left(), r.top(), r.width(), labelBottom - r.top()));
@@ -174,7 +166,7 @@ void RulerItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidge
         painter->drawLine(QPointF(x, y0), QPointF(x, y0 + tickLength(i)));
         if (i == 0 || i % 10 != 0)
             continue;
-        const QString text = QStringLiteral("%1").arg(i / m_ruler.divisor);
+        const QString text = QStringLiteral("%1").arg(i / m_divisor);
         const double w = metrics.horizontalAdvance(text);
         if (x + w / 2 >= r.right())
             continue;

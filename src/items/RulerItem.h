@@ -19,7 +19,6 @@ public:
     void setFont(const QFont& font) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
@@ -31,7 +30,7 @@ public:
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
     QRectF rect() const;
-    int labelDivisor() const { return m_ruler.divisor; }
+    int labelDivisor() const { return m_divisor; }
     // Graduation step in pixels: one calibrated unit.
     double graduationStep() const;
 
@@ -43,8 +42,5 @@ protected:
 private:
     void setRect(const QRectF& r);
 
-    struct Ruler {
-        QGraphicsRectItem* rect;
-        int divisor = 1;
-    } m_ruler;
+    int m_divisor = 1;
 };

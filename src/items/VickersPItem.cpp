@@ -58,30 +58,21 @@ QString significant(double v, int digits, bool trimZeros) {
 } // namespace
 
 VickersPItem::VickersPItem(QGraphicsItem* parent, int id, void* context)
-    : ShapeItem(parent, new QGraphicsPolygonItem)
-    , m_polygon(static_cast<QGraphicsPolygonItem*>(childShape())) {
-    m_subType = 1;
+    : ShapeItem(parent, new QGraphicsPolygonItem, 1, 0)
+    , m_polygon(child<QGraphicsPolygonItem>()) {
     initIdentity(id);
     // The hardness is what the user measures an indentation for.
     m_mesureIndex = HardnessSlot;
-    m_polygon->setPen(m_pen);
     m_polygon->setAcceptedMouseButtons(Qt::NoButton);
     setFlag(ItemIsSelectable, true);
-    if (context)
-        takeOverContext(*static_cast<const _AUTOPOINTPARAMS*>(context));
+    if (const _AUTOPOINTPARAMS* params = startGenerated(context))
+        takeOverContext(*params);
 }
 
 void VickersPItem::takeOverContext(const _AUTOPOINTPARAMS& params) {
-    m_generated = true;
-    m_creationStarted = true;
-    if (params.source) {
-        for (int i = 0; i < MesuresCount; ++i) {
-            m_mesure[i] = params.source->accessmesure(unsigned(i));
-            m_mesureP[i] = params.source->accessmesureP(unsigned(i));
-        }
-        // Its diagonals are recomputed in the same units.
-        copyCommonData(this, params.source);
-    }
+    takeMesuresFrom(params.source);
+    // Its diagonals are recomputed in the same units.
+    copyCommonData(this, params.source);
     if (params.load > 0)
         m_charge = params.load;
     if (params.points.size() != CornerCount)
