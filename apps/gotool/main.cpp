@@ -72,7 +72,7 @@ int measure(const QString& fileName) {
           << " per pixel\n";
     for (AbstractBaseItem* item : std::as_const(file.items)) {
         out() << '\n' << item->getType() << " \"" << item->getGUIDname() << "\"\n";
-        auto* vickers = qobject_cast<VickersPItem*>(item);
+        auto* vickers = qgraphicsitem_cast<VickersPItem*>(item);
         for (int i = 0; i < item->maxMesuresNum(); ++i) {
             // The indentation keeps its own quantities in the measure slots.
             const QString text = vickers ? vickers->slotText(i) : item->formatTextMesure(i);

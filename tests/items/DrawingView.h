@@ -6,6 +6,7 @@
 #include "CommonParams.h"
 #include "HoverEventItem.h"
 #include "ItemFactory.h"
+#include "ItemRegistry.h"
 #include "SimpleTextItem.h"
 
 #include <QAction>
@@ -57,9 +58,11 @@ struct DrawingView {
         if (!exposed)
             return nullptr;
         QPointer<AbstractBaseItem> item = startTool(&scene, className);
-        Calibration calibration;
-        calibration.factor = factor;
-        item->setCalibration(calibration);
+        if (!scene.hasCalibration()) {
+            Calibration calibration;
+            calibration.factor = factor;
+            item->setCalibration(calibration);
+        }
         drag(from, to, modifiers);
         return item.data();
     }
@@ -136,7 +139,8 @@ inline std::unique_ptr<AbstractBaseItem> loaded(QString className, const Attribu
     QDomElement e = doc.createElement(QStringLiteral("item"));
     for (auto it = attributes.begin(); it != attributes.end(); ++it)
         e.setAttribute(it.key(), it.value());
-    std::unique_ptr<AbstractBaseItem> item(XBaseItemToolCreate(className, nullptr, 3, nullptr));
+    const ItemRegistry::Row* row = ItemRegistry::find(className);
+    std::unique_ptr<AbstractBaseItem> item(row && row->construct ? row->construct(nullptr, 3, nullptr) : nullptr);
     if (item)
         item->fromXml(e);
     return item;

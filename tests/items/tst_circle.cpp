@@ -79,7 +79,7 @@ void TestCircle::cornerGripsChangeOnlyTheRadius() {
     QFETCH(double, radius);
     DrawingView v;
     v.zoom(QPointF(100, 100));
-    auto* item = qobject_cast<CircleItem*>(v.draw("CircleItem", QPointF(100, 100), QPointF(110, 100)));
+    auto* item = qgraphicsitem_cast<CircleItem*>(v.draw("CircleItem", QPointF(100, 100), QPointF(110, 100)));
     QVERIFY(item);
     v.view.centerOn((HoverEventItem::positionOnRect(item->rect(), grip) + to) / 2);
     EditSpy spy(item);
@@ -112,7 +112,7 @@ void TestCircle::measureChoiceIsRemembered() {
 
 void TestCircle::extractCutsOutTheCircle() {
     DrawingView v;
-    auto* item = qobject_cast<CircleItem*>(v.draw("CircleItem", QPointF(100, 100), QPointF(110, 100)));
+    auto* item = qgraphicsitem_cast<CircleItem*>(v.draw("CircleItem", QPointF(100, 100), QPointF(110, 100)));
     QSignalSpy changed(item, &AbstractBaseItem::itemChanged);
     QSignalSpy transform(item, qOverload<void*, int, bool>(&AbstractBaseItem::transformIndex));
     QMenu bare;

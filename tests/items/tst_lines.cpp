@@ -121,7 +121,7 @@ void TestLines::drawnLinesAndArrows() {
     QCOMPARE(item->accessmesureP(AbstractBaseItem::Ang2), 0.0);
     QCOMPARE(item->label()->text(), label);
     QCOMPARE(item->handgripCentroid()->scenePos(), (from + to) / 2);
-    QVERIFY(!qobject_cast<LineItem*>(item)->showStartMark());
+    QVERIFY(!qgraphicsitem_cast<LineItem*>(item)->showStartMark());
 }
 
 void TestLines::orthogonalConstraint_data() {
@@ -150,7 +150,7 @@ void TestLines::orthogonalConstraint() {
     v.move(from + delta);
     QVERIFY(item->constrained());
     QVERIFY(near(item->mline().at(1), end));
-    QCOMPARE(qobject_cast<LineItem*>(item)->line().p2(), item->mline().at(1));
+    QCOMPARE(qgraphicsitem_cast<LineItem*>(item)->line().p2(), item->mline().at(1));
     v.release(from + delta, modifiers);
     QVERIFY(near(item->mline().at(1), end));
     // The constraint ends with the release: the next line goes where it is drawn.
@@ -262,7 +262,7 @@ void TestLines::lineMenuChoices() {
     QFETCH(QStringList, checked);
     QFETCH(QString, label);
     DrawingView v;
-    auto* line = qobject_cast<LineItem*>(v.draw("LineItem", {100, 100}, {130, 140}));
+    auto* line = qgraphicsitem_cast<LineItem*>(v.draw("LineItem", {100, 100}, {130, 140}));
     QVERIFY(line);
     QSignalSpy changed(line, &AbstractBaseItem::mesureChanged);
     for (const QString& choice : choices)
@@ -271,7 +271,7 @@ void TestLines::lineMenuChoices() {
     QCOMPARE(line->label()->text(), label);
     QCOMPARE(changed.count(), int(choices.filter(QRegularExpression("^(Ang|None)")).size()));
     // The next line starts with the same choices.
-    auto* next = qobject_cast<LineItem*>(v.draw("LineItem", {100, 200}, {130, 240}));
+    auto* next = qgraphicsitem_cast<LineItem*>(v.draw("LineItem", {100, 200}, {130, 240}));
     for (LineItem* l : {line, next}) {
         QCOMPARE(l->mesureIndex(), mesureIndex);
         QCOMPARE(l->arrowHead(), head);
@@ -293,7 +293,7 @@ void TestLines::orthoModeReachesTheScene() {
     QCOMPARE(v.scene.orthoReferenceAngle(), 0.0);
     QCOMPARE(ortho.count(), 2);
     item->applyContextMenu(LineItem::ToggleStartMark);
-    QVERIFY(qobject_cast<LineItem*>(item)->showStartMark());
+    QVERIFY(qgraphicsitem_cast<LineItem*>(item)->showStartMark());
 }
 
 void TestLines::arrowHeadShrinksOnShortArrows_data() {
@@ -317,7 +317,7 @@ void TestLines::arrowHeadShrinksOnShortArrows() {
 
 void TestLines::arrowScaleAndGripDrag() {
     DrawingView v;
-    auto* arrow = qobject_cast<ArrowItem*>(v.draw("ArrowItem", {100, 100}, {200, 100}));
+    auto* arrow = qgraphicsitem_cast<ArrowItem*>(v.draw("ArrowItem", {100, 100}, {200, 100}));
     QVERIFY(arrow);
     arrow->setPen(QPen(Qt::blue, 3));
     QCOMPARE(checkedEntries(arrow), QStringList{"1:1"});
@@ -337,7 +337,7 @@ void TestLines::arrowScaleAndGripDrag() {
 
 void TestLines::blockArrow() {
     DrawingView v;
-    auto* arrow = qobject_cast<Arrow2Item*>(v.draw("Arrow2Item", {200, 150}, {200, 150}));
+    auto* arrow = qgraphicsitem_cast<Arrow2Item*>(v.draw("Arrow2Item", {200, 150}, {200, 150}));
     QVERIFY(arrow);
     // A click lays a 176 pixel square centred on itself, pointing right.
     const QRectF square(112, 62, 176, 176);
@@ -369,7 +369,7 @@ void TestLines::blockArrow() {
 
 void TestLines::rulerSinglePressAndResize() {
     DrawingView v;
-    auto* ruler = qobject_cast<RulerItem*>(startTool(&v.scene, "RulerItem"));
+    auto* ruler = qgraphicsitem_cast<RulerItem*>(startTool(&v.scene, "RulerItem"));
     // Moves during creation change nothing.
     v.drag({100, 100}, {150, 180});
     QVERIFY(ruler && ruler->isSelected());

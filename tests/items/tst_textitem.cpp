@@ -35,7 +35,7 @@ bool near(const QPointF& a, const QPointF& b, double tolerance) {
 }
 
 eTextItem* drawText(DrawingView& v, const QString& typed) {
-    auto* item = qobject_cast<eTextItem*>(v.click("eTextItem", {{200, 150}}));
+    auto* item = qgraphicsitem_cast<eTextItem*>(v.click("eTextItem", {{200, 150}}));
     QTest::keyClicks(v.view.viewport(), typed);
     return item;
 }

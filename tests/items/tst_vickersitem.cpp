@@ -21,7 +21,7 @@ std::unique_ptr<VickersPItem> fromRecord(const QList<QPointF>& corners, double l
 
 VickersPItem* loadedVickers(const Attributes& attributes, std::unique_ptr<AbstractBaseItem>& holder) {
     holder = loaded("VickersPItem", attributes);
-    return qobject_cast<VickersPItem*>(holder.get());
+    return qgraphicsitem_cast<VickersPItem*>(holder.get());
 }
 
 } // namespace
@@ -47,7 +47,7 @@ private:
 // Clicks the corners in the view; null unless the rubber band follows the cursor to the fourth corner
 // and creation ends there.
 VickersPItem* TestVickersItem::draw(DrawingView& v, const QList<QPointF>& corners) {
-    auto* item = qobject_cast<VickersPItem*>(v.click("VickersPItem", corners.mid(0, 3)));
+    auto* item = qgraphicsitem_cast<VickersPItem*>(v.click("VickersPItem", corners.mid(0, 3)));
     v.move(corners[3]);
     if (!item || v.scene.itemInCreation() != item ||
         item->polygonItem()->polygon() != QPolygonF(item->mline() << corners[3]))
