@@ -6,8 +6,8 @@
 #include "SimpleTextItem.h"
 
 #include <QAction>
-#include <QCoreApplication>
 #include <QActionGroup>
+#include <QCoreApplication>
 #include <QCursor>
 #include <QDomDocument>
 #include <QGraphicsSceneContextMenuEvent>

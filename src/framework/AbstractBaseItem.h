@@ -107,9 +107,9 @@ public:
     // The parts of a measure text: every text the library shows (label, grip tooltip, linked text)
     // is assembled from them.
     struct MesureText {
-        QString name;   // "dist1:"
-        QString number; // "12.50", empty for the centroid
-        QString unit;   // "mm", empty where no unit is shown
+        QString name;           // "dist1:"
+        QString number;         // "12.50", empty for the centroid
+        QString unit;           // "mm", empty where no unit is shown
         QString label() const;  // "dist1:12.50*mm"
         QString inText() const; // "dist1:12.50 mm", for running text
     };

@@ -157,7 +157,8 @@ void AbstractScene::keyPressEvent(QKeyEvent* event) {
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (m_creating->creationStarted() && m_creating->completeCreation() != AbstractBaseItem::EditionCreating)
+        if (m_creating->creationStarted() &&
+            m_creating->completeCreation() != AbstractBaseItem::EditionCreating)
             finishCreation();
         break;
     default:

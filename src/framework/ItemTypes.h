@@ -55,4 +55,6 @@ enum : int {
 // Declares a class's Type and type(): one line in each item class.
 #define GRAPHICSOBJECTS_ITEM_TYPE(Class)                                                                     \
     enum { Type = ItemTypes::Class };                                                                        \
-    int type() const override { return Type; }
+    int type() const override {                                                                              \
+        return Type;                                                                                         \
+    }

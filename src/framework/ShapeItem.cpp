@@ -14,8 +14,8 @@ ShapeItem::ShapeItem(QGraphicsItem* parent, QGraphicsItem* shape, unsigned long 
 }
 
 AbstractBaseItem* ShapeItem::clone(int id) {
-    QObject* object = metaObject()->newInstance(Q_ARG(QGraphicsItem*, nullptr), Q_ARG(int, id),
-                                                Q_ARG(void*, nullptr));
+    QObject* object =
+        metaObject()->newInstance(Q_ARG(QGraphicsItem*, nullptr), Q_ARG(int, id), Q_ARG(void*, nullptr));
     auto* item = qobject_cast<AbstractBaseItem*>(object);
     if (item) {
         copyCommonData(item, this);

@@ -23,7 +23,7 @@ QPointF readPoint(const QDomElement& e, const QString& key) {
 
 QRectF readRect(const QDomElement& e, const QString& key) {
     const QRectF r = stringToVariant(e.attribute(key), QMetaType::QRectF).toRectF();
-    const bool sane = isSceneNumber(r.x()) && isSceneNumber(r.y()) && isSceneNumber(r.width()) &&
-                      isSceneNumber(r.height());
+    const bool sane =
+        isSceneNumber(r.x()) && isSceneNumber(r.y()) && isSceneNumber(r.width()) && isSceneNumber(r.height());
     return sane ? r : QRectF();
 }

@@ -49,5 +49,4 @@ private:
 
     int m_arrowMode = SingleArrow;
     bool isRotationGrip(int id) const;
-
 };

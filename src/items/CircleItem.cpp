@@ -113,7 +113,8 @@ bool CircleItem::computeMesures(void*) {
 }
 
 void CircleItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
-    const QRectF r = HoverEventItem::applyTranslation(handgrip(id), child<QGraphicsEllipseItem>()->rect(), scenePos, this);
+    const QRectF r =
+        HoverEventItem::applyTranslation(handgrip(id), child<QGraphicsEllipseItem>()->rect(), scenePos, this);
     // The drag implies a square anchored at the facing corner; only its side counts, since the
     // centre stays where it is. A square collapsed to nothing leaves a circle of radius 0.
     const int side = int(std::min(r.width(), r.height()));

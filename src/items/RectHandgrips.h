@@ -4,7 +4,6 @@
 #include <QPointF>
 #include <QRectF>
 
-
 class HoverEventItem;
 class QGraphicsItem;
 

@@ -123,8 +123,7 @@ void RulerItem::handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModi
 
 void RulerItem::fillContextMenu(QMenu* menu) {
     for (const DivisorEntry& entry : divisorEntries)
-        createMenuAction(menu, QIcon(), tr(entry.text), m_divisor == entry.divisor, nullptr,
-                         entry.divisor);
+        createMenuAction(menu, QIcon(), tr(entry.text), m_divisor == entry.divisor, nullptr, entry.divisor);
 }
 
 void RulerItem::applyContextMenu(int data) {

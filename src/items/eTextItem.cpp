@@ -17,7 +17,6 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
-
 namespace {
 
 // "LineItem1 dist1:12.50 mm": the source's name, its displayed measure and its unit, written as a
@@ -94,8 +93,9 @@ void eTextItem::syncBackground() {
 QList<AbstractBaseItem::Handle> eTextItem::handles() const {
     QList<Handle> result;
     for (int position : rotationGripPositions)
-        result.append({position, HoverEventItem::Rotation,
-                       m_text->mapToParent(HoverEventItem::positionOnRect(m_text->boundingRect(), position))});
+        result.append(
+            {position, HoverEventItem::Rotation,
+             m_text->mapToParent(HoverEventItem::positionOnRect(m_text->boundingRect(), position))});
     return result;
 }
 

@@ -11,7 +11,8 @@ bool inMesureFactory(const ItemRegistry::Row& row) {
     return row.list == List::Mesures;
 }
 
-AbstractBaseItem* build(bool mesureFactory, const QString& name, QGraphicsItem* parent, int id, void* context) {
+AbstractBaseItem* build(bool mesureFactory, const QString& name, QGraphicsItem* parent, int id,
+                        void* context) {
     const ItemRegistry::Row* row = ItemRegistry::find(classNameFor(name));
     if (!row || !row->construct || inMesureFactory(*row) != mesureFactory)
         return nullptr;

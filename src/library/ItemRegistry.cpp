@@ -26,8 +26,8 @@ template <class Item> AbstractBaseItem* create(QGraphicsItem* parent, int id, vo
 // A class that is built: its type, measure parameter and constructor come from the class.
 template <class Item>
 Row built(const char* className, List list, int position, Displayed displayed, const char* icon) {
-    return {className, Item::Type, list, position, displayed, icon, Item::MesureKey, Item::MesureDefault,
-            &create<Item>};
+    return {className,       Item::Type,          list,         position, displayed, icon,
+            Item::MesureKey, Item::MesureDefault, &create<Item>};
 }
 
 // A class the catalogue offers that this build does not construct yet.

@@ -19,11 +19,11 @@ using Constructor = AbstractBaseItem* (*)(QGraphicsItem* parent, int id, void* c
 
 struct Row {
     const char* className;
-    int type;          // QGraphicsItem::type() of the class
-    List list;         // catalogue list, and so the factory: measures have their own
-    int position;      // 1-based place in the list; 0 in no list
+    int type;     // QGraphicsItem::type() of the class
+    List list;    // catalogue list, and so the factory: measures have their own
+    int position; // 1-based place in the list; 0 in no list
     Displayed displayed;
-    const char* icon;  // resource path
+    const char* icon;      // resource path
     const char* mesureKey; // common parameter naming the measure a new item shows, or null
     int mesureDefault;
     Constructor construct; // null while the class is not built

@@ -2,12 +2,12 @@
 
 #include "AbstractBaseItem.h"
 #include "AbstractScene.h"
-#include "StartTool.h"
 #include "CommonParams.h"
 #include "HoverEventItem.h"
 #include "ItemFactory.h"
 #include "ItemRegistry.h"
 #include "SimpleTextItem.h"
+#include "StartTool.h"
 
 #include <QAction>
 #include <QDomDocument>
@@ -140,7 +140,8 @@ inline std::unique_ptr<AbstractBaseItem> loaded(QString className, const Attribu
     for (auto it = attributes.begin(); it != attributes.end(); ++it)
         e.setAttribute(it.key(), it.value());
     const ItemRegistry::Row* row = ItemRegistry::find(className);
-    std::unique_ptr<AbstractBaseItem> item(row && row->construct ? row->construct(nullptr, 3, nullptr) : nullptr);
+    std::unique_ptr<AbstractBaseItem> item(row && row->construct ? row->construct(nullptr, 3, nullptr)
+                                                                 : nullptr);
     if (item)
         item->fromXml(e);
     return item;

@@ -112,7 +112,8 @@ void TestRectangles::gripDrags() {
     QFETCH(double, rotation);
     QFETCH(int, changes);
     DrawingView v;
-    auto* item = qgraphicsitem_cast<RectangleItem*>(v.draw("RectangleItem", QPointF(50, 80), QPointF(350, 200)));
+    auto* item =
+        qgraphicsitem_cast<RectangleItem*>(v.draw("RectangleItem", QPointF(50, 80), QPointF(350, 200)));
     EditSpy spy(item);
     v.dragGrip(item, grip, to);
     QCOMPARE(item->rect(), rect);
@@ -138,7 +139,8 @@ void TestRectangles::rotatedSideResizeKeepsFacingSide() {
     QFETCH(int, grip);
     QFETCH(QList<int>, facingCorners);
     DrawingView v;
-    auto* item = qgraphicsitem_cast<RectangleItem*>(v.draw("RectangleItem", QPointF(100, 100), QPointF(300, 200)));
+    auto* item =
+        qgraphicsitem_cast<RectangleItem*>(v.draw("RectangleItem", QPointF(100, 100), QPointF(300, 200)));
     item->rotate(30);
     const auto at = [&](int position) {
         return item->mapToScene(HoverEventItem::positionOnRect(item->rect(), position));
