@@ -173,6 +173,12 @@ double HoverEventItem::applyRotation(const HoverEventItem* h, const QPointF& p, 
     return (angleForPos(p, c) - angleForPos(p0, c)) * 180 / M_PI;
 }
 
+QPointF HoverEventItem::turnedAbout(const QPointF& p, const QPointF& c, double degrees) {
+    const double a = degrees * M_PI / 180;
+    const QPointF v = p - c;
+    return c + QPointF(v.x() * std::cos(a) + v.y() * std::sin(a), -v.x() * std::sin(a) + v.y() * std::cos(a));
+}
+
 QRectF HoverEventItem::applyTranslation(const HoverEventItem* h, const QRectF& r, const QPointF& scenePos,
                                         const QGraphicsItem* item) {
     if (!h || h->getType() == Rotation)

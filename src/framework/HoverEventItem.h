@@ -55,6 +55,8 @@ public:
     static double distanceToPoint(const QPointF& v);
     static double applyRotation(const HoverEventItem* h, const QPointF& p, const QPointF& c,
                                 const QPointF& p0);
+    // p turned about c by degrees, anticlockwise on screen: the sense in which angleForPos grows.
+    static QPointF turnedAbout(const QPointF& p, const QPointF& c, double degrees);
     static QRectF applyTranslation(const HoverEventItem* h, const QRectF& r, const QPointF& scenePos,
                                    const QGraphicsItem* item);
     static void syncHandgrips(const QRectF& r, const QList<HoverEventItem*>& grips);

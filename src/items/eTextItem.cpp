@@ -17,6 +17,9 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+#include <cmath>
+#include <utility>
+
 namespace {
 
 // "LineItem1 dist1:12.50 mm": the source's name, its displayed measure and its unit, written as a
@@ -54,7 +57,7 @@ eTextItem::eTextItem(QGraphicsItem* parent, int index, void* params)
 
     connect(m_text->document(), &QTextDocument::contentsChanged, this, &eTextItem::textChanged);
     connect(m_text, &TextItem::lostFocus, this, &eTextItem::focusOut);
-    connect(m_text, &QObject::destroyed, this, &QObject::deleteLater);
+    connect(m_text, &QObject::destroyed, this, &eTextItem::textDestroyed);
     connect(m_text, &TextItem::dirty, this, &eTextItem::textMoved);
     connect(m_text, &TextItem::selectedChange, this, &eTextItem::textSelected);
 
@@ -70,16 +73,26 @@ eTextItem::eTextItem(QGraphicsItem* parent, int index, void* params)
 
 eTextItem::~eTextItem() {
     // The children die after this object's own part: their last signals must not reach it.
-    disconnect(m_text->document(), nullptr, this, nullptr);
-    disconnect(m_text, nullptr, this, nullptr);
+    if (m_text) {
+        disconnect(m_text->document(), nullptr, this, nullptr);
+        disconnect(m_text, nullptr, this, nullptr);
+    }
+}
+
+// Without its text the annotation is nothing: it leaves the scene at once and goes.
+void eTextItem::textDestroyed() {
+    prepareGeometryChange();
+    if (scene())
+        scene()->removeItem(this);
+    deleteLater();
 }
 
 QString eTextItem::text() const {
-    return m_text->toPlainText();
+    return m_text ? m_text->toPlainText() : QString();
 }
 
 QRectF eTextItem::textRect() const {
-    return m_text->mapRectToParent(m_text->boundingRect());
+    return m_text ? m_text->mapRectToParent(m_text->boundingRect()) : QRectF();
 }
 
 void eTextItem::syncBackground() {
@@ -134,21 +147,25 @@ void eTextItem::textSelected() {
         setSelected(true);
 }
 
+// Angles turn anticlockwise on screen, as the rotation grips measure them.
 void eTextItem::rotate(double angle) {
     prepareGeometryChange();
     m_rotation = angle;
-    m_text->setTransform(makeRotation(angle, m_text->boundingRect()));
+    m_text->setTransform(makeRotation(-angle, m_text->boundingRect()));
     syncBackground();
 }
 
-void eTextItem::handlePressed(int, const QPointF&, Qt::KeyboardModifiers) {
-    m_rotationAtPress = m_rotation;
+// The grip's angle from the reference point is the text's rotation: the reference is the pressed
+// point turned back to where it was before any rotation.
+void eTextItem::initRotationReferencePoint(const QPointF& p) {
+    AbstractBaseItem::initRotationReferencePoint(HoverEventItem::turnedAbout(p, m_text->sceneBoundingRect().center(), -m_rotation));
 }
 
 void eTextItem::handleMoved(int id, const QPointF& p, Qt::KeyboardModifiers) {
-    const QPointF c = m_text->sceneBoundingRect().center();
-    // The grip angle grows anticlockwise on screen, a transform's rotation clockwise.
-    rotate(m_rotationAtPress - HoverEventItem::applyRotation(handgrip(id), p, c, m_refRotationPoint));
+    const double angle = HoverEventItem::applyRotation(handgrip(id), p, m_text->sceneBoundingRect().center(),
+                                                       m_refRotationPoint);
+    if (std::isfinite(angle))
+        rotate(angle);
 }
 
 void eTextItem::activateEditor() {
@@ -176,12 +193,15 @@ void eTextItem::focusOut() {
     const QGraphicsItem* focus = scene() ? scene()->focusItem() : nullptr;
     if (focus && (focus == this || isAncestorOf(focus)))
         return;
-    if (text().trimmed().isEmpty())
+    if (text().isEmpty())
         deleteLater();
 }
 
 QVariant eTextItem::itemChange(GraphicsItemChange change, const QVariant& value) {
-    if (change == ItemSelectedHasChanged && !value.toBool()) {
+    // The selection that accepts a new text leaves it open for typing.
+    if (change == ItemSelectedHasChanged && std::exchange(m_justCreated, false)) {
+        return AbstractBaseItem::itemChange(change, value);
+    } else if (change == ItemSelectedHasChanged) {
         m_text->setTextInteractionFlags(Qt::NoTextInteraction);
         QTextCursor cursor = m_text->textCursor();
         cursor.clearSelection();
@@ -214,8 +234,7 @@ void eTextItem::setFont(const QFont& font) {
 
 void eTextItem::setText(void* source) {
     if (!source) {
-        // Without its link name the text follows nothing any more.
-        unassociate(nullptr, nullptr);
+        m_linkName.clear();
         m_text->setPlainText(QStringLiteral(" "));
         return;
     }
@@ -279,6 +298,11 @@ AbstractBaseItem::typModeEdition eTextItem::mouseRelease(QGraphicsSceneMouseEven
     return EditionComplete;
 }
 
+bool eTextItem::endEdition() {
+    m_justCreated = true;
+    return true;
+}
+
 QPointF eTextItem::centroid() {
     return m_text->sceneBoundingRect().center();
 }
@@ -289,6 +313,8 @@ QRectF eTextItem::boundingRect() const {
 
 QPainterPath eTextItem::shape() const {
     QPainterPath path;
+    if (!m_text)
+        return path;
     path.addPolygon(m_text->mapToParent(m_text->boundingRect()));
     path.closeSubpath();
     return path;
@@ -347,8 +373,7 @@ bool eTextItem::toXml(QDomElement& e) const {
     e.setAttribute(QStringLiteral("font-family"), m_font.family());
     e.setAttribute(QStringLiteral("font-size"), variantToString(m_font.pointSizeF()));
     e.setAttribute(QStringLiteral("bgColor"), m_brush.color().name());
-    // A background that is not filled is saved as fully transparent.
-    e.setAttribute(QStringLiteral("alpha"), m_brush.style() == Qt::NoBrush ? 0 : m_brush.color().alpha());
+    e.setAttribute(QStringLiteral("alpha"), m_brush.color().alpha());
     e.setAttribute(QStringLiteral("linkname"), m_linkName);
     return true;
 }

@@ -6,8 +6,9 @@
 
 #include <QPointer>
 
+#include "TextItem.h"
+
 class QGraphicsRectItem;
-class TextItem;
 
 // A text annotation typed in place: centred on its centre point while it grows, drawn over a
 // background rectangle, rotated by its corner grips, and optionally linked to a measuring item
@@ -42,14 +43,14 @@ public:
     QPointF centroid() override;
     QList<Handle> handles() const override;
     // The corner grips turn the text; turning it is no measure edit and announces nothing.
-    void handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
+    void handlePressed(int, const QPointF&, Qt::KeyboardModifiers) override {}
     void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
     void handleReleased(int, const QPointF&, Qt::KeyboardModifiers) override {}
 
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override { return true; }
+    bool endEdition() override;
 
     bool toXml(QDomElement& e) const override;
     bool fromXml(const QDomElement& e) override;
@@ -72,6 +73,7 @@ public slots:
     void focusOut();
     void textChanged();
     QRectF itemRectF(void* inScene) override;
+    void initRotationReferencePoint(const QPointF& p) override;
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
@@ -81,6 +83,7 @@ private slots:
     void textMoved();
     void textSelected();
     void sourceDestroyed();
+    void textDestroyed();
 
 private:
     QRectF textRect() const;
@@ -89,10 +92,11 @@ private:
     void disconnectSource(AbstractBaseItem* item);
 
     QGraphicsRectItem* m_background = nullptr;
-    TextItem* m_text = nullptr;
+    // Guarded: a host may destroy the text before the item, which then goes too.
+    QPointer<TextItem> m_text;
     QPointF m_center;
     QPointer<AbstractBaseItem> m_source;
-    double m_rotationAtPress = 0;
     bool m_modified = false;
+    bool m_justCreated = false;
     bool m_recentering = false;
 };
