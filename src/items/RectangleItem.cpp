@@ -144,11 +144,12 @@ void RectangleItem::setTransformIndex(int index) {
         emit transformIndex(this, index, false);
 }
 
+// Degrees anticlockwise on screen, the sense in which the rotation grips measure.
 void RectangleItem::rotate(double angle) {
     m_rotation = angle;
     m_currentRotation = angle;
     setTransformOriginPoint(child<QGraphicsRectItem>()->rect().center());
-    QGraphicsItem::setRotation(angle);
+    QGraphicsItem::setRotation(-angle);
     pointsFromRect();
 }
 
@@ -161,13 +162,11 @@ void RectangleItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {
     params.center = mapToScene(r.center());
 }
 
-void RectangleItem::handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
-    const HoverEventItem* grip = handgrip(id);
-    if (grip && grip->getType() == HoverEventItem::Rotation) {
-        m_stepStartRotation = m_rotation;
-        m_relativeRotation = 0;
-    }
-    ShapeItem::handlePressed(id, scenePos, modifiers);
+// The grip's angle from the reference point is the rectangle's rotation: the reference is the
+// pressed point turned back to where it was before any rotation.
+void RectangleItem::initRotationReferencePoint(const QPointF& p) {
+    const QPointF centre = mapToScene(child<QGraphicsRectItem>()->rect().center());
+    AbstractBaseItem::initRotationReferencePoint(HoverEventItem::turnedAbout(p, centre, -m_rotation));
 }
 
 void RectangleItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
@@ -180,12 +179,10 @@ void RectangleItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardMod
 
 void RectangleItem::rotateByGrip(int id, const QPointF& p) {
     const QPointF centre = mapToScene(child<QGraphicsRectItem>()->rect().center());
-    const double delta = HoverEventItem::applyRotation(handgrip(id), p, centre, m_refRotationPoint);
-    if (!std::isfinite(delta))
+    const double angle = HoverEventItem::applyRotation(handgrip(id), p, centre, m_refRotationPoint);
+    if (!std::isfinite(angle))
         return;
-    // Grip angles grow counter-clockwise on screen, item rotations clockwise.
-    m_relativeRotation = -delta;
-    rotate(m_stepStartRotation + m_relativeRotation);
+    rotate(angle);
     placeCentroidHandgrip();
     emit mesureChanged(this);
 }
@@ -193,8 +190,8 @@ void RectangleItem::rotateByGrip(int id, const QPointF& p) {
 void RectangleItem::resizeByGrip(int id, const QPointF& p) {
     const QRectF before = child<QGraphicsRectItem>()->rect();
     const QRectF after = HoverEventItem::applyTranslation(handgrip(id), before, p, this);
-    // A side is not dragged across the facing one: the rectangle keeps its last valid size.
-    if (after == before || !(after.width() > 0 && after.height() > 0))
+    // A side dragged across the facing one gives a negative size, kept as it is.
+    if (after == before)
         return;
     // The rotation follows the new centre; shift the item so that the facing side stays put.
     const int anchor = oppositePosition(id);

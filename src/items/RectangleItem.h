@@ -36,12 +36,11 @@ public:
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
     void setTransformIndex(int index) override;
-    // Sets the rotation (degrees, clockwise on screen) about the rectangle's centre.
+    // Sets the rotation (degrees, anticlockwise on screen) about the rectangle's centre.
     void rotate(double angle) override;
     void fillEditMenu(QMenu* menu) override;
     void applyEditMenu(int data) override;
     QList<Handle> handles() const override;
-    void handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
     void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
     // The rectangle in item coordinates.
@@ -50,6 +49,7 @@ public:
 public slots:
     bool computeMesures(void* arg) override;
     void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;
+    void initRotationReferencePoint(const QPointF& p) override;
 
 protected:
     // Builds the child; the most derived constructor then calls initialise().
@@ -73,5 +73,4 @@ private:
     void snapImageSelection();
     void snapPixmapSelection();
 
-    double m_stepStartRotation = 0;
 };

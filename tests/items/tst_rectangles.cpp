@@ -16,6 +16,7 @@ private slots:
     void drawnMeasures();
     void gripDrags_data();
     void gripDrags();
+    void secondTurnGoesOnFromTheFirst();
     void rotatedSideResizeKeepsFacingSide_data();
     void rotatedSideResizeKeepsFacingSide();
     void measureChoiceIsRemembered();
@@ -99,10 +100,12 @@ void TestRectangles::gripDrags_data() {
     QTest::newRow("left side") << 3 << QPointF(20, 250) << QRectF(20, 80, 330, 120) << 0.0 << 1;
     QTest::newRow("top side") << 1 << QPointF(0, 30) << QRectF(50, 30, 300, 170) << 0.0 << 1;
     QTest::newRow("bottom side") << 6 << QPointF(0, 250) << QRectF(50, 80, 300, 170) << 0.0 << 1;
+    // Negative sizes are kept, not corrected.
     QTest::newRow("left side across the right")
-        << 3 << QPointF(390, 140) << QRectF(50, 80, 300, 120) << 0.0 << 0;
-    // The corner (150, 60) from the centre, taken a quarter turn clockwise.
-    QTest::newRow("corner rotates") << 7 << QPointF(140, 290) << QRectF(50, 80, 300, 120) << 90.0 << 1;
+        << 3 << QPointF(390, 140) << QRectF(390, 80, -40, 120) << 0.0 << 1;
+    // The corner (150, 60) from the centre, taken a quarter turn clockwise: -90, angles growing
+    // anticlockwise.
+    QTest::newRow("corner rotates") << 7 << QPointF(140, 290) << QRectF(50, 80, 300, 120) << -90.0 << 1;
 }
 
 void TestRectangles::gripDrags() {
@@ -124,6 +127,25 @@ void TestRectangles::gripDrags() {
     if (rotation != 0)
         QCOMPARE(item->handgripItems()[2]->scenePos(), to);
     QCOMPARE(spy.counts(), (QList<qsizetype>{1, changes, 1}));
+}
+
+// A turn starts where the last one ended: the corner stays under the cursor from the press on.
+void TestRectangles::secondTurnGoesOnFromTheFirst() {
+    DrawingView v;
+    auto* item = qgraphicsitem_cast<RectangleItem*>(v.draw("RectangleItem", QPointF(50, 80), QPointF(350, 200)));
+    const QPointF c(200, 140);
+    for (double expected : {-90.0, -180.0}) {
+        item->forceSelection();
+        const QPointF from = item->handgripItems()[2]->scenePos();
+        const QPointF to = c + QPointF(-(from.y() - c.y()), from.x() - c.x());
+        v.press(from);
+        v.move(from + QPointF(0.5, 0.5));
+        QVERIFY(std::abs(std::remainder(item->rotation() - expected - 90, 360.0)) < 1);
+        v.move(to);
+        v.release(to);
+        QVERIFY2(std::abs(std::remainder(item->rotation() - expected, 360.0)) < 0.5,
+                 qPrintable(QString::number(item->rotation())));
+    }
 }
 
 void TestRectangles::rotatedSideResizeKeepsFacingSide_data() {
