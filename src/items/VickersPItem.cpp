@@ -5,6 +5,7 @@
 #include "HoverEventItem.h"
 #include "SimpleTextItem.h"
 #include "VariantText.h"
+#include "XmlRead.h"
 
 #include <QDomElement>
 #include <QGraphicsPolygonItem>
@@ -71,8 +72,6 @@ VickersPItem::VickersPItem(QGraphicsItem* parent, int id, void* context)
 
 void VickersPItem::takeOverContext(const _AUTOPOINTPARAMS& params) {
     takeMesuresFrom(params.source);
-    // Its diagonals are recomputed in the same units.
-    copyCommonData(this, params.source);
     if (params.load > 0)
         m_charge = params.load;
     if (params.points.size() != CornerCount)
@@ -191,9 +190,9 @@ AbstractBaseItem::typModeEdition VickersPItem::mouseRelease(QGraphicsSceneMouseE
     return m_modeEdition;
 }
 
+// A degenerate indent is kept: its infinite hardness tells the user what went wrong.
 bool VickersPItem::endEdition() {
-    // Four clicks on one spot measure nothing.
-    return m_mline.size() == CornerCount && (m_mline[0] != m_mline[2] || m_mline[1] != m_mline[3]);
+    return m_mline.size() == CornerCount;
 }
 
 void VickersPItem::fillContextMenu(QMenu* menu) {
@@ -313,22 +312,18 @@ void VickersPItem::readGeometry(const QDomElement& e) {
     removeCorners();
     const QStringList parts =
         e.attribute(QStringLiteral("coords")).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    // Every part is a corner; one that is no usable point stands at the origin.
     for (const QString& part : parts) {
-        bool ok = false;
-        const QVariant point = stringToVariant(part, QMetaType::QPointF, &ok);
-        // A part that is no point is skipped rather than read as a corner at the origin.
-        if (ok && point.isValid())
-            addCorner(point.toPointF());
-        if (m_mline.size() == CornerCount)
-            break;
+        const QPointF p = stringToVariant(part, QMetaType::QPointF).toPointF();
+        addCorner(isSceneNumber(p.x()) && isSceneNumber(p.y()) ? p : QPointF());
     }
     m_charge = e.attribute(QStringLiteral("charge")).toDouble();
     m_highPrecision = true;
-    m_modeEdition = m_mline.size() == CornerCount ? EditionComplete : EditionCreating;
+    m_modeEdition = m_mline.size() >= CornerCount ? EditionComplete : EditionCreating;
     // The saved measures stand: they were computed with the calibration of their time.
     transmitFont(m_font2);
     rebuildPolygon(m_mline);
-    if (m_mline.size() == CornerCount) {
+    if (m_mline.size() >= CornerCount) {
         locateCentroid();
         placeCentroidHandgrip();
     }
