@@ -11,7 +11,9 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QMenu>
 #include <QPainter>
+#include <QStyleOptionGraphicsItem>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -22,7 +24,7 @@ constexpr double ClickHalfHeight = 18;
 
 // Labels start this far below the top edge.
 constexpr double LabelOffset = 20;
-// More ticks than this cannot be told apart on any screen: the ruler then shows none.
+// More ticks than this cannot be told apart on any screen.
 constexpr double MaxTicks = 100000;
 
 constexpr std::array<int, 8> gripKinds = {HoverEventItem::Move,
@@ -44,7 +46,7 @@ const DivisorEntry divisorEntries[] = {
     {QT_TRANSLATE_NOOP("RulerItem", "x10"), 1},
 };
 
-double tickLength(int i) {
+double tickLength(qint64 i) {
     if (i != 0 && i % 10 == 0)
         return 15;
     return i % 5 == 0 ? 10 : 5;
@@ -146,8 +148,12 @@ QRectF RulerItem::boundingRect() const {
 void RulerItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
     const QRectF r = rect();
     const double step = graduationStep();
-    if (!(step > 0) || !std::isfinite(step) || step >= r.width() || r.width() / step > MaxTicks)
+    if (!(step > 0) || !std::isfinite(step) || step >= r.width())
         return;
+    // Graduations finer than a device pixel are drawn one per device pixel, and never more than
+    // MaxTicks: a ruler is never blank, and never slow.
+    const double pixel = 1 / QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
+    const double stride = std::max({1.0, std::ceil(pixel / step), std::ceil(r.width() / step / MaxTicks)});
 
     painter->save();
     const QPointF c = centroid();
@@ -160,8 +166,9 @@ void RulerItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidge
     // Point 0 is the top-left corner, also while a grip drags a side past the opposite one.
     const double x0 = r.left();
     const double y0 = r.top();
-    for (int i = 0; i * step < r.width(); ++i) {
-        const double x = x0 + i * step;
+    for (double k = 0; k * step < r.width(); k += stride) {
+        const qint64 i = qint64(k);
+        const double x = x0 + k * step;
         painter->drawLine(QPointF(x, y0), QPointF(x, y0 + tickLength(i)));
         if (i == 0 || i % 10 != 0)
             continue;

@@ -399,6 +399,8 @@ void TestLines::rulerGraduations_data() {
     QTest::addColumn<bool>("drawn");
     QTest::newRow("one unit every 4 px") << 0.25 << true;
     QTest::newRow("one unit every 10 px") << 0.1 << true;
+    QTest::newRow("a thousand units a pixel") << 1000.0 << true;
+    QTest::newRow("ten million units a pixel") << 1e7 << true;
     QTest::newRow("step as wide as the ruler") << 1.0 / 200 << false;
     QTest::newRow("zero factor") << 0.0 << false;
     QTest::newRow("negative factor") << -1.0 << false;
@@ -415,7 +417,9 @@ void TestLines::rulerGraduations() {
     ruler->setCalibration(calibration);
     const QImage image = painted(*ruler, QSize(240, 80));
     QCOMPARE(dark(image, 10, 12), drawn);
-    if (!drawn)
+    if (factor > 1) // ticks finer than a pixel: one per pixel along the whole ruler
+        QVERIFY(dark(image, 150, 12) && dark(image, 209, 12));
+    if (!drawn || factor > 1)
         return;
     // Ticks hang from the top edge: 10 px at 0 and every fifth, 15 px every tenth, else 5 px.
     const QList<QPair<int, double>> ticks{{0, 10}, {1, 5}, {5, 10}, {10, 15}};
