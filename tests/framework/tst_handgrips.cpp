@@ -97,12 +97,21 @@ void TestHandgrips::syncHandgripsSkipsLockedGrips() {
     qDeleteAll(grips);
 }
 
+// Sizes are truncated to whole pixels; sizes no grip can have are refused. The centroid grip has no
+// cursor of its own.
 void TestHandgrips::setupTruncatesSize() {
     HoverEventItemSetup({7.9}, {Qt::black, Qt::white, Qt::green});
     QCOMPARE(HoverEventItemSize(), 7);
     HoverEventItem grip(nullptr, nullptr, 0, 0);
     QCOMPARE(grip.path().boundingRect().size(), QSizeF(7, 7));
+    HoverEventItemSetup({1500.5}, {});
+    QCOMPARE(HoverEventItemSize(), 1500);
+    for (double refused : {qQNaN(), qInf(), -3.0, 0.0})
+        HoverEventItemSetup({refused}, {});
+    QCOMPARE(HoverEventItemSize(), 1500);
     HoverEventItemSetup({10}, {});
+    QVERIFY(!HoverEventItem(nullptr, nullptr, 0, HoverEventItem::CentroidGrip).hasCursor());
+    QVERIFY(HoverEventItem(nullptr, nullptr, 0, HoverEventItem::Move).hasCursor());
 }
 
 void TestHandgrips::isPointSelectedTakesTheLowestIndex() {
