@@ -6,7 +6,10 @@
 #include "VickersPItem.h"
 #include "eTextItem.h"
 
+#include <QApplication>
+#include <QGraphicsSceneContextMenuEvent>
 #include <QFile>
+#include <QTimer>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -45,6 +48,8 @@ private slots:
     void sceneCalibrationReachesEveryItem();
     void xmlRoundTrip_data();
     void xmlRoundTrip();
+    void menusOfPreviews_data();
+    void menusOfPreviews();
     void everyBuiltClassDrawsAndRoundTrips_data();
     void everyBuiltClassDrawsAndRoundTrips();
     void badXmlNeverCrashes_data();
@@ -231,6 +236,44 @@ void TestItemScene::xmlRoundTrip() {
     for (int i = 0; !expected.isEmpty() && i < item->handgripItems().size(); ++i)
         QVERIFY(QLineF(back->handgripItems()[i]->scenePos(), item->handgripItems()[i]->scenePos()).length() <
                 0.1);
+}
+
+// A preview opens its context menu unless it is a circle or an arrow; edit menus never open.
+void TestItemScene::menusOfPreviews_data() {
+    QTest::addColumn<QString>("className");
+    QTest::addColumn<bool>("contextMenu");
+    QTest::newRow("line") << "LineItem" << true;
+    QTest::newRow("ruler") << "RulerItem" << true;
+    QTest::newRow("rectangle: measures, not transforms") << "RectangleItem" << true;
+    QTest::newRow("circle") << "CircleItem" << false;
+    QTest::newRow("arrow") << "ArrowItem" << false;
+    QTest::newRow("block arrow") << "Arrow2Item" << false;
+}
+
+void TestItemScene::menusOfPreviews() {
+    QFETCH(QString, className);
+    QFETCH(bool, contextMenu);
+    DrawingView v;
+    QVERIFY(v.exposed);
+    AbstractBaseItem* item = v.draw(className, {100, 100}, {160, 140});
+    QVERIFY(item);
+    item->setPreviewstate(true);
+    bool opened = false;
+    const auto closeMenu = [&opened] {
+        if (QWidget* popup = QApplication::activePopupWidget()) {
+            opened = true;
+            popup->close();
+        }
+    };
+    QTimer::singleShot(50, closeMenu);
+    QGraphicsSceneContextMenuEvent event(QEvent::GraphicsSceneContextMenu);
+    event.setScenePos(item->sceneBoundingRect().center());
+    v.scene.sendEvent(item, &event);
+    QCOMPARE(opened, contextMenu);
+    opened = false;
+    QTimer::singleShot(50, closeMenu);
+    item->edit();
+    QCOMPARE(opened, false);
 }
 
 // Every class the factories build, found through the registry: drawn with one drag and, for the
