@@ -59,6 +59,8 @@ void TestCircle::drawnCircle() {
     }
     QCOMPARE(item->label()->text(), label);
     QCOMPARE(item->mesuresFlag(), 0x70);
+    // The release answers the edition mode, as the base does.
+    QCOMPARE(item->mouseRelease(nullptr), item->modeEdition());
     QCOMPARE(item->mesuresSupport(), 12320);
 }
 
@@ -71,6 +73,7 @@ void TestCircle::cornerGripsChangeOnlyTheRadius_data() {
     QTest::newRow("top-left inwards") << 0 << QPointF(94, 96) << 7.0;
     QTest::newRow("top-right") << 2 << QPointF(113, 85) << 11.5;
     QTest::newRow("bottom-left") << 5 << QPointF(80, 112.5) << 11.0;
+    QTest::newRow("collapsed onto the facing corner") << 7 << QPointF(90, 90) << 0.0;
 }
 
 void TestCircle::cornerGripsChangeOnlyTheRadius() {
@@ -88,10 +91,11 @@ void TestCircle::cornerGripsChangeOnlyTheRadius() {
     QCOMPARE(item->radius2(), radius);
     QCOMPARE(item->rect(), QRectF(100 - radius, 100 - radius, 2 * radius, 2 * radius));
     QCOMPARE(item->centroidPoint(), QPointF(100, 100));
-    QCOMPARE(item->accessmesureP(9), 2 * radius);
+    // A radius of 0 leaves the measures as they were.
+    QCOMPARE(item->accessmesureP(9), radius > 0 ? 2 * radius : 20.0);
     for (HoverEventItem* h : item->handgripItems()) {
         QCOMPARE(h->scenePos(), HoverEventItem::positionOnRect(item->rect(), h->getId()));
-        if (h->getId() == grip)
+        if (h->getId() == grip && radius > 0)
             QCOMPARE(h->tooltip(), " rad1:" + QString::number(radius, 'f', 2) + "*mm");
     }
     QCOMPARE(spy.counts(), (QList<qsizetype>{1, 1, 1}));
