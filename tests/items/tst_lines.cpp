@@ -267,6 +267,11 @@ void TestLines::lineMenuChoices() {
     QSignalSpy changed(line, &AbstractBaseItem::mesureChanged);
     for (const QString& choice : choices)
         QVERIFY(choose(line, choice));
+    // Any choice stores all four of the line's parameters.
+    QCOMPARE(getCommonParamsRef()->keys(),
+             choices.isEmpty() ? QStringList()
+                               : QStringList({"line_arrowFactor", "line_arrowHead", "line_arrowTail",
+                                              "line_mesureIndex"}));
     QCOMPARE(checkedEntries(line), checked);
     QCOMPARE(line->label()->text(), label);
     QCOMPARE(changed.count(), int(choices.filter(QRegularExpression("^(Ang|None)")).size()));
