@@ -225,12 +225,14 @@ int EntityBuilder::integer(int code, int fallback) {
 }
 
 int EntityBuilder::layer() {
+    // Looked up by the name's bytes first: decoding and folding its case for every entity is slow.
     const std::string_view name = text(8);
-    if (m_lastLayer < 0 || name != m_lastLayerName) {
-        m_lastLayer = m_store.layerFor(decodeString(name, m_utf8));
-        m_lastLayerName = name;
-    }
-    return m_lastLayer;
+    const auto found = m_layers.find(name);
+    if (found != m_layers.end())
+        return found->second;
+    const int index = m_store.layerFor(decodeString(name, m_utf8));
+    m_layers.emplace(name, index);
+    return index;
 }
 
 Vector3 EntityBuilder::normal() {
@@ -276,7 +278,8 @@ void EntityBuilder::append(std::vector<Record>& records, Kind kind, Type type, i
     ++m_store.counts.read[size_t(type)];
     if (m_invisible)
         return;
-    if (m_store.records >= m_mostRecords) {
+    if (m_store.records >= m_mostRecords ||
+        qint64(m_store.numbers.size() + m_numbers.size()) > 3 * m_mostVertices) {
         m_overLimit = true;
         return;
     }

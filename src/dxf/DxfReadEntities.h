@@ -7,6 +7,7 @@
 
 #include <array>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 // Turns the group codes of one entity into a Record, or counts it as refused or unsupported.
@@ -81,9 +82,8 @@ private:
     bool m_embedded = false; // past group 101: an embedded object's codes, not ours
     bool m_bad = false;      // a number that is none, or absurd
     bool m_invisible = false;
-    size_t m_pending = 0; // numbers read into the lists below
-    std::string_view m_lastLayerName;
-    int m_lastLayer = -1;
+    size_t m_pending = 0;                               // numbers read into the lists below
+    std::unordered_map<std::string_view, int> m_layers; // layer indexes by the bytes of their names
     std::vector<std::string_view> m_chunks;
     std::vector<double> m_list; // LWPOLYLINE x y bulge; SPLINE control points x y
     std::vector<double> m_knots, m_weights, m_fit;

@@ -28,7 +28,7 @@ bool sane(const QTransform& t) {
 
 // The unit circle from angle t0 over sweep (radians, counter-clockwise with y up). Qt turns its arcs
 // the other way round for y down, hence the signs.
-QPainterPath unitArc(double t0, double sweep) {
+QPainterPath arcPath(double t0, double sweep) {
     const QRectF unit(-1, -1, 2, 2);
     QPainterPath path;
     path.arcMoveTo(unit, -t0 / kDegree);
@@ -36,11 +36,18 @@ QPainterPath unitArc(double t0, double sweep) {
     return path;
 }
 
+QPainterPath unitArc(double t0, double sweep) {
+    // Circles and whole ellipses, most curves, share one path.
+    static const QPainterPath circle = arcPath(0, 2 * M_PI);
+    return t0 == 0 && sweep == 2 * M_PI ? circle : arcPath(t0, sweep);
+}
+
 // A polyline segment from a to b turning by 4 atan(bulge), counter-clockwise when the bulge is positive.
 void bulgeTo(QPainterPath& path, const QPointF& a, const QPointF& b, double bulge) {
     const QPointF chord = b - a;
     const double length = std::hypot(chord.x(), chord.y());
-    if (bulge == 0 || length == 0) {
+    // A bulge this small is a straight line to any precision, and its radius would overflow.
+    if (std::abs(bulge) < 1e-12 || length == 0) {
         path.lineTo(b);
         return;
     }

@@ -22,13 +22,17 @@ enum class Section { None, Header, Tables, Blocks, Entities, Other };
 enum class RecordKind { None, Section, Layer, Block, BlockEnd, Entity };
 
 constexpr int kMostInsunits = 20;
+// Bounds on the bounds: records index their numbers with 32 bits, and inserts recurse.
+constexpr qint64 kMostEntities = qint64(1) << 30;
+constexpr qint64 kMostVertices = qint64(1) << 30;
+constexpr int kMostNesting = 100;
 
 DxfReadOptions sanitized(DxfReadOptions options) {
     if (!(options.tolerance > 0) || !std::isfinite(options.tolerance))
         options.tolerance = DxfReadOptions().tolerance;
-    options.maxEntities = std::max<qint64>(0, options.maxEntities);
-    options.maxVertices = std::max<qint64>(0, options.maxVertices);
-    options.maxNesting = std::max(0, options.maxNesting);
+    options.maxEntities = std::clamp<qint64>(options.maxEntities, 0, kMostEntities);
+    options.maxVertices = std::clamp<qint64>(options.maxVertices, 0, kMostVertices);
+    options.maxNesting = std::clamp(options.maxNesting, 0, kMostNesting);
     return options;
 }
 

@@ -26,10 +26,10 @@ struct DxfReadOptions {
     // shown at one pixel per unit; divide by the pixels per unit otherwise).
     double tolerance = 0.1;
     // Bounds on the work a file may ask for: entities placed (block contents once per insertion,
-    // array cells included) and vertices kept (path elements and points).
+    // array cells included) and vertices kept (path elements, points and texts); 2^30 at most.
     qint64 maxEntities = 2'000'000;
     qint64 maxVertices = 8'000'000;
-    int maxNesting = 16; // inserts within inserts
+    int maxNesting = 16; // inserts within inserts, 100 at most
 };
 
 GRAPHICSOBJECTS_EXPORT DxfModel readDxf(const QByteArray& data, const DxfReadOptions& options = {});
