@@ -1,9 +1,18 @@
 // Feeds arbitrary bytes to the DXF reader: reading must neither crash nor hang, and whatever it keeps
-// must stay within the bounds it was given.
+// must be finite and stay within the bounds it was given.
 #include <GraphicsObjects/GraphicsObjects.h>
 
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
+
+namespace {
+
+bool finite(const QPointF& p) {
+    return std::isfinite(p.x()) && std::isfinite(p.y());
+}
+
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     DxfReadOptions options;
@@ -12,10 +21,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const DxfModel model =
         readDxf(QByteArray::fromRawData(reinterpret_cast<const char*>(data), qsizetype(size)), options);
     qint64 vertices = 0;
-    for (const DxfLayer& layer : model.layers)
+    bool ok = finite(model.extents.topLeft()) && finite(model.extents.bottomRight());
+    for (const DxfLayer& layer : model.layers) {
         vertices += layer.path.elementCount() + layer.points.size() + layer.texts.size();
-    if (model.report.placed > options.maxEntities + 1 || vertices > options.maxVertices ||
-        model.report.toText().isNull())
+        for (const DxfText& text : layer.texts)
+            ok = ok && finite(text.position) && std::isfinite(text.height) &&
+                 std::isfinite(text.rotationDegrees);
+    }
+    model.report.toText();
+    if (!ok || model.report.placed > options.maxEntities + 1 || vertices > options.maxVertices)
         std::abort();
     return 0;
 }

@@ -12,9 +12,12 @@ class QIODevice;
 
 // Reads ASCII DXF files, AutoCAD R12 to 2018, into a DxfModel: LINE, LWPOLYLINE and POLYLINE (bulges
 // as arcs), CIRCLE, ARC, ELLIPSE, SPLINE, POINT, TEXT, MTEXT, ATTRIB and INSERT (nested, scaled,
-// rotated, in column and row arrays), with the layers' colours and visibility. Other entity types are
-// counted in the report. Bad input is never fatal: whatever could be read is kept and the report says
-// what was left out and why.
+// rotated, in column and row arrays), with the layers' colours and visibility. Model space only; each
+// entity takes its layer's colour (block contents on layer 0 take their insert's layer). Splines
+// given by fit points alone are drawn as smooth cubics through them, which may bend a little
+// differently from AutoCAD's between the points. Other entity types (HATCH, DIMENSION, IMAGE,
+// SOLID...) are counted in the report. Bad input is never fatal: whatever could be read is kept and
+// the report says what was left out and why.
 //
 // Overlaying a drawing: DXF has y pointing up, a scene or an image y pointing down. A drawing is shown
 // over an image at s pixels per drawing unit with its origin at pixel (ox, oy) by
