@@ -18,6 +18,8 @@
 AbstractBaseItem::AbstractBaseItem(QGraphicsItem* parent, int, void*)
     : QGraphicsObject(parent)
     , m_label(new SimpleTextItem(this)) {
+    // Rotations and scales reach itemChange, which keeps the centroid grip's size on screen.
+    setFlag(ItemSendsGeometryChanges, true);
     m_label->setTextColor(Qt::red);
     m_penCentroidText.setCosmetic(true);
     m_penCentroidText.setColor(Qt::red);
@@ -181,6 +183,17 @@ void AbstractBaseItem::setLinkName(AbstractBaseItem*, QString& name) {
 }
 
 QVariant AbstractBaseItem::itemChange(GraphicsItemChange change, const QVariant& value) {
+    switch (change) {
+    case ItemRotationHasChanged:
+    case ItemScaleHasChanged:
+    case ItemTransformHasChanged:
+    case ItemSceneHasChanged:
+    case ItemParentHasChanged:
+        fitCentroidGripToZoom();
+        break;
+    default:
+        break;
+    }
     if (change == ItemSelectedHasChanged) {
         if (value.toBool()) {
             showHandgrips();

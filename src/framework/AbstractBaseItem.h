@@ -47,6 +47,10 @@ public:
     AbstractBaseItem(QGraphicsItem* parent, int id, void* context);
     ~AbstractBaseItem() override;
 
+    // Keeps the centroid grip and its label at their pixel size under the scene's zoom factors and
+    // the item's own rotation and scale; the scene calls it when its zoom changes.
+    void fitCentroidGripToZoom();
+
     // The library item a graphics item is, or null.
     static AbstractBaseItem* fromGraphicsItem(QGraphicsItem* item);
 

@@ -14,8 +14,25 @@ AbstractScene::AbstractScene(const QRectF& sceneRect, QObject* parent)
     : QGraphicsScene(sceneRect, parent) {}
 
 void AbstractScene::setZoomFactors(double horizontal, double vertical) {
+    if (m_zoomX == horizontal && m_zoomY == vertical)
+        return;
     m_zoomX = horizontal;
     m_zoomY = vertical;
+    fitLabelsToZoom();
+}
+
+void AbstractScene::setVerticalZoomInForce(bool inForce) {
+    if (m_verticalZoomInForce == inForce)
+        return;
+    m_verticalZoomInForce = inForce;
+    fitLabelsToZoom();
+}
+
+void AbstractScene::fitLabelsToZoom() {
+    for (QGraphicsItem* item : items()) {
+        if (AbstractBaseItem* tool = AbstractBaseItem::fromGraphicsItem(item))
+            tool->fitCentroidGripToZoom();
+    }
 }
 
 void AbstractScene::setOrthoReferenceAngle(double degrees) {

@@ -17,12 +17,14 @@ public:
     explicit AbstractScene(QObject* parent = nullptr);
     explicit AbstractScene(const QRectF& sceneRect, QObject* parent = nullptr);
 
+    // The zoom of the view showing the scene, which the host passes on: labels keep their size on
+    // screen through it.
     double horizontalZoom() const { return m_zoomX; }
     double verticalZoom() const { return m_zoomY; }
     // When false the horizontal factor stands for both directions.
     bool verticalZoomInForce() const { return m_verticalZoomInForce; }
     void setZoomFactors(double horizontal, double vertical);
-    void setVerticalZoomInForce(bool inForce) { m_verticalZoomInForce = inForce; }
+    void setVerticalZoomInForce(bool inForce);
 
     // Reference direction of the orthogonal mode, in degrees; 0 turns the mode off.
     double orthoReferenceAngle() const { return m_orthoAngle; }
@@ -63,6 +65,7 @@ protected:
 
 private:
     void finishCreation();
+    void fitLabelsToZoom();
     void discard(AbstractBaseItem* item);
 
     QPointer<AbstractBaseItem> m_creating;

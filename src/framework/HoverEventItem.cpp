@@ -6,6 +6,7 @@
 #include <QCursor>
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsSimpleTextItem>
+#include <QHash>
 #include <QPainter>
 #include <QPixmap>
 #include <QRadialGradient>
@@ -65,6 +66,32 @@ QCursor gripCursor(int type) {
     }
 }
 
+// The look every grip of a kind and size shares: built once, shared by all grips.
+struct GripLook {
+    QBrush brush;
+    QPainterPath path;
+};
+
+const GripLook& gripLook(int type, int size) {
+    static QHash<quint64, GripLook> looks;
+    const quint64 key = (quint64(quint32(type)) << 32) | quint32(size);
+    auto it = looks.find(key);
+    if (it == looks.end()) {
+        QPainterPath path;
+        path.addRoundedRect(QRectF(-size / 2.0, -size / 2.0, size, size), 2, 2);
+        it = looks.insert(key, {QBrush(gripGradient(type, size)), path});
+    }
+    return *it;
+}
+
+const QCursor& cachedCursor(int type) {
+    static QHash<int, QCursor> cursors;
+    auto it = cursors.find(type);
+    if (it == cursors.end())
+        it = cursors.insert(type, gripCursor(type));
+    return *it;
+}
+
 } // namespace
 
 void HoverEventItemSetup(QList<double> sizes, QList<QColor> colours) {
@@ -86,32 +113,42 @@ int HoverEventItemSize() {
 HoverEventItem::HoverEventItem(QObject* owner, QGraphicsItem* parent, int id, int type)
     : QObject(owner)
     , QGraphicsPathItem(parent)
-    , m_frame(new QGraphicsPathItem(this))
-    , m_text(new QGraphicsSimpleTextItem(m_frame))
     , m_font(QStringLiteral("Courier"), 12, QFont::Normal, false)
+    , m_textColor(settings().text)
     , m_id(id)
     , m_type(type) {
     setAcceptHoverEvents(true);
-    // Grips keep their pixel size at every zoom.
-    setFlag(ItemIgnoresTransformations, true);
+    // Grips keep their pixel size at every zoom. The centroid grip, which every item has, is scaled
+    // by its item instead (AbstractBaseItem::fitCentroidGripToZoom): Qt keeps items that ignore
+    // transformations out of its spatial index and walks them all on every lookup.
+    setFlag(ItemIgnoresTransformations, type != CentroidGrip);
+    const GripLook& look = gripLook(type, settings().size);
+    setBrush(look.brush);
+    setPath(look.path);
+    applyLook();
+    // The centroid grip keeps whatever cursor is under it.
+    if (type >= Move && type <= Rotation)
+        setCursor(cachedCursor(type));
+}
 
+// The highlight frame and the tooltip text exist from the first hover on: most grips are never
+// hovered.
+void HoverEventItem::ensureFrame() {
+    if (m_frame)
+        return;
     const double size = settings().size;
-    setBrush(QBrush(gripGradient(type, size)));
-    QPainterPath path;
-    path.addRoundedRect(QRectF(-size / 2, -size / 2, size, size), 2, 2);
-    setPath(path);
-
+    m_frame = new QGraphicsPathItem(this);
+    m_text = new QGraphicsSimpleTextItem(m_frame);
     QPainterPath framePath;
-    framePath.addRoundedRect(path.boundingRect().adjusted(-size / 2, -size / 2, size / 2, size / 2), 3, 3);
+    framePath.addRoundedRect(path().boundingRect().adjusted(-size / 2, -size / 2, size / 2, size / 2), 3, 3);
     m_frame->setPath(framePath);
     m_frame->setVisible(false);
     m_frame->setAcceptedMouseButtons(Qt::NoButton);
     m_text->setFont(m_font);
+    m_text->setBrush(m_textColor);
+    m_text->setText(m_tooltip);
     m_text->setPos(framePath.boundingRect().topRight());
     applyLook();
-    // The centroid grip keeps whatever cursor is under it.
-    if (type >= Move && type <= Rotation)
-        setCursor(gripCursor(type));
 }
 
 void HoverEventItem::applyLook() {
@@ -120,13 +157,14 @@ void HoverEventItem::applyLook() {
     outline.setCosmetic(true);
     outline.setWidth(1);
     setPen(outline);
+    if (!m_frame)
+        return;
     QPen framePen(m_lockstate ? QColor(150, 150, 150) : s.frame);
     framePen.setCosmetic(true);
     m_frame->setPen(framePen);
     QColor fill = s.frame;
     fill.setAlpha(60);
     m_frame->setBrush(m_lockstate ? QBrush(Qt::NoBrush) : QBrush(fill));
-    m_text->setBrush(s.text);
 }
 
 void HoverEventItem::setLockstate(const bool& state) {
@@ -136,24 +174,31 @@ void HoverEventItem::setLockstate(const bool& state) {
 
 void HoverEventItem::setFont(const QFont& font, const QColor& color) {
     m_font = font;
-    m_text->setFont(font);
-    m_text->setBrush(color);
+    m_textColor = color;
+    if (m_text) {
+        m_text->setFont(font);
+        m_text->setBrush(color);
+    }
 }
 
 void HoverEventItem::setFontColor(const QColor& color) {
-    m_text->setBrush(color);
+    m_textColor = color;
+    if (m_text)
+        m_text->setBrush(color);
 }
 
 void HoverEventItem::setTooltip(QString text, QPointF*) {
-    m_text->setText(QLatin1Char(' ') + text);
+    m_tooltip = QLatin1Char(' ') + text;
+    if (m_text)
+        m_text->setText(m_tooltip);
 }
 
 QString HoverEventItem::tooltip() const {
-    return m_text->text();
+    return m_tooltip;
 }
 
 bool HoverEventItem::isHighlighted() const {
-    return m_frame->isVisible();
+    return m_frame && m_frame->isVisible();
 }
 
 double HoverEventItem::angleForPos(const QPointF& p, const QPointF& c) {
@@ -281,6 +326,7 @@ void HoverEventItem::tellOwner(Phase phase, QGraphicsSceneMouseEvent* event) {
 
 void HoverEventItem::hoverEnterEvent(QGraphicsSceneHoverEvent* event) {
     m_hovered = true;
+    ensureFrame();
     m_frame->setVisible(true);
     m_text->setVisible(true);
     update();
@@ -289,7 +335,8 @@ void HoverEventItem::hoverEnterEvent(QGraphicsSceneHoverEvent* event) {
 
 void HoverEventItem::hoverLeaveEvent(QGraphicsSceneHoverEvent* event) {
     m_hovered = false;
-    m_frame->setVisible(false);
+    if (m_frame)
+        m_frame->setVisible(false);
     update();
     QGraphicsPathItem::hoverLeaveEvent(event);
 }

@@ -78,11 +78,14 @@ protected:
 
 private:
     void applyLook();
+    void ensureFrame();
     void tellOwner(Phase phase, QGraphicsSceneMouseEvent* event);
 
     QGraphicsPathItem* m_frame = nullptr;
     QGraphicsSimpleTextItem* m_text = nullptr;
     QFont m_font;
+    QColor m_textColor;
+    QString m_tooltip;
     int m_id = 0;
     int m_type = 0;
     bool m_pressed = false;

@@ -5,14 +5,17 @@
 // deselected. A scene of thousands of idle items thus holds no grip at all.
 #include "AbstractBaseItem.h"
 
+#include "AbstractScene.h"
 #include "HoverEventItem.h"
 #include "SimpleTextItem.h"
 
 #include <cmath>
 
 void AbstractBaseItem::setupCentroidHandgrip() {
-    if (!m_handgripCentroid)
+    if (!m_handgripCentroid) {
         m_handgripCentroid = new HoverEventItem(this, this, 0, HoverEventItem::CentroidGrip);
+        fitCentroidGripToZoom();
+    }
     if (!m_label)
         m_label = new SimpleTextItem(this);
     m_label->setParentItem(m_handgripCentroid);
@@ -22,6 +25,21 @@ void AbstractBaseItem::setupCentroidHandgrip() {
 void AbstractBaseItem::placeCentroidHandgrip() {
     setupCentroidHandgrip();
     m_handgripCentroid->setPos(centroid());
+}
+
+void AbstractBaseItem::fitCentroidGripToZoom() {
+    if (!m_handgripCentroid)
+        return;
+    const AbstractScene* host = hostScene();
+    const double zx = host ? host->horizontalZoom() : 1.0;
+    const double zy = host ? (host->verticalZoomInForce() ? host->verticalZoom() : zx) : 1.0;
+    const QTransform t = sceneTransform();
+    const QTransform toDevice = QTransform(t.m11(), t.m12(), t.m21(), t.m22(), 0, 0) * QTransform::fromScale(zx, zy);
+    if (!toDevice.isInvertible())
+        return;
+    const QTransform fit = toDevice.inverted();
+    if (fit != m_handgripCentroid->transform())
+        m_handgripCentroid->setTransform(fit);
 }
 
 QList<HoverEventItem*> AbstractBaseItem::handgripItems() const {
