@@ -28,6 +28,9 @@
 // Geometry
 #include "Geometry.h"
 #include "GeometryAngles.h"
+#include "GeometryArcs.h"
+#include "GeometryCircleFits.h"
+#include "GeometryEllipseMetrics.h"
 #include "GeometryFitting.h"
 #include "GeometryIntersections.h"
 #include "GeometryNumbers.h"
