@@ -32,10 +32,15 @@
 #include "GeometryCircleFits.h"
 #include "GeometryEllipseMetrics.h"
 #include "GeometryFitting.h"
+#include "GeometryHull.h"
 #include "GeometryIntersections.h"
 #include "GeometryNumbers.h"
 #include "GeometryOutlines.h"
+#include "GeometryPolygonMetrics.h"
 #include "GeometryPolygons.h"
+#include "GeometrySegments.h"
+#include "GeometrySelfIntersection.h"
+#include "GeometrySimplify.h"
 
 // Image filters
 #include "ImageFilters.h"
