@@ -41,6 +41,7 @@
 #include "GeometrySegments.h"
 #include "GeometrySelfIntersection.h"
 #include "GeometrySimplify.h"
+#include "GeometrySplines.h"
 
 // Image filters
 #include "ImageFilters.h"
