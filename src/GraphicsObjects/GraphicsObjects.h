@@ -45,6 +45,7 @@
 
 // Image filters
 #include "ImageFilters.h"
+#include "ImageProbes.h"
 
 // Items
 #include "Arrow2Item.h"
