@@ -36,14 +36,24 @@
 // Geometry
 #include "Geometry.h"
 #include "GeometryAngles.h"
+#include "GeometryArcs.h"
+#include "GeometryCircleFits.h"
+#include "GeometryEllipseMetrics.h"
 #include "GeometryFitting.h"
+#include "GeometryHull.h"
 #include "GeometryIntersections.h"
 #include "GeometryNumbers.h"
 #include "GeometryOutlines.h"
+#include "GeometryPolygonMetrics.h"
 #include "GeometryPolygons.h"
+#include "GeometrySegments.h"
+#include "GeometrySelfIntersection.h"
+#include "GeometrySimplify.h"
+#include "GeometrySplines.h"
 
 // Image filters
 #include "ImageFilters.h"
+#include "ImageProbes.h"
 
 // Items
 #include "Arrow2Item.h"
