@@ -20,6 +20,11 @@ ConstructionItem::ConstructionItem(QGraphicsItem* parent, unsigned long subType,
     // Its drawing is made of its sources' places: a drag of its own cannot move it.
     setFlag(ItemSendsGeometryChanges, true);
     setPen(m_pen);
+    m_problem = missingPicks();
+}
+
+QString ConstructionItem::missingPicks() const {
+    return tr("%1 of %2 items picked").arg(m_sources.size()).arg(m_picks);
 }
 
 void ConstructionItem::setPen(const QPen& pen) {
@@ -189,7 +194,7 @@ bool ConstructionItem::computeMesures(void*) {
     Drawing drawing;
     drawing.anchor = m_anchor;
     if (m_sources.size() < m_picks)
-        m_problem = tr("%1 of %2 items picked").arg(m_sources.size()).arg(m_picks);
+        m_problem = missingPicks();
     else if (sources().size() < m_picks)
         m_problem = tr("A source is missing");
     else
@@ -275,8 +280,7 @@ void ConstructionItem::readGeometry(const QDomElement& e) {
     m_picking = false;
     m_modeEdition = m_sources.size() == m_picks ? EditionComplete : EditionCreating;
     m_anchor = readPoint(e, QStringLiteral("anchor"));
-    m_problem = m_sources.size() < m_picks ? tr("%1 of %2 items picked").arg(m_sources.size()).arg(m_picks)
-                                           : QString();
+    m_problem = m_sources.size() < m_picks ? missingPicks() : QString();
     placeCentroidHandgrip();
     commonUpdateText();
 }

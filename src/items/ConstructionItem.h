@@ -94,6 +94,7 @@ private:
     void follow(AbstractBaseItem* item);
     void unlink();
     void show(const Drawing& drawing);
+    QString missingPicks() const;
 
     struct Hint {
         bool set = false;

@@ -47,7 +47,8 @@ QString Tangent::fromPoint(const QPointF& p, const QPointF& c, double r, Drawing
         addSegment(drawing.lines, c, t);
     }
     drawing.points = {t1, t2};
-    drawing.anchor = p;
+    // Not on the point itself, where it would cover the source's grip.
+    drawing.anchor = (p + c) / 2;
     return QString();
 }
 
