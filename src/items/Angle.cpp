@@ -24,19 +24,11 @@ QPointF nearEnd(const QLineF& l, const QPointF& from) {
 } // namespace
 
 Angle::Angle(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 1, 2) {
+    : ConstructionItem(parent, 1, {Need::Straight, Need::Straight},
+                       {{QT_TRANSLATE_NOOP("Angle", "Angle"), Ang1},
+                        {QT_TRANSLATE_NOOP("Angle", "Supplement"), Ang2},
+                        {QT_TRANSLATE_NOOP("Angle", "None"), NoMesure}}) {
     initIdentity(id, MesureKey, MesureDefault);
-}
-
-QList<AbstractBaseItem::MenuEntry> Angle::mesureMenu() const {
-    return {{QT_TR_NOOP("Angle"), Ang1}, {QT_TR_NOOP("Supplement"), Ang2}, {QT_TR_NOOP("None"), NoMesure}};
-}
-
-QString Angle::refusePick(const QList<AbstractBaseItem*>&, AbstractBaseItem* item,
-                          const std::optional<QPointF>& hint) const {
-    return straightOf(item, hint) ? QString()
-                                  : tr("An angle is measured between straight items: lines, guides, "
-                                       "rectangle or ruler sides, polyline ends");
 }
 
 QString Angle::build(Drawing& drawing) {

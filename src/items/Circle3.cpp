@@ -24,16 +24,13 @@ bool collinear(const QPointF& a, const QPointF& b, const QPointF& c) {
 } // namespace
 
 Circle3::Circle3(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 0x70, 3) {
+    : ConstructionItem(parent, 0x70, {Need::Anything, Need::Anything, Need::Anything},
+                       {{QT_TRANSLATE_NOOP("Circle3", "Diameter"), Diam},
+                        {QT_TRANSLATE_NOOP("Circle3", "Radius"), Rad1},
+                        {QT_TRANSLATE_NOOP("Circle3", "Area"), Aera},
+                        {QT_TRANSLATE_NOOP("Circle3", "Perimeter"), Perim},
+                        {QT_TRANSLATE_NOOP("Circle3", "None"), NoMesure}}) {
     initIdentity(id, MesureKey, MesureDefault);
-}
-
-QList<AbstractBaseItem::MenuEntry> Circle3::mesureMenu() const {
-    return {{QT_TR_NOOP("Diameter"), Diam},
-            {QT_TR_NOOP("Radius"), Rad1},
-            {QT_TR_NOOP("Area"), Aera},
-            {QT_TR_NOOP("Perimeter"), Perim},
-            {QT_TR_NOOP("None"), NoMesure}};
 }
 
 QString Circle3::build(Drawing& drawing) {

@@ -16,16 +16,11 @@ public:
     Q_INVOKABLE Circle3(QGraphicsItem* parent, int id, void* context);
 
     long mesuresFlag() const override { return 0x70; }
-    QList<MenuEntry> mesureMenu() const override;
     // The circle found, in scene coordinates and pixels; meaningful while hasResult().
     QPointF centre() const { return m_centre; }
     double radius() const { return m_radius; }
 
 protected:
-    QString refusePick(const QList<AbstractBaseItem*>&, AbstractBaseItem*,
-                       const std::optional<QPointF>&) const override {
-        return QString();
-    }
     QString build(Drawing& drawing) override;
 
 private:

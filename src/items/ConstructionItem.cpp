@@ -13,9 +13,11 @@
 #include <algorithm>
 #include <cmath>
 
-ConstructionItem::ConstructionItem(QGraphicsItem* parent, unsigned long subType, int picks)
+ConstructionItem::ConstructionItem(QGraphicsItem* parent, unsigned long subType, const QList<Need>& needs,
+                                   const QList<MenuEntry>& menu)
     : ShapeItem(parent, new QGraphicsPathItem, subType, 0)
-    , m_picks(picks)
+    , m_needs(needs)
+    , m_menu(menu)
     , m_results(new QGraphicsPathItem(this)) {
     // Its drawing is made of its sources' places: a drag of its own cannot move it.
     setFlag(ItemSendsGeometryChanges, true);
@@ -24,7 +26,7 @@ ConstructionItem::ConstructionItem(QGraphicsItem* parent, unsigned long subType,
 }
 
 QString ConstructionItem::missingPicks() const {
-    return tr("%1 of %2 items picked").arg(m_sources.size()).arg(m_picks);
+    return tr("%1 of %2 items picked").arg(m_sources.size()).arg(picksNeeded());
 }
 
 void ConstructionItem::setPen(const QPen& pen) {
@@ -76,9 +78,30 @@ QString ConstructionItem::refuse(const QList<AbstractBaseItem*>& earlier, Abstra
         return tr("A construction cannot use itself");
     if (earlier.contains(item))
         return tr("This item is already picked");
-    if (earlier.size() >= m_picks)
+    if (earlier.size() >= picksNeeded())
         return tr("All the items are picked");
-    return refusePick(earlier, item, hint);
+    switch (m_needs[earlier.size()]) {
+    case Need::Straight:
+        if (!Construction::straightOf(item, hint))
+            return tr(
+                "This item has no straight part: pick a line, a guide, a cross, a side of a rectangle or "
+                "ruler, or an end of a polyline");
+        break;
+    case Need::Figure:
+        if (!Construction::straightOf(item, hint) && !Construction::circleOf(item) &&
+            !Construction::ellipseOf(item))
+            return tr("Pick a line, a straight side, a circle or an ellipse");
+        break;
+    case Need::Circle:
+        if (!Construction::circleOf(item) &&
+            std::none_of(earlier.begin(), earlier.end(),
+                         [](AbstractBaseItem* e) { return Construction::circleOf(e); }))
+            return tr("Pick a circle: tangents need one");
+        break;
+    case Need::Anything:
+        break;
+    }
+    return QString();
 }
 
 AbstractBaseItem::typModeEdition ConstructionItem::pickItem(AbstractBaseItem* item, const QPointF& scenePos,
@@ -90,7 +113,7 @@ AbstractBaseItem::typModeEdition ConstructionItem::pickItem(AbstractBaseItem* it
     if (!m_lastRefusal.isEmpty())
         return m_modeEdition;
     addSource(item, scenePos);
-    if (m_sources.size() == m_picks) {
+    if (m_sources.size() == picksNeeded()) {
         m_picking = false;
         m_modeEdition = EditionComplete;
     }
@@ -100,7 +123,8 @@ AbstractBaseItem::typModeEdition ConstructionItem::pickItem(AbstractBaseItem* it
 }
 
 bool ConstructionItem::computeMesures(QList<AbstractBaseItem*> items, void*) {
-    m_lastRefusal = items.size() == m_picks ? QString() : tr("%n item(s) needed", nullptr, m_picks);
+    m_lastRefusal =
+        items.size() == picksNeeded() ? QString() : tr("%n item(s) needed", nullptr, picksNeeded());
     QList<AbstractBaseItem*> earlier;
     for (int i = 0; m_lastRefusal.isEmpty() && i < items.size(); ++i) {
         m_lastRefusal = refuse(earlier, items[i], std::nullopt);
@@ -193,9 +217,9 @@ bool ConstructionItem::computeMesures(void*) {
     std::fill(std::begin(m_mesureP), std::end(m_mesureP), 0.0);
     Drawing drawing;
     drawing.anchor = m_anchor;
-    if (m_sources.size() < m_picks)
+    if (m_sources.size() < picksNeeded())
         m_problem = missingPicks();
-    else if (sources().size() < m_picks)
+    else if (sources().size() < picksNeeded())
         m_problem = tr("A source is missing");
     else
         m_problem = build(drawing);
@@ -272,15 +296,15 @@ void ConstructionItem::writeGeometry(QDomElement& e) const {
 // The measures come back as saved; the drawing comes once the sources are linked again.
 void ConstructionItem::readGeometry(const QDomElement& e) {
     unlink();
-    m_sources = ItemLinks::read(e, QStringLiteral("source"), m_picks);
+    m_sources = ItemLinks::read(e, QStringLiteral("source"), picksNeeded());
     for (int i = 0; i < m_sources.size(); ++i) {
         const QString key = QStringLiteral("hint%1").arg(i);
         m_hints.append(e.hasAttribute(key) ? Hint{true, readPoint(e, key)} : Hint{});
     }
     m_picking = false;
-    m_modeEdition = m_sources.size() == m_picks ? EditionComplete : EditionCreating;
+    m_modeEdition = m_sources.size() == picksNeeded() ? EditionComplete : EditionCreating;
     m_anchor = readPoint(e, QStringLiteral("anchor"));
-    m_problem = m_sources.size() < m_picks ? missingPicks() : QString();
+    m_problem = m_sources.size() < picksNeeded() ? missingPicks() : QString();
     placeCentroidHandgrip();
     commonUpdateText();
 }

@@ -23,7 +23,14 @@ class QGraphicsPathItem;
 class GRAPHICSOBJECTS_EXPORT ConstructionItem : public ShapeItem {
     Q_OBJECT
 public:
-    int picksNeeded() const override { return m_picks; }
+    // What a pick must be: any item (by its centroid, or as the circle or line it is), an item with
+    // a straight part, a line, straight side, circle or ellipse, or a circle unless an earlier pick
+    // is one.
+    enum class Need { Anything, Straight, Figure, Circle };
+
+    int picksNeeded() const override { return int(m_needs.size()); }
+    long mesuresFlag() const override { return 5; }
+    QList<MenuEntry> mesureMenu() const override { return m_menu; }
     typModeEdition pickItem(AbstractBaseItem* item, const QPointF& scenePos, QString* refusal) override;
     // Links the construction to items, in pick order, and computes. False, leaving the
     // construction as it was and the reason in lastRefusal(), for a list it cannot use (wrong
@@ -58,7 +65,9 @@ public slots:
     bool computeMesures(void*) override;
 
 protected:
-    ConstructionItem(QGraphicsItem* parent, unsigned long subType, int picks);
+    // One need per pick, in pick order; menu: the measures the context menu offers.
+    ConstructionItem(QGraphicsItem* parent, unsigned long subType, const QList<Need>& needs,
+                     const QList<MenuEntry>& menu);
 
     // What a construction draws and where its label goes, in scene coordinates.
     struct Drawing {
@@ -67,9 +76,6 @@ protected:
         QList<QPointF> points;
         QPointF anchor;
     };
-    // Why item cannot be the next source after earlier (hint: where it was clicked); empty when it can.
-    virtual QString refusePick(const QList<AbstractBaseItem*>& earlier, AbstractBaseItem* item,
-                               const std::optional<QPointF>& hint) const = 0;
     // Fills the pixel measures and the drawing from the sources; returns why there is no result,
     // or nothing.
     virtual QString build(Drawing& drawing) = 0;
@@ -100,7 +106,8 @@ private:
         bool set = false;
         QPointF local; // in the source's coordinates
     };
-    int m_picks;
+    QList<Need> m_needs;
+    QList<MenuEntry> m_menu;
     QList<ItemReference> m_sources;
     QList<Hint> m_hints;
     QGraphicsPathItem* m_results;

@@ -70,11 +70,6 @@ void CrossItem::setAngle(double degrees) {
         emit mesureChanged(this);
 }
 
-void CrossItem::applyToScene() {
-    if (AbstractScene* host = hostScene())
-        host->setOrthoReferenceAngle(m_angle);
-}
-
 QList<AbstractBaseItem::Handle> CrossItem::handles() const {
     return {{CentreGrip, HoverEventItem::Move, QPointF()},
             {ArmGrip, HoverEventItem::Rotation, QLineF::fromPolar(m_arm, m_angle).p2()}};
@@ -88,7 +83,8 @@ void CrossItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifie
     if (scenePos == point())
         return;
     setAngle(QLineF(point(), scenePos).angle());
-    applyToScene();
+    if (AbstractScene* host = hostScene())
+        host->setOrthoReferenceAngle(m_angle);
 }
 
 void CrossItem::mouseMove(QGraphicsSceneMouseEvent* event) {
@@ -97,11 +93,6 @@ void CrossItem::mouseMove(QGraphicsSceneMouseEvent* event) {
         return;
     m_arm = std::min(drag.length(), MaxArm);
     setAngle(drag.angle());
-}
-
-bool CrossItem::endEdition() {
-    applyToScene();
-    return true;
 }
 
 QList<AbstractBaseItem::MenuEntry> CrossItem::mesureMenu() const {

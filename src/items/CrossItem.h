@@ -10,10 +10,11 @@
 class GRAPHICSOBJECTS_EXPORT CrossItem : public PositionItem {
     Q_OBJECT
 public:
+    // The centre's grip moves the cross, the first arm's grip turns it.
+    enum Grip { CentreGrip = 0, ArmGrip = 1 };
     GRAPHICSOBJECTS_ITEM_TYPE(CrossItem)
     static constexpr const char* MesureKey = "cross_mesureIndex";
     static constexpr int MesureDefault = Ang1;
-    enum Grip { CentreGrip = 0, ArmGrip = 1 };
     // Arm length of a cross placed with a click.
     static constexpr double DefaultArm = 40;
 
@@ -28,7 +29,6 @@ public:
     QList<QLineF> lines() const override;
 
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
     QList<MenuEntry> mesureMenu() const override;
     QList<Handle> handles() const override;
     void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
@@ -40,7 +40,6 @@ protected:
 
 private:
     void placeArms();
-    void applyToScene();
 
     double m_angle = 0;
     double m_arm = DefaultArm;

@@ -11,10 +11,11 @@ class QGraphicsPathItem;
 class GRAPHICSOBJECTS_EXPORT Custom1 : public ShapeItem {
     Q_OBJECT
 public:
+    // The points in the order they are clicked, also the grips' ids.
+    enum Point { FirstArm = 0, Vertex = 1, SecondArm = 2 };
     GRAPHICSOBJECTS_ITEM_TYPE(Custom1)
     static constexpr const char* MesureKey = "protractor_mesureIndex";
     static constexpr int MesureDefault = Ang1;
-    enum Point { FirstArm = 0, Vertex = 1, SecondArm = 2 };
 
     // context: optional _AUTOPOINTPARAMS; three points (arm end, vertex, arm end) build it at once.
     Q_INVOKABLE Custom1(QGraphicsItem* parent, int id, void* context);

@@ -26,20 +26,18 @@ Side sideOf(AbstractBaseItem* item, const std::optional<QPointF>& hint) {
 } // namespace
 
 Distance::Distance(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 1, 2) {
+    : ConstructionItem(parent, 1, {Need::Anything, Need::Anything},
+                       {{QT_TRANSLATE_NOOP("Distance", "Distance"), Dist1},
+                        {QT_TRANSLATE_NOOP("Distance", "Gap"), Dist2},
+                        {QT_TRANSLATE_NOOP("Distance", "None"), NoMesure}}) {
     initIdentity(id, MesureKey, MesureDefault);
 }
 
-QList<AbstractBaseItem::MenuEntry> Distance::mesureMenu() const {
-    return {{QT_TR_NOOP("Distance"), Dist1}, {QT_TR_NOOP("Gap"), Dist2}, {QT_TR_NOOP("None"), NoMesure}};
-}
-
 QString Distance::build(Drawing& drawing) {
-    Side a = sideOf(source(0), hint(0));
-    Side b = sideOf(source(1), hint(1));
-    // A line against a point (or a circle's centre) is measured along the perpendicular.
+    Side a = sideOf(source(0), hint(0)), b = sideOf(source(1), hint(1));
     if (a.line && !b.line)
         std::swap(a, b);
+    // A line against a point (or a circle's centre) is measured along the perpendicular.
     QPointF from = a.point;
     QPointF to = b.point;
     if (a.line && b.line) {

@@ -17,13 +17,6 @@ public:
 
     Q_INVOKABLE Distance(QGraphicsItem* parent, int id, void* context);
 
-    long mesuresFlag() const override { return 5; }
-    QList<MenuEntry> mesureMenu() const override;
-
 protected:
-    QString refusePick(const QList<AbstractBaseItem*>&, AbstractBaseItem*,
-                       const std::optional<QPointF>&) const override {
-        return QString();
-    }
     QString build(Drawing& drawing) override;
 };

@@ -24,14 +24,22 @@ GuideItem::GuideItem(QGraphicsItem* parent, Qt::Orientation orientation, void* c
 
 QList<QLineF> GuideItem::lines() const {
     const QPointF p = point();
-    const QRectF r =
-        scene() ? scene()->sceneRect() : QRectF(p - QPointF(Reach, Reach), p + QPointF(Reach, Reach));
+    // Kept inside by the pen's reach: a scene without a rectangle of its own grows to hold its
+    // items, and a guide reaching its edge would push it further at every update.
+    const double inset = m_pen.widthF() / 2 + 1;
+    const QRectF r = scene() ? scene()->sceneRect().adjusted(inset, inset, -inset, -inset)
+                             : QRectF(p - QPointF(Reach, Reach), p + QPointF(Reach, Reach));
     if (m_orientation == Qt::Horizontal)
         return {QLineF(r.left(), p.y(), r.right(), p.y())};
     return {QLineF(p.x(), r.top(), p.x(), r.bottom())};
 }
 
+// Off a scene the guide draws nothing, so that it adds nothing to the scene it joins.
 void GuideItem::placeLine() {
+    if (!scene()) {
+        setPath(QPainterPath());
+        return;
+    }
     const QLineF line = lines().first();
     QPainterPath path;
     path.moveTo(mapFromScene(line.p1()));

@@ -48,20 +48,12 @@ std::optional<QRectF> inFrameOf(const Ellipse& frame, const Figure& f) {
 } // namespace
 
 Intersection::Intersection(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 1, 2) {
+    : ConstructionItem(parent, 1, {Need::Figure, Need::Figure},
+                       {{QT_TRANSLATE_NOOP("Intersection", "Distance"), Dist1},
+                        {QT_TRANSLATE_NOOP("Intersection", "Angle"), Ang1},
+                        {QT_TRANSLATE_NOOP("Intersection", "Points"), Cust},
+                        {QT_TRANSLATE_NOOP("Intersection", "None"), NoMesure}}) {
     initIdentity(id, MesureKey, MesureDefault);
-}
-
-QList<AbstractBaseItem::MenuEntry> Intersection::mesureMenu() const {
-    return {{QT_TR_NOOP("Distance"), Dist1}, {QT_TR_NOOP("Angle"), Ang1}, {QT_TR_NOOP("None"), NoMesure}};
-}
-
-QString Intersection::refusePick(const QList<AbstractBaseItem*>&, AbstractBaseItem* item,
-                                 const std::optional<QPointF>& hint) const {
-    const Figure f = figureOf(item, hint);
-    return f.line || f.circle || f.ellipse
-               ? QString()
-               : tr("Intersections are found between lines, straight sides, circles and ellipses");
 }
 
 QString Intersection::build(Drawing& drawing) {

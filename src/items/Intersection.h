@@ -17,11 +17,6 @@ public:
 
     Q_INVOKABLE Intersection(QGraphicsItem* parent, int id, void* context);
 
-    long mesuresFlag() const override { return 5; }
-    QList<MenuEntry> mesureMenu() const override;
-
 protected:
-    QString refusePick(const QList<AbstractBaseItem*>& earlier, AbstractBaseItem* item,
-                       const std::optional<QPointF>& hint) const override;
     QString build(Drawing& drawing) override;
 };

@@ -5,23 +5,14 @@
 using namespace Construction;
 
 Projection::Projection(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 1, 2) {
+    : ConstructionItem(parent, 1, {Need::Anything, Need::Straight},
+                       {{QT_TRANSLATE_NOOP("Projection", "Distance"), Dist1},
+                        {QT_TRANSLATE_NOOP("Projection", "None"), NoMesure}}) {
     initIdentity(id, MesureKey, MesureDefault);
-}
-
-QList<AbstractBaseItem::MenuEntry> Projection::mesureMenu() const {
-    return {{QT_TR_NOOP("Distance"), Dist1}, {QT_TR_NOOP("None"), NoMesure}};
 }
 
 QPointF Projection::foot() const {
     return resultPoints().value(0);
-}
-
-QString Projection::refusePick(const QList<AbstractBaseItem*>& earlier, AbstractBaseItem* item,
-                               const std::optional<QPointF>& hint) const {
-    if (earlier.isEmpty() || straightOf(item, hint))
-        return QString();
-    return tr("The second item must be straight: a line, a guide, a rectangle or ruler side, a polyline end");
 }
 
 QString Projection::build(Drawing& drawing) {

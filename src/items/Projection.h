@@ -15,13 +15,9 @@ public:
 
     Q_INVOKABLE Projection(QGraphicsItem* parent, int id, void* context);
 
-    long mesuresFlag() const override { return 5; }
-    QList<MenuEntry> mesureMenu() const override;
     // The foot, in scene coordinates; meaningful while hasResult().
     QPointF foot() const;
 
 protected:
-    QString refusePick(const QList<AbstractBaseItem*>& earlier, AbstractBaseItem* item,
-                       const std::optional<QPointF>& hint) const override;
     QString build(Drawing& drawing) override;
 };

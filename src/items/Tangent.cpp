@@ -6,21 +6,11 @@
 using namespace Construction;
 
 Tangent::Tangent(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 1, 2) {
+    : ConstructionItem(parent, 1, {Need::Anything, Need::Circle},
+                       {{QT_TRANSLATE_NOOP("Tangent", "First tangent"), Dist1},
+                        {QT_TRANSLATE_NOOP("Tangent", "Second tangent"), Dist2},
+                        {QT_TRANSLATE_NOOP("Tangent", "None"), NoMesure}}) {
     initIdentity(id, MesureKey, MesureDefault);
-}
-
-QList<AbstractBaseItem::MenuEntry> Tangent::mesureMenu() const {
-    return {{QT_TR_NOOP("First tangent"), Dist1},
-            {QT_TR_NOOP("Second tangent"), Dist2},
-            {QT_TR_NOOP("None"), NoMesure}};
-}
-
-QString Tangent::refusePick(const QList<AbstractBaseItem*>& earlier, AbstractBaseItem* item,
-                            const std::optional<QPointF>&) const {
-    if (earlier.isEmpty() || circleOf(earlier.first()) || circleOf(item))
-        return QString();
-    return tr("Tangents need a circle: pick a circle after the point");
 }
 
 QString Tangent::build(Drawing& drawing) {
