@@ -22,8 +22,11 @@ namespace ItemLinks {
 
 void write(QDomElement& e, const QString& prefix, const QList<ItemReference>& references) {
     for (int i = 0; i < references.size(); ++i) {
-        e.setAttribute(prefix + QString::number(i), references[i].uid);
-        e.setAttribute(prefix + QStringLiteral("Name") + QString::number(i), references[i].name);
+        const ItemReference& reference = references[i];
+        e.setAttribute(prefix + QString::number(i), reference.uid);
+        // The name the item has now, if it was renamed since.
+        e.setAttribute(prefix + QStringLiteral("Name") + QString::number(i),
+                       reference.item ? reference.item->getGUIDname() : reference.name);
     }
 }
 

@@ -25,6 +25,17 @@ ConstructionItem::ConstructionItem(QGraphicsItem* parent, unsigned long subType,
     m_problem = missingPicks();
 }
 
+AbstractBaseItem* ConstructionItem::clone(int id) {
+    auto* copy = qobject_cast<ConstructionItem*>(ShapeItem::clone(id));
+    if (!copy || m_sources.isEmpty() || sources().size() < m_sources.size())
+        return copy;
+    QHash<QString, AbstractBaseItem*> live;
+    for (const ItemReference& reference : std::as_const(m_sources))
+        live.insert(reference.uid, reference.item);
+    copy->resolveLinks(live, nullptr);
+    return copy;
+}
+
 QString ConstructionItem::missingPicks() const {
     return tr("%1 of %2 items picked").arg(m_sources.size()).arg(picksNeeded());
 }

@@ -28,6 +28,8 @@ public:
     // is one.
     enum class Need { Anything, Straight, Figure, Circle };
 
+    // The copy follows the same sources.
+    AbstractBaseItem* clone(int id) override;
     int picksNeeded() const override { return int(m_needs.size()); }
     long mesuresFlag() const override { return 5; }
     QList<MenuEntry> mesureMenu() const override { return m_menu; }

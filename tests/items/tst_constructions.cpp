@@ -143,6 +143,10 @@ void TestConstructions::closedForm() {
     QVERIFY2(near(item->accessmesure(unsigned(kind)), value), qPrintable(allMesures(item)));
     if (firstPoint != QPointF(-1, -1))
         QVERIFY(QLineF(item->resultPoints().value(0), firstPoint).length() < 1e-3);
+    // Loaded alone it keeps what it measured; a copy follows the same sources.
+    checkXmlRoundTrip(item);
+    const std::unique_ptr<AbstractBaseItem> copy(item->clone(5));
+    QCOMPARE(asConstruction(copy.get())->sources(), item->sources());
     // Calibrated like every measure: lengths by the factor, angles and counts as they are.
     Calibration calibration;
     calibration.factor = 0.5;
