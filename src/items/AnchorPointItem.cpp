@@ -102,10 +102,11 @@ void AnchorPointItem::carry(const QPointF& delta) {
         if (AbstractScene* host = sceneOfAnchor())
             host->setOrigin(point());
     }
-    // Items selected with the anchor and dragged with it by the mouse move by themselves.
-    const bool groupDrag = isSelected() && scene() && scene()->mouseGrabberItem();
+    // While the mouse drags a selection, its movable items move by themselves.
+    const QGraphicsItem* grabber = scene() ? scene()->mouseGrabberItem() : nullptr;
+    const bool selectionDrag = grabber && grabber->isSelected() && (grabber->flags() & ItemIsMovable);
     for (AbstractBaseItem* item : anchoredItems()) {
-        if (!(groupDrag && item->isSelected()))
+        if (!(selectionDrag && item->isSelected() && (item->flags() & ItemIsMovable)))
             item->moveBy(delta.x(), delta.y());
     }
 }

@@ -72,19 +72,25 @@ void TestPoints::anchorCarriesItemsAndSetsTheOrigin() {
     QVERIFY(!anchor->anchorItem(anchor) && !anchor->anchorItem(other));
     QVERIFY(!anchor->anchorItem(construction(v.scene, "Distance")));
 
+    // Dragged by its grip, the anchor carries its items, selected or not; dragged as a whole with a
+    // selection, it leaves the selected ones to the drag.
     v.scene.clearSelection();
     anchor->forceSelection();
+    line->setSelected(true);
     v.dragGrip(anchor, 0, {80, 60});
     QCOMPARE(line->mline(), (QList<QPointF>{{130, 110}, {230, 110}}));
     QCOMPARE(circle->mapToScene(circle->centroid()), QPointF(280, 160));
     QCOMPARE(v.scene.origin(), QPointF(80, 60));
     QCOMPARE(point->accessmesure(K::Dist1), 10.0);
+    v.drag({80, 48}, {90, 48});
+    QCOMPARE(line->mline(), (QList<QPointF>{{140, 110}, {240, 110}}));
+    QCOMPARE(circle->mapToScene(circle->centroid()), QPointF(290, 160));
 
     // Both roles come back with a document; deleting the anchor gives the origin up.
     AbstractScene reloaded(QRectF(0, 0, 400, 300));
     const QList<AbstractBaseItem*> back = loadedScene(reloaded, savedScene({line, circle, anchor}));
     QCOMPARE(linkLoadedItems(back).messages, QStringList());
-    QCOMPARE(reloaded.origin(), QPointF(80, 60));
+    QCOMPARE(reloaded.origin(), QPointF(90, 60));
     const QList<AbstractBaseItem*> reanchored = qobject_cast<AnchorPointItem*>(back[2])->anchoredItems();
     QCOMPARE(QSet(reanchored.begin(), reanchored.end()), (QSet<AbstractBaseItem*>{back[0], back[1]}));
     delete anchor;
