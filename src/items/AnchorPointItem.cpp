@@ -17,6 +17,8 @@ constexpr int MaxAnchored = 100000;
 AnchorPointItem::AnchorPointItem(QGraphicsItem* parent, int id, void* context)
     : PositionItem(parent, 2) {
     initIdentity(id);
+    // A reference shows no measure unless asked to.
+    m_mesureIndex = NoMesure;
     QPainterPath mark;
     mark.addEllipse(QPointF(), MarkRadius, MarkRadius);
     mark.moveTo(-2 * MarkRadius, 0);

@@ -21,7 +21,7 @@ ConstructionItem::ConstructionItem(QGraphicsItem* parent, unsigned long subType,
     , m_results(new QGraphicsPathItem(this)) {
     // Its drawing is made of its sources' places: a drag of its own cannot move it.
     setFlag(ItemSendsGeometryChanges, true);
-    setPen(m_pen);
+    applyPen(m_pen);
     m_problem = missingPicks();
 }
 
@@ -42,6 +42,10 @@ QString ConstructionItem::missingPicks() const {
 
 void ConstructionItem::setPen(const QPen& pen) {
     ShapeItem::setPen(pen);
+    applyPen(pen);
+}
+
+void ConstructionItem::applyPen(const QPen& pen) {
     QPen dashed = pen;
     if (pen.style() != Qt::NoPen)
         dashed.setStyle(Qt::DashLine);

@@ -102,6 +102,8 @@ private:
     void follow(AbstractBaseItem* item);
     void unlink();
     void show(const Drawing& drawing);
+    // Dashed construction lines, plain results; the label keeps its colour until a pen is chosen.
+    void applyPen(const QPen& pen);
     QString missingPicks() const;
 
     struct Hint {

@@ -426,7 +426,7 @@ void TestConstructions::missingSourceIsReportedAndSkipped() {
 void TestConstructions::dxfOfEachConstruction() {
     AbstractScene scene(QRectF(0, 0, 400, 300));
     const QList<AbstractBaseItem*> s =
-        placeAll(scene, {"point 20 20", "line 10 100 300 100", "line 200 10 200 290", "circle 100 200 30",
+        placeAll(scene, {"point 20 20", "line 10 100 300 100", "line 200 10 200 290", "circle 100 120 30",
                          "point 300 250", "point 350 250", "point 300 290", "anchor 30 250", "hguide 0 150"});
     const QList<std::pair<QString, QList<AbstractBaseItem*>>> made = {
         {"Distance", {s[0], s[1]}},   {"Angle", {s[1], s[2]}},        {"Circle3", {s[4], s[5], s[6]}},
