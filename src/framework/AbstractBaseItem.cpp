@@ -12,6 +12,7 @@
 #include <QDomDocument>
 #include <QGraphicsSceneContextMenuEvent>
 #include <QMenu>
+#include <QUuid>
 
 #include <cmath>
 
@@ -146,6 +147,20 @@ bool AbstractBaseItem::computeMesures(QList<AbstractBaseItem*>, void*) {
     return false;
 }
 
+AbstractBaseItem::typModeEdition AbstractBaseItem::pickItem(AbstractBaseItem*, const QPointF&, QString*) {
+    return m_modeEdition;
+}
+
+QString AbstractBaseItem::ensureUid() {
+    if (m_uid.isEmpty())
+        m_uid = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    return m_uid;
+}
+
+bool AbstractBaseItem::resolveLinks(const QHash<QString, AbstractBaseItem*>&, QStringList*) {
+    return true;
+}
+
 AbstractBaseItem::typModeEdition AbstractBaseItem::mouseRelease(QGraphicsSceneMouseEvent*) {
     return m_modeEdition;
 }
@@ -259,6 +274,7 @@ void AbstractBaseItem::copyDataTo(AbstractBaseItem* other) {
     QDomElement e = doc.createElement(QStringLiteral("dummy"));
     toXml(e);
     other->fromXml(e);
+    other->m_uid.clear();
 }
 
 double AbstractBaseItem::distancePointToLine(QPointF p, QPointF a, QPointF b) const {

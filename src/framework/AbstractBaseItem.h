@@ -8,6 +8,7 @@
 #include <QColor>
 #include <QFont>
 #include <QGraphicsObject>
+#include <QHash>
 #include <QIcon>
 #include <QList>
 #include <QPen>
@@ -238,6 +239,22 @@ public:
     // whose answer is the next mode. Other items are complete at the release of their drag.
     virtual bool drawnByClicks() const { return false; }
     virtual typModeEdition completeCreation() { return EditionComplete; }
+    // Items made of other items of the scene (the construction measures) are drawn by picking: the
+    // scene hands them the item under each click instead of the press, and each pick answers
+    // EditionCreating until the item has its picksNeeded() items. A pick the item cannot use leaves
+    // the mode as it was and says why in refusal.
+    virtual int picksNeeded() const { return 0; }
+    virtual typModeEdition pickItem(AbstractBaseItem* item, const QPointF& scenePos, QString* refusal);
+
+    // A reference to the item that other items keep through save and load (GUID names repeat): an
+    // identifier given on first demand and written as the attribute "uid" once the item has one. A
+    // copy made through the XML form is another item and starts without one.
+    QString uid() const { return m_uid; }
+    QString ensureUid();
+    // Items that refer to others by their uid (constructions, anchors) find them again after a
+    // document is loaded; byUid holds every loaded item. False when the item cannot stand without
+    // an item that is missing; missing receives one text per missing item, naming it.
+    virtual bool resolveLinks(const QHash<QString, AbstractBaseItem*>& byUid, QStringList* missing);
 
     // Linking of a text annotation to a measuring item.
     virtual void associate(AbstractBaseItem* item, void*);
@@ -373,6 +390,7 @@ protected:
     const char* m_mesureKey = nullptr;
     AbstractScene* m_linkScene = nullptr;
     int m_referenceLength = 0;
+    QString m_uid;
 
 private:
     friend class HoverEventItem;

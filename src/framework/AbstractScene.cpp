@@ -7,6 +7,9 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include <algorithm>
+#include <cmath>
+
 AbstractScene::AbstractScene(QObject* parent)
     : QGraphicsScene(parent) {}
 
@@ -40,6 +43,22 @@ void AbstractScene::setOrthoReferenceAngle(double degrees) {
         return;
     m_orthoAngle = degrees;
     emit orthoReferenceAngleChanged(degrees);
+}
+
+void AbstractScene::setOrigin(const QPointF& origin) {
+    if (m_hasOrigin && m_origin == origin)
+        return;
+    m_origin = origin;
+    m_hasOrigin = true;
+    emit originChanged(origin);
+}
+
+void AbstractScene::clearOrigin() {
+    if (!m_hasOrigin)
+        return;
+    m_origin = QPointF();
+    m_hasOrigin = false;
+    emit originChanged(m_origin);
 }
 
 void AbstractScene::setImage(const QImage& image) {
@@ -106,6 +125,9 @@ void AbstractScene::finishCreation() {
         discard(item);
         return;
     }
+    // The picked items were selected to show the picks; the new item alone is selected now.
+    if (item->picksNeeded() > 0)
+        clearSelection();
     item->forceSelection();
     emit itemAccepted(item);
 }
@@ -122,9 +144,47 @@ void AbstractScene::mousePressEvent(QGraphicsSceneMouseEvent* event) {
     }
     if (event->button() != Qt::LeftButton)
         return;
+    if (m_creating->picksNeeded() > 0) {
+        pick(event);
+        return;
+    }
     if (event->modifiers() & Qt::ShiftModifier)
         m_creating->setConstrainstate(true);
     m_creating->mousePress(event);
+}
+
+AbstractBaseItem* AbstractScene::pickableItemAt(const QPointF& scenePos, double tolerance,
+                                                const AbstractBaseItem* except) const {
+    const QPointF margin(tolerance, tolerance);
+    const QList<QGraphicsItem*> found =
+        items(QRectF(scenePos - margin, scenePos + margin), Qt::IntersectsItemShape, Qt::DescendingOrder);
+    for (QGraphicsItem* graphics : found) {
+        // A grip or a label stands for the item it belongs to.
+        AbstractBaseItem* item = nullptr;
+        for (QGraphicsItem* g = graphics; g && !item; g = g->parentItem())
+            item = AbstractBaseItem::fromGraphicsItem(g);
+        if (item && item != except && item->isVisible())
+            return item;
+    }
+    return nullptr;
+}
+
+void AbstractScene::pick(QGraphicsSceneMouseEvent* event) {
+    // A few screen pixels around the click, whatever the zoom of the view clicked in.
+    double scale = 1.0;
+    if (auto* view =
+            event->widget() ? qobject_cast<QGraphicsView*>(event->widget()->parentWidget()) : nullptr)
+        scale = std::max(1e-9, std::abs(view->transform().m11()));
+    // A click on nothing reaches the item too: it has begun, and Return may end it.
+    AbstractBaseItem* target = pickableItemAt(event->scenePos(), 4.0 / scale, m_creating);
+    QString refusal;
+    m_creating->pickItem(target, event->scenePos(), &refusal);
+    if (!target && refusal.isEmpty())
+        refusal = tr("There is no item under the click");
+    else if (target && refusal.isEmpty() && (target->flags() & QGraphicsItem::ItemIsSelectable))
+        target->setSelected(true);
+    if (!refusal.isEmpty())
+        emit pickRefused(m_creating, refusal);
 }
 
 void AbstractScene::mouseMoveEvent(QGraphicsSceneMouseEvent* event) {
@@ -158,6 +218,11 @@ void AbstractScene::mouseDoubleClickEvent(QGraphicsSceneMouseEvent* event) {
         return;
     }
     event->accept();
+    // Two quick picks are two picks, not a request to finish.
+    if (event->button() == Qt::LeftButton && m_creating->picksNeeded() > 0) {
+        pick(event);
+        return;
+    }
     if (event->button() == Qt::LeftButton && m_creating->creationStarted() &&
         m_creating->completeCreation() != AbstractBaseItem::EditionCreating)
         finishCreation();

@@ -49,11 +49,29 @@ public:
     AbstractBaseItem* itemInCreation() const;
     void cancelTool();
 
+    // Picking: an item in creation made of other items (AbstractBaseItem::picksNeeded) is given the
+    // item under each left click instead of the press; the releases, Return, Escape and the right
+    // button then go as for items drawn by clicks. The picked items are selected while the picking
+    // goes on. A click on nothing, or on an item the picker refuses, is announced by pickRefused.
+    // The item under scenePos: the topmost library item whose shape (or child's: a grip, the label)
+    // passes within tolerance scene units, except the item given.
+    AbstractBaseItem* pickableItemAt(const QPointF& scenePos, double tolerance,
+                                     const AbstractBaseItem* except = nullptr) const;
+
+    // The origin that point items measure from and a host's cursor read-out shows; (0, 0) until an
+    // anchor point (or the host) sets one.
+    QPointF origin() const { return m_origin; }
+    bool hasOrigin() const { return m_hasOrigin; }
+    void setOrigin(const QPointF& origin);
+    void clearOrigin();
+
 signals:
     void orthoReferenceAngleChanged(double degrees);
     void itemAccepted(AbstractBaseItem* item);
     void itemRejected(const QString& type);
     void imageChanged();
+    void pickRefused(AbstractBaseItem* item, const QString& reason);
+    void originChanged(const QPointF& origin);
 
 protected:
     void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
@@ -67,6 +85,7 @@ private:
     void finishCreation();
     void fitLabelsToZoom();
     void discard(AbstractBaseItem* item);
+    void pick(QGraphicsSceneMouseEvent* event);
 
     QPointer<AbstractBaseItem> m_creating;
     QImage m_image;
@@ -76,4 +95,6 @@ private:
     double m_zoomY = 1.0;
     bool m_verticalZoomInForce = false;
     double m_orthoAngle = 0.0;
+    QPointF m_origin;
+    bool m_hasOrigin = false;
 };

@@ -3,6 +3,7 @@
 
 #include "SimpleTextItem.h"
 #include "VariantText.h"
+#include "XmlRead.h"
 
 #include <QDomElement>
 
@@ -31,6 +32,8 @@ void AbstractBaseItem::commonWriteXML(QDomElement& e) const {
     e.setAttribute(QStringLiteral("font2"), m_font2.toString());
     if (m_label)
         e.setAttribute(QStringLiteral("textPos"), variantToString(m_label->pos()));
+    if (!m_uid.isEmpty())
+        e.setAttribute(QStringLiteral("uid"), m_uid);
 }
 
 void AbstractBaseItem::commonReadXML(const QDomElement& e) {
@@ -54,6 +57,7 @@ void AbstractBaseItem::commonReadXML(const QDomElement& e) {
     if (m_label)
         m_label->setPos(
             stringToVariant(e.attribute(QStringLiteral("textPos")), QMetaType::QPointF).toPointF());
+    m_uid = readUid(e, QStringLiteral("uid"));
 }
 
 void AbstractBaseItem::commonMesuresWriteXML(QDomElement& e) const {

@@ -27,3 +27,17 @@ QRectF readRect(const QDomElement& e, const QString& key) {
         isSceneNumber(r.x()) && isSceneNumber(r.y()) && isSceneNumber(r.width()) && isSceneNumber(r.height());
     return sane ? r : QRectF();
 }
+
+QString readUid(const QDomElement& e, const QString& key) {
+    const QString text = e.attribute(key);
+    if (text.size() > 64)
+        return QString();
+    for (const QChar c : text) {
+        const bool allowed = (c.isLetterOrNumber() && c.unicode() < 128) || c == QLatin1Char('-') ||
+                             c == QLatin1Char('_') || c == QLatin1Char('.') || c == QLatin1Char('{') ||
+                             c == QLatin1Char('}');
+        if (!allowed)
+            return QString();
+    }
+    return text;
+}

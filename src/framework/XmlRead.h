@@ -15,5 +15,8 @@ GRAPHICSOBJECTS_EXPORT double readNumber(const QDomElement& e, const QString& ke
 GRAPHICSOBJECTS_EXPORT QPointF readPoint(const QDomElement& e, const QString& key);
 // "x" "y" "w" "h"; the null rectangle unless all four are acceptable numbers.
 GRAPHICSOBJECTS_EXPORT QRectF readRect(const QDomElement& e, const QString& key);
+// An item reference (see AbstractBaseItem::uid): up to 64 letters, digits, '-', '_', '.', '{' or
+// '}'; anything else reads as empty.
+GRAPHICSOBJECTS_EXPORT QString readUid(const QDomElement& e, const QString& key);
 // Whether v is a number a scene can hold.
 GRAPHICSOBJECTS_EXPORT bool isSceneNumber(double v);

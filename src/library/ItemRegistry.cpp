@@ -1,14 +1,26 @@
 #include "ItemRegistry.h"
 
+#include "AnchorPointItem.h"
+#include "Angle.h"
 #include "Arrow2Item.h"
 #include "ArrowItem.h"
+#include "Circle3.h"
 #include "CircleItem.h"
+#include "CrossHItem.h"
+#include "CrossItem.h"
+#include "CrossVItem.h"
+#include "Custom1.h"
+#include "Distance.h"
+#include "Intersection.h"
 #include "ItemTypes.h"
 #include "LineItem.h"
+#include "PointItem.h"
+#include "Projection.h"
 #include "RectCalibItem.h"
 #include "RectangleItem.h"
 #include "RectangleItemFeret.h"
 #include "RulerItem.h"
+#include "Tangent.h"
 #include "VickersPItem.h"
 #include "eTextItem.h"
 
@@ -45,8 +57,8 @@ QList<Row> makeRows() {
     namespace T = ItemTypes;
     // clang-format off
     return {
-        planned(QT_TRANSLATE_NOOP("NAMES", "PointItem"), T::PointItem, L::Tools, 2, D::Translated, ":/point.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "AnchorPointItem"), T::AnchorPointItem, L::Tools, 3, D::Translated, ":/point.png"),
+        built<PointItem>(QT_TRANSLATE_NOOP("NAMES", "PointItem"), L::Tools, 2, D::Translated, ":/point.png"),
+        built<AnchorPointItem>(QT_TRANSLATE_NOOP("NAMES", "AnchorPointItem"), L::Tools, 3, D::Translated, ":/point.png"),
         built<LineItem>(QT_TRANSLATE_NOOP("NAMES", "LineItem"), L::Tools, 1, D::Translated, ":/line.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "PolylineItem"), T::PolylineItem, L::Tools, 12, D::Translated, ":/poly.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "PolygonItem"), T::PolygonItem, L::Tools, 11, D::Translated, ":/polyclosed.png"),
@@ -60,7 +72,7 @@ QList<Row> makeRows() {
         planned("ArcItem", T::ArcItem, L::None, 0, D::Absent, pencil),
         planned(QT_TRANSLATE_NOOP("NAMES", "CurveItem"), T::CurveItem, L::Tools, 9, D::Translated, ":/curve.png"),
         built<RectangleItem>(QT_TRANSLATE_NOOP("NAMES", "RectangleItem"), L::Tools, 10, D::Translated, ":/rectangle.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "CrossItem"), T::CrossItem, L::Tools, 13, D::Translated, ":/orthosnap.png"),
+        built<CrossItem>(QT_TRANSLATE_NOOP("NAMES", "CrossItem"), L::Tools, 13, D::Translated, ":/orthosnap.png"),
         built<RectCalibItem>("RectCalibItem", L::None, 0, D::Itself, pencil),
         planned("PolygonShapeItem", T::PolygonShapeItem, L::None, 0, D::Itself, pencil),
         planned("DXFItem", T::DXFItem, L::None, 0, D::Absent, pencil),
@@ -73,19 +85,19 @@ QList<Row> makeRows() {
         planned(QT_TRANSLATE_NOOP("NAMES", "PixmapItem"), T::PixmapItem, L::Annotations, 5, D::Translated, ":/image.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "SmileyItem"), T::SmileyItem, L::Annotations, 4, D::Translated, ":/smiley.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "VideoItem"), T::VideoItem, L::Annotations, 6, D::Translated, ":/zoomplus.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "Custom1"), T::Custom1, L::Annotations, 9, D::Translated, ":/protractor.png"),
+        built<Custom1>(QT_TRANSLATE_NOOP("NAMES", "Custom1"), L::Annotations, 9, D::Translated, ":/protractor.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "CircleNote"), T::CircleNote, L::Annotations, 12, D::Translated, ":/circle.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "CrossHItem"), T::CrossHItem, L::Annotations, 10, D::Translated, pencil),
-        planned(QT_TRANSLATE_NOOP("NAMES", "CrossVItem"), T::CrossVItem, L::Annotations, 11, D::Translated, pencil),
+        built<CrossHItem>(QT_TRANSLATE_NOOP("NAMES", "CrossHItem"), L::Annotations, 10, D::Translated, pencil),
+        built<CrossVItem>(QT_TRANSLATE_NOOP("NAMES", "CrossVItem"), L::Annotations, 11, D::Translated, pencil),
         built<ArrowItem>(QT_TRANSLATE_NOOP("NAMES", "ArrowItem"), L::Annotations, 2, D::Translated, ":/arrow.png"),
         built<Arrow2Item>(QT_TRANSLATE_NOOP("NAMES", "Arrow2Item"), L::Annotations, 3, D::Translated, ":/arrow.png"),
         planned("FlattenItem", T::FlattenItem, L::None, 0, D::Itself, ":/arrow.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "Distance"), T::Distance, L::Mesures, 1, D::Translated, ":/distance.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "Angle"), T::Angle, L::Mesures, 2, D::Translated, ":/angle.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "Circle3"), T::Circle3, L::Mesures, 3, D::Translated, ":/circle.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "Projection"), T::Projection, L::Mesures, 4, D::Translated, ":/perpline.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "Intersection"), T::Intersection, L::Mesures, 5, D::Translated, ":/tanline.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "Tangent"), T::Tangent, L::Mesures, 6, D::Translated, ":/parallel.png"),
+        built<Distance>(QT_TRANSLATE_NOOP("NAMES", "Distance"), L::Mesures, 1, D::Translated, ":/distance.png"),
+        built<Angle>(QT_TRANSLATE_NOOP("NAMES", "Angle"), L::Mesures, 2, D::Translated, ":/angle.png"),
+        built<Circle3>(QT_TRANSLATE_NOOP("NAMES", "Circle3"), L::Mesures, 3, D::Translated, ":/circle.png"),
+        built<Projection>(QT_TRANSLATE_NOOP("NAMES", "Projection"), L::Mesures, 4, D::Translated, ":/perpline.png"),
+        built<Intersection>(QT_TRANSLATE_NOOP("NAMES", "Intersection"), L::Mesures, 5, D::Translated, ":/tanline.png"),
+        built<Tangent>(QT_TRANSLATE_NOOP("NAMES", "Tangent"), L::Mesures, 6, D::Translated, ":/parallel.png"),
     };
     // clang-format on
 }

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "ConstructionItem.h"
+#include "ItemTypes.h"
+
+// The circle through the centroids of three items (three holes of a flange, three indentations),
+// measured as a circle: dist2 and diam the diameter, area, perimeter, rad1 and rad2 the radius.
+// Three centroids on one line give no circle.
+class GRAPHICSOBJECTS_EXPORT Circle3 : public ConstructionItem {
+    Q_OBJECT
+public:
+    GRAPHICSOBJECTS_ITEM_TYPE(Circle3)
+    static constexpr const char* MesureKey = "circle3_mesureIndex";
+    static constexpr int MesureDefault = Diam;
+
+    Q_INVOKABLE Circle3(QGraphicsItem* parent, int id, void* context);
+
+    long mesuresFlag() const override { return 0x70; }
+    // The circle found, in scene coordinates and pixels; meaningful while hasResult().
+    QPointF centre() const { return m_centre; }
+    double radius() const { return m_radius; }
+
+protected:
+    QString build(Drawing& drawing) override;
+
+private:
+    QPointF m_centre;
+    double m_radius = 0;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "GuideItem.h"
+#include "ItemTypes.h"
+
+// A vertical guide line across the scene through the clicked point; dist1 is its calibrated x.
+class GRAPHICSOBJECTS_EXPORT CrossVItem : public GuideItem {
+    Q_OBJECT
+public:
+    GRAPHICSOBJECTS_ITEM_TYPE(CrossVItem)
+
+    // context: optional _AUTOPOINTPARAMS; its first point, else its centre, places the guide.
+    Q_INVOKABLE CrossVItem(QGraphicsItem* parent, int id, void* context);
+};
