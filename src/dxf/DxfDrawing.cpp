@@ -13,27 +13,44 @@ QString real(double v) {
 QString encodeText(const QString& text) {
     QString out;
     const QList<uint> codes = text.toUcs4();
+    auto escape = [&out](uint unit) {
+        out += QStringLiteral("\\U+%1").arg(unit, 4, 16, QChar('0')).toUpper();
+    };
     for (qsizetype i = 0; i < codes.size(); ++i) {
         const uint c = codes[i];
         const bool percentPair =
             c == '%' && ((i > 0 && codes[i - 1] == '%') || (i + 1 < codes.size() && codes[i + 1] == '%'));
         if (c < 32)
             continue;
-        if (c > 126 || c == '\\')
-            out += QStringLiteral("\\U+%1").arg(c, 4, 16, QChar('0')).toUpper();
-        else if (percentPair)
+        if (QChar::requiresSurrogates(c)) {
+            // Readers take exactly four digits after \U+, as one UTF-16 code unit.
+            escape(QChar::highSurrogate(c));
+            escape(QChar::lowSurrogate(c));
+        } else if (c > 126 || c == '\\') {
+            escape(c);
+        } else if (percentPair) {
             out += QStringLiteral("%%%"); // "%%" starts a control code; "%%%" is a literal percent sign
-        else if (c == '^')
+        } else if (c == '^') {
             out += QStringLiteral("^ "); // a caret escapes the next character
-        else
+        } else {
             out += QChar(char16_t(c));
+        }
     }
     return out;
 }
 
-void Drawing::add(const QString& type, const EntityStyle& style, const QList<Tag>& tags,
-                  const QList<QPointF>& bounds) {
-    m_entities.append({type, style, tags});
+void Drawing::add(const QString& type, const EntityStyle& style, QList<Tag>&& tags,
+                  const QList<QPointF>& bounds, int image) {
+    bool ok = writable(style.linetypeScale);
+    for (const Tag& t : tags)
+        ok = ok && (!t.text.isNull() || writable(t.number));
+    for (const QPointF& p : bounds)
+        ok = ok && writable(p.x()) && writable(p.y());
+    if (!ok) {
+        ++m_refused;
+        return;
+    }
+    m_entities.append({type, style, std::move(tags), image});
     for (const QPointF& p : bounds) {
         if (!m_hasExtents) {
             m_extents = QRectF(p, p);
@@ -49,32 +66,24 @@ void Drawing::add(const QString& type, const EntityStyle& style, const QList<Tag
 
 void Drawing::addLine(const QPointF& from, const QPointF& to, const EntityStyle& style) {
     add("LINE", style,
-        {{100, "AcDbLine"},
-         {10, real(from.x())},
-         {20, real(from.y())},
-         {30, "0"},
-         {11, real(to.x())},
-         {21, real(to.y())},
-         {31, "0"}},
+        {{100, "AcDbLine"}, {10, from.x()}, {20, from.y()}, {30, 0}, {11, to.x()}, {21, to.y()}, {31, 0}},
         {from, to});
 }
 
 void Drawing::addPolyline(const QPolygonF& points, bool closed, const EntityStyle& style) {
     // Flag 128 keeps the linetype pattern running across vertices of flattened curves.
-    QList<Tag> tags = {{100, "AcDbPolyline"},
-                       {90, QString::number(points.size())},
-                       {70, QString::number((closed ? 1 : 0) | 128)},
-                       {43, "0"}};
+    QList<Tag> tags = {
+        {100, "AcDbPolyline"}, {90, int(points.size())}, {70, (closed ? 1 : 0) | 128}, {43, 0}};
+    tags.reserve(tags.size() + 2 * points.size());
     for (const QPointF& p : points) {
-        tags.append({10, real(p.x())});
-        tags.append({20, real(p.y())});
+        tags.append({10, p.x()});
+        tags.append({20, p.y()});
     }
-    add("LWPOLYLINE", style, tags, points);
+    add("LWPOLYLINE", style, std::move(tags), points);
 }
 
 void Drawing::addCircle(const QPointF& centre, double radius, const EntityStyle& style) {
-    add("CIRCLE", style,
-        {{100, "AcDbCircle"}, {10, real(centre.x())}, {20, real(centre.y())}, {30, "0"}, {40, real(radius)}},
+    add("CIRCLE", style, {{100, "AcDbCircle"}, {10, centre.x()}, {20, centre.y()}, {30, 0}, {40, radius}},
         {centre - QPointF(radius, radius), centre + QPointF(radius, radius)});
 }
 
@@ -83,65 +92,90 @@ void Drawing::addEllipse(const QPointF& centre, const QPointF& majorAxis, double
     const QPointF minor = QPointF(-majorAxis.y(), majorAxis.x()) * ratio;
     add("ELLIPSE", style,
         {{100, "AcDbEllipse"},
-         {10, real(centre.x())},
-         {20, real(centre.y())},
-         {30, "0"},
-         {11, real(majorAxis.x())},
-         {21, real(majorAxis.y())},
-         {31, "0"},
-         {210, "0"},
-         {220, "0"},
-         {230, "1"},
-         {40, real(ratio)},
-         {41, "0"},
-         {42, real(2.0 * M_PI)}},
+         {10, centre.x()},
+         {20, centre.y()},
+         {30, 0},
+         {11, majorAxis.x()},
+         {21, majorAxis.y()},
+         {31, 0},
+         {210, 0},
+         {220, 0},
+         {230, 1},
+         {40, ratio},
+         {41, 0},
+         {42, 2.0 * M_PI}},
         {centre + majorAxis + minor, centre - majorAxis - minor, centre + majorAxis - minor,
          centre - majorAxis + minor});
 }
 
 void Drawing::addSolidHatch(const QList<QPolygonF>& loops, const EntityStyle& style) {
     QList<Tag> tags = {{100, "AcDbHatch"},
-                       {10, "0"},
-                       {20, "0"},
-                       {30, "0"},
-                       {210, "0"},
-                       {220, "0"},
-                       {230, "1"},
+                       {10, 0},
+                       {20, 0},
+                       {30, 0},
+                       {210, 0},
+                       {220, 0},
+                       {230, 1},
                        {2, "SOLID"},
-                       {70, "1"},
-                       {71, "0"},
-                       {91, QString::number(loops.size())}};
+                       {70, 1},
+                       {71, 0},
+                       {91, int(loops.size())}};
     QList<QPointF> bounds;
     for (const QPolygonF& loop : loops) {
         // Polyline boundary (2), no bulges, closed.
-        tags.append({{92, "2"}, {72, "0"}, {73, "1"}, {93, QString::number(loop.size())}});
+        tags.append({{92, 2}, {72, 0}, {73, 1}, {93, int(loop.size())}});
         for (const QPointF& p : loop) {
-            tags.append({10, real(p.x())});
-            tags.append({20, real(p.y())});
+            tags.append({10, p.x()});
+            tags.append({20, p.y()});
         }
-        tags.append({97, "0"});
+        tags.append({97, 0});
         bounds.append(loop);
     }
-    tags.append({{75, "0"}, {76, "1"}, {98, "0"}});
-    add("HATCH", style, tags, bounds);
+    tags.append({{75, 0}, {76, 1}, {98, 0}});
+    add("HATCH", style, std::move(tags), bounds);
 }
 
 void Drawing::addText(const TextRun& run, const EntityStyle& style) {
-    QList<Tag> tags = {{100, "AcDbText"}, {10, real(run.baseline.x())}, {20, real(run.baseline.y())},
-                       {30, "0"},         {40, real(run.height)},       {1, encodeText(run.text)}};
+    QList<Tag> tags = {{100, "AcDbText"}, {10, run.baseline.x()}, {20, run.baseline.y()},
+                       {30, 0},           {40, run.height},       {1, encodeText(run.text)}};
     if (run.rotationDegrees != 0.0)
-        tags.append({50, real(run.rotationDegrees)});
+        tags.append({50, run.rotationDegrees});
     if (run.widthFactor != 1.0)
-        tags.append({41, real(run.widthFactor)});
+        tags.append({41, run.widthFactor});
     tags.append({7, "Standard"});
     if (run.upsideDown)
-        tags.append({71, "4"});
+        tags.append({71, 4});
     tags.append({100, "AcDbText"});
     const double a = run.rotationDegrees * M_PI / 180.0;
     const QPointF along = QPointF(std::cos(a), std::sin(a)) * run.advance;
     const QPointF up = QPointF(-std::sin(a), std::cos(a)) * (run.upsideDown ? -run.height : run.height);
-    add("TEXT", style, tags,
+    add("TEXT", style, std::move(tags),
         {run.baseline, run.baseline + along, run.baseline + up, run.baseline + along + up});
+}
+
+void Drawing::addImage(const QImage& image, const QPointF& insert, const QPointF& u, const QPointF& v) {
+    int index = m_imageIndex.value(image.cacheKey(), int(m_images.size()));
+    const QPointF width = u * image.width(), height = v * image.height();
+    const int before = int(m_entities.size());
+    add("IMAGE", EntityStyle(),
+        {{100, "AcDbRasterImage"},
+         {90, 0},
+         {10, insert.x()},
+         {20, insert.y()},
+         {30, 0},
+         {11, u.x()},
+         {21, u.y()},
+         {31, 0},
+         {12, v.x()},
+         {22, v.y()},
+         {32, 0},
+         {13, image.width()},
+         {23, image.height()}},
+        {insert, insert + width, insert + height, insert + width + height}, index);
+    if (m_entities.size() > before && index == m_images.size()) {
+        m_imageIndex.insert(image.cacheKey(), index);
+        m_images.append(image);
+    }
 }
 
 } // namespace dxf

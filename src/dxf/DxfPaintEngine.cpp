@@ -1,26 +1,22 @@
 #include "DxfPaintEngine.h"
 
-#include "VDxfPaintDevice.h"
-
 #include <QFontMetricsF>
 #include <QPainterPath>
+#include <QPixmap>
 #include <QTextItem>
 
 #include <cmath>
 
 namespace {
 
-// DXF has flat colours only: gradients, patterns, perspective and compositing are left to QPainter,
-// which falls back to a bitmap (and bitmaps are not exported). Transparency is accepted and written
-// opaque, so that translucent items still appear.
+// DXF has flat colours only: gradient, pattern and texture brushes are taken and drawn in their mean
+// colour, so that shapes keep their outlines and fills. Perspective is taken too: points are mapped
+// through it, so that no shape goes through QPainter's bitmap fallback, which a non-finite transform
+// (read as a perspective one) would send there. Compositing modes are ignored. Transparency is
+// accepted and written opaque, so that translucent items still appear.
 QPaintEngine::PaintEngineFeatures dxfFeatures() {
     return QPaintEngine::AllFeatures &
-           ~(QPaintEngine::LinearGradientFill | QPaintEngine::RadialGradientFill |
-             QPaintEngine::ConicalGradientFill | QPaintEngine::PatternBrush | QPaintEngine::PatternTransform |
-             QPaintEngine::PerspectiveTransform | QPaintEngine::BlendModes | QPaintEngine::PorterDuff |
-             QPaintEngine::RasterOpModes | QPaintEngine::MaskedBrush |
-             QPaintEngine::ObjectBoundingModeGradients | QPaintEngine::BrushStroke |
-             QPaintEngine::PixmapTransform);
+           ~(QPaintEngine::BlendModes | QPaintEngine::PorterDuff | QPaintEngine::RasterOpModes);
 }
 
 double length(const QPointF& v) {
@@ -39,10 +35,13 @@ QPolygonF openedLoop(QPolygonF polygon) {
 DxfPaintEngine::DxfPaintEngine()
     : QPaintEngine(dxfFeatures()) {}
 
-bool DxfPaintEngine::begin(QPaintDevice* device) {
-    const auto* dxfDevice = static_cast<const VDxfPaintDevice*>(device);
-    m_resolution = dxfDevice->resolution() > 0 ? dxfDevice->resolution() : 72.0;
-    m_flip = QTransform(1, 0, 0, -1, 0, dxfDevice->size().height());
+void DxfPaintEngine::setCanvas(double height, double resolution) {
+    m_height = height;
+    m_resolution = resolution;
+}
+
+bool DxfPaintEngine::begin(QPaintDevice*) {
+    m_flip = QTransform(1, 0, 0, -1, 0, m_height);
     m_painter = QTransform();
     m_toDxf = m_flip;
     m_hasPainted = true;
@@ -55,10 +54,14 @@ bool DxfPaintEngine::end() {
 
 void DxfPaintEngine::updateState(const QPaintEngineState& state) {
     const DirtyFlags flags = state.state();
-    if (flags & DirtyPen)
+    if (flags & DirtyPen) {
         m_pen = state.pen();
-    if (flags & DirtyBrush)
+        m_penColor = dxf::meanColor(m_pen.brush());
+    }
+    if (flags & DirtyBrush) {
         m_brush = state.brush();
+        m_brushColor = dxf::meanColor(m_brush);
+    }
     if (flags & DirtyTransform) {
         m_painter = state.transform();
         m_toDxf = m_painter * m_flip;
@@ -71,7 +74,7 @@ dxf::EntityStyle DxfPaintEngine::penStyle() const {
     if (!m_pen.isCosmetic() && m_pen.widthF() > 0)
         width *= std::sqrt(std::abs(m_painter.determinant()));
     dxf::EntityStyle style;
-    style.color = m_pen.color();
+    style.color = m_penColor;
     style.lineweight = dxf::snapLineweight(width * 25.4 / m_resolution);
     style.linetype = dxf::linetypeFor(m_pen.style());
     style.linetypeScale = std::max(width, 1.0);
@@ -80,7 +83,7 @@ dxf::EntityStyle DxfPaintEngine::penStyle() const {
 
 dxf::EntityStyle DxfPaintEngine::brushStyle() const {
     dxf::EntityStyle style;
-    style.color = m_brush.color();
+    style.color = m_brushColor;
     style.lineweight = 0;
     return style;
 }
@@ -146,8 +149,8 @@ void DxfPaintEngine::drawEllipse(const QRectF& rect) {
     const QPointF u = m_toDxf.map(QPointF(rect.right(), rect.center().y())) - centre;
     const QPointF v = m_toDxf.map(QPointF(rect.center().x(), rect.bottom())) - centre;
     const double lu = length(u), lv = length(v);
-    // A sheared or degenerate ellipse is no DXF ellipse: draw its outline instead.
-    if (lu <= 0 || lv <= 0 || std::abs(QPointF::dotProduct(u, v)) > 1e-9 * lu * lv) {
+    // A sheared, projected or degenerate ellipse is no DXF ellipse: draw its outline instead.
+    if (!m_toDxf.isAffine() || lu <= 0 || lv <= 0 || std::abs(QPointF::dotProduct(u, v)) > 1e-9 * lu * lv) {
         QPaintEngine::drawEllipse(rect);
         return;
     }
@@ -168,7 +171,7 @@ void DxfPaintEngine::drawEllipse(const QRectF& rect) {
 
 void DxfPaintEngine::drawTextItem(const QPointF& p, const QTextItem& textItem) {
     const QString text = textItem.text();
-    if (text.trimmed().isEmpty())
+    if (!hasPen() || text.trimmed().isEmpty())
         return;
     const QFontMetricsF metrics(textItem.font(), paintDevice());
     const QPointF base = m_toDxf.map(p);
@@ -192,7 +195,26 @@ void DxfPaintEngine::drawTextItem(const QPointF& p, const QTextItem& textItem) {
     m_drawing.addText(run, penStyle());
 }
 
-void DxfPaintEngine::drawPixmap(const QRectF&, const QPixmap&, const QRectF&) {
-    // Skipped: a DXF 2000 file can only link raster images kept in separate files, and the export is
-    // one self-contained drawing.
+void DxfPaintEngine::drawPixmap(const QRectF& r, const QPixmap& pm, const QRectF& sr) {
+    drawImage(r, pm.toImage(), sr);
+}
+
+// Whole pixels of the source rectangle, placed where the painter puts them (under a perspective, by
+// three of their corners).
+void DxfPaintEngine::drawImage(const QRectF& r, const QImage& image, const QRectF& sr,
+                               Qt::ImageConversionFlags) {
+    const QRect source = sr.toAlignedRect() & image.rect();
+    if (source.isEmpty() || sr.width() <= 0 || sr.height() <= 0)
+        return;
+    // Source pixel coordinates to device coordinates, y up.
+    const QTransform place = QTransform(r.width() / sr.width(), 0, 0, r.height() / sr.height(),
+                                        r.left() - sr.left() * r.width() / sr.width(),
+                                        r.top() - sr.top() * r.height() / sr.height()) *
+                             m_toDxf;
+    const QPointF insert = place.map(QPointF(source.left(), source.top() + source.height()));
+    const QPointF u = place.map(QPointF(source.left() + 1, source.top() + source.height())) - insert;
+    const QPointF v = place.map(QPointF(source.left(), source.top() + source.height() - 1)) - insert;
+    if (length(u) <= 0 || length(v) <= 0)
+        return;
+    m_drawing.addImage(source == image.rect() ? image : image.copy(source), insert, u, v);
 }

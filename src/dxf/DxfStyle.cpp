@@ -1,5 +1,9 @@
 #include "DxfStyle.h"
 
+#include <QGradient>
+#include <QImage>
+
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -66,22 +70,114 @@ QString linetypeFor(Qt::PenStyle style) {
     return QStringLiteral("Continuous");
 }
 
-int nearestAci(const QColor& color) {
-    const QColor c = color.toRgb();
-    auto distance = [&](const QColor& o) {
-        const int dr = c.red() - o.red(), dg = c.green() - o.green(), db = c.blue() - o.blue();
+int nearestAci(QRgb color) {
+    static const std::array<QRgb, 256> palette = [] {
+        std::array<QRgb, 256> table{};
+        for (int i = 1; i <= 255; ++i)
+            table[i] = aciColor(i).rgb();
+        return table;
+    }();
+    auto distance = [color](QRgb o) {
+        const int dr = qRed(color) - qRed(o), dg = qGreen(color) - qGreen(o), db = qBlue(color) - qBlue(o);
         return dr * dr + dg * dg + db * db;
     };
     int best = 7;
-    int bestDistance = std::min(distance(Qt::white), distance(Qt::black));
+    int bestDistance = std::min(distance(qRgb(255, 255, 255)), distance(qRgb(0, 0, 0)));
     for (int i = 1; i <= 255; ++i) {
-        const int d = distance(aciColor(i));
+        const int d = distance(palette[i]);
         if (d < bestDistance) {
             bestDistance = d;
             best = i;
         }
     }
     return best;
+}
+
+namespace {
+
+// Premultiplied colour channels in [0, 1], summed with weights.
+struct Mean {
+    double r = 0, g = 0, b = 0, a = 0;
+
+    void add(const QColor& c, double weight) {
+        const double alpha = c.alphaF() * weight;
+        r += c.redF() * alpha;
+        g += c.greenF() * alpha;
+        b += c.blueF() * alpha;
+        a += alpha;
+    }
+    QColor color(double totalWeight) const {
+        if (a <= 0 || totalWeight <= 0)
+            return QColor(0, 0, 0, 0);
+        return QColor::fromRgbF(float(r / a), float(g / a), float(b / a),
+                                float(std::min(a / totalWeight, 1.0)));
+    }
+};
+
+// A gradient's colour interpolated linearly between its stops, averaged over t in [0, 1]. A radial
+// gradient spreads t over rings whose area grows with t, so its weight there is 2t.
+QColor gradientMean(const QGradient& gradient) {
+    const QGradientStops stops = gradient.stops();
+    if (stops.isEmpty())
+        return QColor(0, 0, 0, 0);
+    const bool radial = gradient.type() == QGradient::RadialGradient;
+    Mean mean;
+    // The integral of the weight times a colour running linearly from c0 at t0 to c1 at t1.
+    auto segment = [&](const QColor& c0, const QColor& c1, double t0, double t1) {
+        const double d = t1 - t0;
+        if (d <= 0)
+            return;
+        if (radial) {
+            mean.add(c0, 2 * d * (t0 / 2 + d / 6));
+            mean.add(c1, 2 * d * (t0 / 2 + d / 3));
+        } else {
+            mean.add(c0, d / 2);
+            mean.add(c1, d / 2);
+        }
+    };
+    segment(stops.first().second, stops.first().second, 0.0, std::clamp(stops.first().first, 0.0, 1.0));
+    for (qsizetype i = 1; i < stops.size(); ++i)
+        segment(stops[i - 1].second, stops[i].second, std::clamp(stops[i - 1].first, 0.0, 1.0),
+                std::clamp(stops[i].first, 0.0, 1.0));
+    segment(stops.last().second, stops.last().second, std::clamp(stops.last().first, 0.0, 1.0), 1.0);
+    return mean.color(1.0);
+}
+
+QColor textureMean(const QBrush& brush) {
+    QImage texture = brush.textureImage();
+    if (texture.isNull())
+        return QColor(0, 0, 0, 0);
+    if (texture.depth() == 1) // a bitmap texture is drawn in the brush's colour
+        return brush.color();
+    // A thumbnail keeps the average and bounds the work.
+    if (texture.width() > 64 || texture.height() > 64)
+        texture = texture.scaled(std::min(texture.width(), 64), std::min(texture.height(), 64),
+                                 Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    texture = texture.convertToFormat(QImage::Format_ARGB32);
+    Mean mean;
+    for (int y = 0; y < texture.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(texture.constScanLine(y));
+        for (int x = 0; x < texture.width(); ++x)
+            mean.add(QColor::fromRgba(line[x]), 1.0);
+    }
+    return mean.color(double(texture.width()) * texture.height());
+}
+
+} // namespace
+
+QColor meanColor(const QBrush& brush) {
+    switch (brush.style()) {
+    case Qt::NoBrush:
+        return QColor(0, 0, 0, 0);
+    case Qt::LinearGradientPattern:
+    case Qt::RadialGradientPattern:
+    case Qt::ConicalGradientPattern:
+        return brush.gradient() ? gradientMean(*brush.gradient()) : brush.color();
+    case Qt::TexturePattern:
+        return textureMean(brush);
+    default:
+        return brush.color();
+    }
 }
 
 int snapLineweight(double millimetres) {

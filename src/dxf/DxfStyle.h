@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBrush>
 #include <QColor>
 #include <QString>
 
@@ -27,7 +28,10 @@ const std::vector<LinetypeDef>& linetypes();
 // The linetype drawn for a pen style.
 QString linetypeFor(Qt::PenStyle style);
 // Index of the AutoCAD colour closest to color (1..255); 7 stands for both black and white.
-int nearestAci(const QColor& color);
+int nearestAci(QRgb color);
+// The colour a brush shows on average: its colour for solid and pattern brushes, the mean of a
+// gradient over the area it spans or of a texture's pixels. Alpha is the mean coverage.
+QColor meanColor(const QBrush& brush);
 // The standard lineweight closest to a width in millimetres.
 int snapLineweight(double millimetres);
 

@@ -1,6 +1,9 @@
 #include "DxfWriter.h"
 
+#include <QFileInfo>
+#include <QHash>
 #include <QIODevice>
+#include <QStringList>
 #include <QTextStream>
 
 #include <array>
@@ -17,14 +20,16 @@ QString hex(quint32 handle) {
     return QString::number(handle, 16).toUpper();
 }
 
-// Serialises a drawing. Handles of the fixed structure come first, in the order below; entities follow.
+// Serialises a drawing. Handles of the fixed structure come first, in the order below; entities follow,
+// then the objects behind raster images.
 class Writer {
 public:
-    Writer(QIODevice& device, const Drawing& drawing)
+    Writer(QIODevice& device, const Drawing& drawing, const QStringList& imageFiles)
         : m_out(&device)
-        , m_drawing(drawing) {}
+        , m_drawing(drawing)
+        , m_imageFiles(imageFiles) {}
 
-    void write(int insunits, const QRectF& paper) {
+    bool write(int insunits, const QRectF& paper) {
         m_extents = m_drawing.isEmpty() ? paper : m_drawing.extents();
         for (quint32* h :
              {&vportTable,      &ltypeTable,    &layerTable,       &styleTable,       &viewTable,
@@ -39,6 +44,21 @@ public:
             m_ltypeHandles.push_back(m_next++);
         m_firstEntity = m_next;
         m_next += quint32(m_drawing.entities().size());
+        if (!m_drawing.images().isEmpty()) {
+            imageDict = m_next++;
+            rasterVariables = m_next++;
+            for (qsizetype i = 0; i < m_drawing.images().size(); ++i)
+                m_imageDefs.push_back(m_next++);
+            m_imageDefReactors.resize(m_drawing.images().size());
+            quint32 entity = m_firstEntity;
+            for (const Entity& e : m_drawing.entities()) {
+                if (e.image >= 0) {
+                    m_reactors.insert(entity, m_next);
+                    m_imageDefReactors[e.image].push_back({m_next++, entity});
+                }
+                ++entity;
+            }
+        }
 
         m_out.setEncoding(QStringConverter::Latin1);
         header(insunits);
@@ -49,13 +69,20 @@ public:
         objects();
         tag(0, "EOF");
         m_out.flush();
+        return !m_refused;
     }
 
 private:
     void tag(int code, const QString& value) {
         m_out << qSetFieldWidth(3) << code << qSetFieldWidth(0) << '\n' << value << '\n';
     }
-    void tag(int code, double value) { tag(code, real(value)); }
+    // A number no reader could take spoils the file: it is left out and the write fails.
+    void tag(int code, double value) {
+        if (std::isfinite(value))
+            tag(code, real(value));
+        else
+            m_refused = true;
+    }
     void handle(int code, quint32 h) { tag(code, hex(h)); }
     void point(int code, const QPointF& p) {
         tag(code, p.x());
@@ -112,18 +139,23 @@ private:
 
     void classes() {
         beginSection("CLASSES");
-        const std::array<std::array<const char*, 2>, 3> defs = {
-            {{"ACDBDICTIONARYWDFLT", "AcDbDictionaryWithDefault"},
-             {"ACDBPLACEHOLDER", "AcDbPlaceHolder"},
-             {"LAYOUT", "AcDbLayout"}}};
-        for (const auto& def : defs) {
+        // Name, C++ class, application, proxy flags, whether it is an entity.
+        const std::array<std::tuple<const char*, const char*, const char*, int, int>, 7> defs = {
+            {{"ACDBDICTIONARYWDFLT", "AcDbDictionaryWithDefault", "ObjectDBX Classes", 0, 0},
+             {"ACDBPLACEHOLDER", "AcDbPlaceHolder", "ObjectDBX Classes", 0, 0},
+             {"LAYOUT", "AcDbLayout", "ObjectDBX Classes", 0, 0},
+             {"IMAGE", "AcDbRasterImage", "ISM", 2175, 1},
+             {"IMAGEDEF", "AcDbRasterImageDef", "ISM", 0, 0},
+             {"IMAGEDEF_REACTOR", "AcDbRasterImageDefReactor", "ISM", 1, 0},
+             {"RASTERVARIABLES", "AcDbRasterVariables", "ISM", 0, 0}}};
+        for (const auto& [name, cppClass, application, flags, isEntity] : defs) {
             tag(0, "CLASS");
-            tag(1, def[0]);
-            tag(2, def[1]);
-            tag(3, "ObjectDBX Classes");
-            tag(90, "0");
+            tag(1, name);
+            tag(2, cppClass);
+            tag(3, application);
+            tag(90, QString::number(flags));
             tag(280, "0");
-            tag(281, "0");
+            tag(281, QString::number(isEntity));
         }
         endSection();
     }
@@ -309,17 +341,58 @@ private:
             handle(330, modelRecord);
             tag(100, "AcDbEntity");
             tag(8, "0");
+            if (e.image >= 0) {
+                for (const Tag& t : e.tags)
+                    tag(t);
+                imageLinks(e.image, h - 1);
+                continue;
+            }
             if (e.style.linetype != "Continuous")
                 tag(6, e.style.linetype);
-            tag(62, QString::number(nearestAci(e.style.color)));
+            const QRgb rgb = e.style.color.rgb() & 0xffffff;
+            tag(62, QString::number(aci(rgb)));
             tag(370, QString::number(e.style.lineweight));
             if (e.style.linetypeScale != 1.0)
                 tag(48, e.style.linetypeScale);
-            tag(420, QString::number(e.style.color.rgb() & 0xffffff));
+            tag(420, QString::number(rgb));
             for (const Tag& t : e.tags)
-                tag(t.code, t.value);
+                tag(t);
         }
         endSection();
+    }
+
+    void tag(const Tag& t) {
+        if (t.text.isNull())
+            tag(t.code, t.number);
+        else
+            tag(t.code, t.text);
+    }
+
+    // Entities share few colours: each is matched against the palette once.
+    int aci(QRgb rgb) {
+        auto found = m_aci.constFind(rgb);
+        if (found == m_aci.constEnd())
+            found = m_aci.insert(rgb, nearestAci(rgb));
+        return *found;
+    }
+
+    // The rest of an IMAGE after its placement: its definition, how it shows, its reactor, and a
+    // clipping rectangle around all of its pixels.
+    void imageLinks(int image, quint32 entity) {
+        const QImage& picture = m_drawing.images()[image];
+        handle(340, m_imageDefs[size_t(image)]);
+        tag(70, picture.hasAlphaChannel() ? "15" : "7"); // shown, also unaligned, clipped; transparent
+        tag(280, "0");
+        tag(281, "50");
+        tag(282, "50");
+        tag(283, "0");
+        handle(360, m_reactors.value(entity));
+        tag(71, "1");
+        tag(91, "2");
+        tag(14, -0.5);
+        tag(24, -0.5);
+        tag(14, picture.width() - 0.5);
+        tag(24, picture.height() - 0.5);
     }
 
     void dictionary(quint32 h, quint32 owner, const QList<QPair<QString, quint32>>& entries,
@@ -343,11 +416,15 @@ private:
         tag(100, "AcDbDictionary");
         tag(281, "1");
         for (auto [name, h] :
-             std::array<std::pair<const char*, quint32>, 5>{{{"ACAD_GROUP", groupDict},
+             std::array<std::pair<const char*, quint32>, 7>{{{"ACAD_GROUP", groupDict},
+                                                             {"ACAD_IMAGE_DICT", imageDict},
+                                                             {"ACAD_IMAGE_VARS", rasterVariables},
                                                              {"ACAD_LAYOUT", layoutDict},
                                                              {"ACAD_MLINESTYLE", mlineDict},
                                                              {"ACAD_PLOTSETTINGS", plotSettingsDict},
                                                              {"ACAD_PLOTSTYLENAME", plotStyleDict}}}) {
+            if (h == 0)
+                continue; // no images
             tag(3, name);
             handle(350, h);
         }
@@ -364,7 +441,54 @@ private:
         mlineStyle();
         layout(modelLayout, "Model", 0, modelRecord);
         layout(paperLayout, "Layout1", 1, paperRecord);
+        if (imageDict != 0)
+            imageObjects();
         endSection();
+    }
+
+    // The image dictionary names each image definition after its file; definitions list the reactors
+    // of the IMAGE entities that show them.
+    void imageObjects() {
+        QList<QPair<QString, quint32>> entries;
+        for (qsizetype i = 0; i < m_imageFiles.size(); ++i)
+            entries.append({QFileInfo(m_imageFiles[i]).completeBaseName(), m_imageDefs[size_t(i)]});
+        dictionary(imageDict, rootDict, entries);
+        tag(0, "RASTERVARIABLES");
+        handle(5, rasterVariables);
+        reactors(rootDict);
+        tag(100, "AcDbRasterVariables");
+        tag(90, "0");
+        tag(70, "0"); // no frame
+        tag(71, "1"); // high quality
+        tag(72, "0"); // no units
+        for (qsizetype i = 0; i < m_drawing.images().size(); ++i) {
+            const QImage& picture = m_drawing.images()[i];
+            tag(0, "IMAGEDEF");
+            handle(5, m_imageDefs[size_t(i)]);
+            tag(102, "{ACAD_REACTORS");
+            handle(330, imageDict);
+            for (const auto& [reactor, entity] : m_imageDefReactors[size_t(i)])
+                handle(330, reactor);
+            tag(102, "}");
+            handle(330, imageDict);
+            tag(100, "AcDbRasterImageDef");
+            tag(90, "0");
+            tag(1, m_imageFiles.value(i));
+            tag(10, double(picture.width()));
+            tag(20, double(picture.height()));
+            tag(11, 1.0); // one drawing unit per pixel
+            tag(21, 1.0);
+            tag(280, "1");
+            tag(281, "0");
+            for (const auto& [reactor, entity] : m_imageDefReactors[size_t(i)]) {
+                tag(0, "IMAGEDEF_REACTOR");
+                handle(5, reactor);
+                handle(330, entity);
+                tag(100, "AcDbRasterImageDefReactor");
+                tag(90, "2");
+                handle(330, entity);
+            }
+        }
     }
 
     void reactors(quint32 owner) {
@@ -448,7 +572,13 @@ private:
 
     QTextStream m_out;
     const Drawing& m_drawing;
+    const QStringList m_imageFiles;
     QRectF m_extents;
+    bool m_refused = false;
+    QHash<QRgb, int> m_aci;
+    std::vector<quint32> m_imageDefs;
+    std::vector<std::vector<std::pair<quint32, quint32>>> m_imageDefReactors; // reactor and its entity
+    QHash<quint32, quint32> m_reactors;                                       // entity to its reactor
     quint32 m_next = 1;
     quint32 m_firstEntity = 0;
     std::vector<quint32> m_ltypeHandles;
@@ -458,13 +588,14 @@ private:
             appidAcad = 0, dimstyleStandard = 0, modelRecord = 0, paperRecord = 0, modelBlock = 0,
             modelEnd = 0, paperBlock = 0, paperEnd = 0, rootDict = 0, groupDict = 0, layoutDict = 0,
             mlineDict = 0, plotSettingsDict = 0, plotStyleDict = 0, plotStyleNormal = 0, mlineStandard = 0,
-            modelLayout = 0, paperLayout = 0;
+            modelLayout = 0, paperLayout = 0, imageDict = 0, rasterVariables = 0;
 };
 
 } // namespace
 
-void write(QIODevice& out, const Drawing& drawing, int insunits, const QRectF& paper) {
-    Writer(out, drawing).write(insunits, paper);
+bool write(QIODevice& out, const Drawing& drawing, int insunits, const QRectF& paper,
+           const QStringList& imageFiles) {
+    return Writer(out, drawing, imageFiles).write(insunits, paper);
 }
 
 } // namespace dxf

@@ -3,11 +3,14 @@
 Usage: /usr/bin/python3 check_dxf.py FILE.dxf
 
 Reports the audit's errors and fixes, ezdxf's warnings while loading, the objects ezdxf had to
-create because the file lacked them, the header values and every model-space entity.
+create because the file lacked them, the header values and every model-space entity. An IMAGE
+reports its file as the drawing names it and the pixel size of that PNG file, found beside the drawing.
 """
 
 import json
 import logging
+import os
+import struct
 import sys
 
 import ezdxf
@@ -59,7 +62,25 @@ def xy(v):
     return [round(v[0], 6), round(v[1], 6)]
 
 
-def describe(e):
+def png_size(path):
+    """Width and height from a PNG file's header, or None when there is no such PNG file."""
+    try:
+        with open(path, "rb") as f:
+            head = f.read(24)
+    except OSError:
+        return None
+    if len(head) < 24 or head[:8] != b"\x89PNG\r\n\x1a\n" or head[12:16] != b"IHDR":
+        return None
+    return list(struct.unpack(">II", head[16:24]))
+
+
+def text_of(e):
+    # Escapes stand for UTF-16 code units: a surrogate pair makes one character again.
+    decoded = decode_dxf_unicode(e.plain_text())
+    return decoded.encode("utf-16-le", "surrogatepass").decode("utf-16-le")
+
+
+def describe(e, folder):
     d = {
         "type": e.dxftype(),
         "aci": e.dxf.get("color", 256),
@@ -78,9 +99,19 @@ def describe(e):
         d.update(center=xy(e.dxf.center), major=xy(e.dxf.major_axis), ratio=e.dxf.ratio)
     elif t == "HATCH":
         d.update(solid=bool(e.dxf.solid_fill), loops=[[xy(v) for v in p.vertices] for p in e.paths])
+    elif t == "IMAGE":
+        name = e.image_def.dxf.filename
+        d.update(
+            insert=xy(e.dxf.insert),
+            u=xy(e.dxf.u_pixel),
+            v=xy(e.dxf.v_pixel),
+            size=xy(e.dxf.image_size),
+            file=name,
+            fileSize=png_size(os.path.join(folder, name)),
+        )
     elif t == "TEXT":
         d.update(
-            text=decode_dxf_unicode(e.plain_text()),
+            text=text_of(e),
             insert=xy(e.dxf.insert),
             height=e.dxf.height,
             rotation=e.dxf.get("rotation", 0.0),
@@ -112,7 +143,7 @@ def main(path):
         "extmin": xy(doc.header["$EXTMIN"]),
         "extmax": xy(doc.header["$EXTMAX"]),
         "linetypes": sorted(lt.dxf.name for lt in doc.linetypes),
-        "entities": [describe(e) for e in doc.modelspace()],
+        "entities": [describe(e, os.path.dirname(path)) for e in doc.modelspace()],
     }
     json.dump(report, sys.stdout, ensure_ascii=False)
 

@@ -1,6 +1,9 @@
 #include "AbstractScene.h"
+#include "TestItem.h"
 #include "Tools2DXF.h"
 
+#include <QDir>
+#include <QDomDocument>
 #include <QFile>
 #include <QFontMetricsF>
 #include <QGraphicsEllipseItem>
@@ -13,12 +16,15 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPainter>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <cmath>
+#include <functional>
+#include <limits>
 
 namespace {
 
@@ -60,7 +66,35 @@ void verifyClean(const QJsonObject& report) {
     QCOMPARE(report["insunits"].toInt(), 0);
 }
 
+// Scenes of 400 x 300 units map one to one onto the drawing, turned y-up.
+const QRectF kSceneRect(0, 0, 400, 300);
+
+QPointF toDxf(const QPointF& p) {
+    return QPointF(p.x(), kSceneRect.height() - p.y());
+}
+
+QByteArray contents(const QString& fileName) {
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// An item of finite bounds that paints whatever a test asks.
+class PaintingItem : public QGraphicsItem {
+public:
+    using Paint = std::function<void(QPainter*)>;
+    explicit PaintingItem(Paint paint, QGraphicsItem* parent = nullptr)
+        : QGraphicsItem(parent)
+        , m_paint(std::move(paint)) {}
+    QRectF boundingRect() const override { return QRectF(0, 0, 50, 50); }
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) override { m_paint(painter); }
+
+private:
+    Paint m_paint;
+};
+
 } // namespace
+
+Q_DECLARE_METATYPE(PaintingItem::Paint)
 
 class TestDxfExport : public QObject {
     Q_OBJECT
@@ -69,9 +103,20 @@ private slots:
     void sceneReadsBack();
     void emptyScene_data();
     void emptyScene();
-    void unwritableFileIsReported();
+    void brushes_data();
+    void brushes();
+    void rasterContentBecomesImages();
+    void textBeyondTheBasicPlane_data();
+    void textBeyondTheBasicPlane();
+    void failedWriteIsReported_data();
+    void failedWriteIsReported();
+    void unwritableNumbersFailTheExport_data();
+    void unwritableNumbersFailTheExport();
 
 private:
+    // Exports the scene to a file of the test's directory and reads it back; empty when either fails.
+    QJsonObject exportAndRead(AbstractScene& scene, const QString& name);
+
     QTemporaryDir m_dir;
     QJsonObject m_report;
     QByteArray m_raw;
@@ -113,11 +158,8 @@ void TestDxfExport::sceneReadsBack() {
     turned->setRotation(30);
     // Characters that TEXT would otherwise read as control codes.
     scene.addSimpleText("a^b 5% \\U+0041", m_font)->setPos(40, 260);
-    // Translucency is written opaque rather than lost; bitmaps are left out.
+    // Translucency is written opaque rather than lost.
     scene.addRect(QRectF(300, 150, 40, 40), Qt::NoPen, QColor(0, 0, 255, 80))->setOpacity(0.5);
-    QImage bitmap(16, 16, QImage::Format_RGB32);
-    bitmap.fill(Qt::red);
-    scene.addPixmap(QPixmap::fromImage(bitmap))->setPos(300, 200);
 
     const QString fileName = m_dir.filePath("scene.dxf");
     QCOMPARE(tools2DXF(fileName, &scene), 0);
@@ -255,14 +297,264 @@ void TestDxfExport::emptyScene() {
     QCOMPARE(point(report["extmax"]), extMax);
 }
 
-void TestDxfExport::unwritableFileIsReported() {
-    AbstractScene scene;
+QJsonObject TestDxfExport::exportAndRead(AbstractScene& scene, const QString& name) {
+    QString error;
+    if (!exportSceneToDxf(m_dir.filePath(name), &scene, &error)) {
+        qWarning().noquote() << error;
+        return {};
+    }
+    return readBack(m_dir.filePath(name));
+}
+
+// Shapes QPainter would otherwise turn into bitmaps keep their outline and get a solid fill of the
+// brush's mean colour.
+void TestDxfExport::brushes_data() {
+    QTest::addColumn<QBrush>("brush");
+    QTest::addColumn<QPen>("pen");
+    QTest::addColumn<QString>("fill");
+    QTest::addColumn<QString>("outline");
+
+    QLinearGradient redToBlue(20, 0, 100, 0);
+    redToBlue.setColorAt(0, Qt::red);
+    redToBlue.setColorAt(1, Qt::blue);
+    QLinearGradient boxWide(0, 0, 1, 0);
+    boxWide.setCoordinateMode(QGradient::ObjectBoundingMode);
+    boxWide.setColorAt(0, Qt::white);
+    boxWide.setColorAt(1, Qt::black);
+    // White fading to black over the radius: rings of radius t carry weight 2t, so 1/3 white.
+    QRadialGradient whiteCentre(QPointF(60, 65), 40);
+    whiteCentre.setColorAt(0, Qt::white);
+    whiteCentre.setColorAt(1, Qt::black);
+    QImage halves(2, 1, QImage::Format_RGB32);
+    halves.setPixel(0, 0, qRgb(255, 255, 255));
+    halves.setPixel(1, 0, qRgb(0, 0, 0));
+    const QPen pen(Qt::black, 1);
+
+    const QString black = "000000";
+    QTest::newRow("linear gradient") << QBrush(redToBlue) << pen << QString("800080") << black;
+    QTest::newRow("gradient over the bounding box") << QBrush(boxWide) << pen << QString("808080") << black;
+    QTest::newRow("radial gradient") << QBrush(whiteCentre) << pen << QString("555555") << black;
+    QTest::newRow("pattern") << QBrush(QColor(0, 128, 0), Qt::Dense4Pattern) << pen << QString("008000")
+                             << black;
+    QTest::newRow("texture") << QBrush(halves) << pen << QString("808080") << black;
+    QTest::newRow("transparent brush") << QBrush(Qt::transparent) << pen << QString() << black;
+    QTest::newRow("gradient pen") << QBrush() << QPen(QBrush(redToBlue), 2) << QString() << QString("800080");
+}
+
+void TestDxfExport::brushes() {
+    QFETCH(QBrush, brush);
+    QFETCH(QPen, pen);
+    QFETCH(QString, fill);
+    QFETCH(QString, outline);
+    AbstractScene scene(kSceneRect);
+    const QRectF rect(20, 40, 80, 50);
+    scene.addRect(rect, pen, brush);
+    const QJsonObject report =
+        exportAndRead(scene, QString("brush-%1.dxf").arg(QTest::currentDataTag()).replace(' ', '-'));
+    QVERIFY(!report.isEmpty());
+    verifyClean(report);
+    if (QTest::currentTestFailed())
+        return;
+
+    const QList<QPointF> corners = {rect.topLeft(), rect.topRight(), rect.bottomRight(), rect.bottomLeft()};
+    const QList<QJsonObject> polylines = ofType(report, "LWPOLYLINE");
+    QCOMPARE(polylines.size(), 1);
+    QCOMPARE(polylines[0]["rgb"].toString(), outline);
+    QCOMPARE(polylines[0]["points"].toArray().size(), 4);
+    for (int i = 0; i < 4; ++i)
+        QVERIFY(near(point(polylines[0]["points"][i]), toDxf(corners[i])));
+    const QList<QJsonObject> hatches = ofType(report, "HATCH");
+    QCOMPARE(hatches.size(), fill.isEmpty() ? 0 : 1);
+    if (fill.isEmpty())
+        return;
+    QVERIFY(hatches[0]["solid"].toBool());
+    QCOMPARE(hatches[0]["rgb"].toString(), fill);
+    const QJsonArray loop = hatches[0]["loops"][0].toArray();
+    QCOMPARE(loop.size(), 4);
+    for (const QJsonValue& v : loop)
+        QVERIFY(std::any_of(corners.begin(), corners.end(),
+                            [&](const QPointF& c) { return near(point(v), toDxf(c)); }));
+    QCOMPARE(report["entities"].toArray().size(), 2);
+}
+
+// The scene's image and pixmap items become IMAGE entities over PNG files beside the drawing, one file
+// per distinct picture, each placed where the scene shows it.
+void TestDxfExport::rasterContentBecomesImages() {
+    AbstractScene scene(kSceneRect);
+    QImage background(40, 30, QImage::Format_RGB32);
+    for (int y = 0; y < background.height(); ++y)
+        for (int x = 0; x < background.width(); ++x)
+            background.setPixel(x, y, qRgb(x * 6, y * 8, 128));
+    scene.setImage(background);
+    QImage stamp(8, 6, QImage::Format_ARGB32);
+    stamp.fill(QColor(255, 0, 0, 128));
+    stamp.setPixel(0, 0, qRgba(0, 0, 255, 255));
+    const QPixmap pixmap = QPixmap::fromImage(stamp);
+    QGraphicsPixmapItem* turned = scene.addPixmap(pixmap);
+    turned->setPos(200, 100);
+    turned->setRotation(30);
+    turned->setScale(2.5);
+    QGraphicsPixmapItem* again = scene.addPixmap(pixmap);
+    again->setPos(300, 200);
+
+    QDir folder(m_dir.filePath("raster"));
+    QVERIFY(folder.mkpath("."));
+    const QJsonObject report = exportAndRead(scene, "raster/scene.dxf");
+    QVERIFY(!report.isEmpty());
+    verifyClean(report);
+    if (QTest::currentTestFailed())
+        return;
+
+    const QList<QJsonObject> images = ofType(report, "IMAGE");
+    QCOMPARE(images.size(), 3);
+    QCOMPARE(folder.entryList({"*.png"}), QStringList({"scene-image-1.png", "scene-image-2.png"}));
+    const QList<QImage> sources = {background, stamp, stamp};
+    const QList<QGraphicsItem*> items = {nullptr, turned, again};
+    for (int i = 0; i < 3; ++i) {
+        const QJsonObject image = images[i];
+        const QString file = QString("scene-image-%1.png").arg(std::min(i + 1, 2));
+        QCOMPARE(image["file"].toString(), file);
+        const QSize size = sources[i].size();
+        QCOMPARE(point(image["size"]), QPointF(size.width(), size.height()));
+        QCOMPARE(point(image["fileSize"]), QPointF(size.width(), size.height()));
+        QCOMPARE(QImage(folder.filePath(file)).convertToFormat(QImage::Format_ARGB32),
+                 sources[i].convertToFormat(QImage::Format_ARGB32));
+        // The corners of the picture land on the corners the scene shows.
+        auto scenePoint = [&](double x, double y) {
+            return items[i] ? items[i]->mapToScene(QPointF(x, y)) : QPointF(x, y);
+        };
+        const QPointF insert = point(image["insert"]);
+        const QPointF u = point(image["u"]) * size.width(), v = point(image["v"]) * size.height();
+        QVERIFY(near(insert, toDxf(scenePoint(0, size.height()))));
+        QVERIFY(near(insert + u, toDxf(scenePoint(size.width(), size.height())), 1e-4));
+        QVERIFY(near(insert + v, toDxf(scenePoint(0, 0)), 1e-4));
+    }
+}
+
+// Characters beyond the basic plane leave as surrogate pairs of four-digit escapes, which readers take.
+void TestDxfExport::textBeyondTheBasicPlane_data() {
+    QTest::addColumn<QString>("text");
+    QTest::newRow("emoji") << QString::fromUtf8("ok \U0001F600");
+    QTest::newRow("CJK extension B") << QString::fromUtf8("\U00020B9F\u5B57");
+}
+
+void TestDxfExport::textBeyondTheBasicPlane() {
+    QFETCH(QString, text);
+    AbstractScene scene(kSceneRect);
+    scene.addSimpleText(text, m_font)->setPos(20, 20);
+    const QString name = QString("text-%1.dxf").arg(QTest::currentDataTag()).replace(' ', '-');
+    const QJsonObject report = exportAndRead(scene, name);
+    QVERIFY(!report.isEmpty());
+    verifyClean(report);
+    const QString raw = QString::fromLatin1(contents(m_dir.filePath(name)));
+    QVERIFY(!raw.contains(QRegularExpression("\\\\U\\+[0-9A-F]{5}")));
+    // Font fallback may split the label into runs.
+    QString readBack;
+    for (const QJsonObject& t : ofType(report, "TEXT"))
+        readBack += t["text"].toString();
+    QCOMPARE(readBack.remove(' '), QString(text).remove(' '));
+}
+
+// A write that fails says so and leaves whatever was there; tools2DXF still returns 0 and warns.
+void TestDxfExport::failedWriteIsReported_data() {
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<bool>("readOnly");
+    QTest::newRow("missing folder") << "missing-folder/scene.dxf" << false;
+    QTest::newRow("folder") << "folder.dxf" << false;
+    QTest::newRow("read-only file") << "read-only.dxf" << true;
+    QTest::newRow("no file name") << "" << false;
+}
+
+void TestDxfExport::failedWriteIsReported() {
+    QFETCH(QString, target);
+    QFETCH(bool, readOnly);
+    const QString fileName = target.isEmpty() ? QString() : m_dir.filePath(target);
+    if (target == "folder.dxf")
+        QVERIFY(QDir(m_dir.path()).mkpath(target));
+    if (readOnly) {
+        QFile previous(fileName);
+        QVERIFY(previous.open(QIODevice::WriteOnly));
+        previous.write("previous");
+        previous.close();
+        QVERIFY(previous.setPermissions(QFileDevice::ReadOwner));
+        if (QFileInfo(fileName).isWritable())
+            QSKIP("this user may write read-only files");
+    }
+    auto listing = [this] {
+        return QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot) +
+               QDir::current().entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    };
+    const QStringList before = listing();
+    AbstractScene scene(kSceneRect);
     scene.addLine(0, 0, 10, 10);
-    const QString fileName = m_dir.filePath("missing-folder/scene.dxf");
-    QTest::ignoreMessage(QtWarningMsg,
-                         QRegularExpression("cannot write DXF file .*missing-folder/scene.dxf"));
+    scene.addPixmap(QPixmap(4, 4));
+
+    QString error;
+    QVERIFY(!exportSceneToDxf(fileName, &scene, &error));
+    QVERIFY2(error.contains(fileName), qPrintable(error));
+    QTest::ignoreMessage(
+        QtWarningMsg, QRegularExpression("tools2DXF: cannot write .*" + QRegularExpression::escape(target)));
     QCOMPARE(tools2DXF(fileName, &scene), 0);
-    QVERIFY(!QFile::exists(fileName));
+    QCOMPARE(listing(), before);
+    QCOMPARE(contents(fileName), QByteArray(readOnly ? "previous" : ""));
+}
+
+// Something drawn at a non-finite or absurd position fails the export with the name of the item
+// that drew it, and the previous file stays as it was.
+void TestDxfExport::unwritableNumbersFailTheExport_data() {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double infinity = std::numeric_limits<double>::infinity();
+    const PaintingItem::Paint turnedByNan = [=](QPainter* p) {
+        p->rotate(nan);
+        p->drawText(QPointF(0, 10), "12.5 mm");
+    };
+    QTest::addColumn<PaintingItem::Paint>("paint");
+    QTest::addColumn<QString>("owner"); // the GUID name of the measuring item it belongs to
+    QTest::newRow("line to NaN") << PaintingItem::Paint([=](QPainter* p) {
+        p->drawLine(QPointF(0, 0), QPointF(nan, 5));
+    }) << QString();
+    QTest::newRow("infinite ellipse")
+        << PaintingItem::Paint([=](QPainter* p) { p->drawEllipse(QRectF(0, 0, infinity, 10)); }) << QString();
+    QTest::newRow("absurd polygon") << PaintingItem::Paint([](QPainter* p) {
+        p->drawPolygon(QPolygonF({QPointF(0, 0), QPointF(1e300, 0), QPointF(0, 10)}));
+    }) << QString();
+    QTest::newRow("text turned by NaN") << turnedByNan << QString();
+    // A transform with a non-finite translation reads as a perspective one.
+    QTest::newRow("rectangle under a NaN transform") << PaintingItem::Paint([=](QPainter* p) {
+        p->setTransform(QTransform(1, 0, 0, 0, 1, 0, nan, 0, 1), true);
+        p->drawRect(QRectF(0, 0, 20, 10));
+    }) << QString();
+    QTest::newRow("label of a measuring item") << turnedByNan << QString("Ruler7");
+}
+
+void TestDxfExport::unwritableNumbersFailTheExport() {
+    QFETCH(PaintingItem::Paint, paint);
+    QFETCH(QString, owner);
+    AbstractScene scene(kSceneRect);
+    scene.addLine(0, 0, 10, 10);
+    scene.addSimpleText("fine", m_font)->setPos(50, 50);
+    const QString fileName = m_dir.filePath("numbers.dxf");
+    QVERIFY(exportSceneToDxf(fileName, &scene));
+    const QByteArray previous = contents(fileName);
+
+    auto* culprit = new PaintingItem(paint);
+    culprit->setPos(100, 100);
+    if (owner.isEmpty()) {
+        scene.addItem(culprit);
+    } else {
+        auto* item = new TestItem;
+        QDomDocument doc;
+        QDomElement e = doc.createElement("item");
+        e.setAttribute("guidname", owner);
+        item->fromXml(e);
+        culprit->setParentItem(item);
+        scene.addItem(item);
+    }
+    QString error;
+    QVERIFY(!exportSceneToDxf(fileName, &scene, &error));
+    const QString name = owner.isEmpty() ? QString("PaintingItem") : owner;
+    QVERIFY2(error.contains(fileName) && error.contains(name), qPrintable(error));
+    QCOMPARE(contents(fileName), previous);
 }
 
 QTEST_MAIN(TestDxfExport)
