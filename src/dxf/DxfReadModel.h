@@ -57,3 +57,15 @@ struct GRAPHICSOBJECTS_EXPORT DxfModel {
     const DxfLayer* layer(const QString& name) const; // DXF names ignore case
     bool isEmpty() const;
 };
+
+// What reading a file may cost, and how finely it flattens curves.
+struct DxfReadOptions {
+    // Largest distance between a flattened spline and its curve, in drawing units (0.1 suits drawings
+    // shown at one pixel per unit; divide by the pixels per unit otherwise).
+    double tolerance = 0.1;
+    // Bounds on the work a file may ask for: entities placed (block contents once per insertion,
+    // array cells included) and vertices kept (path elements, points and texts); 2^30 at most.
+    qint64 maxEntities = 2'000'000;
+    qint64 maxVertices = 8'000'000;
+    int maxNesting = 16; // inserts within inserts, 100 at most
+};

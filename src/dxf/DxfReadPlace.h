@@ -1,7 +1,6 @@
 #pragma once
 
 #include "DxfReadStore.h"
-#include "DxfReader.h"
 
 #include <QTransform>
 

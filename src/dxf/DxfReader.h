@@ -24,16 +24,6 @@ class QIODevice;
 // QTransform(s, 0, 0, -s, ox, oy). Files written by tools2DXF hold the scene as painted on a device of
 // the scene rectangle's size, y turned up on that height: dxfExportToScene gives the way back.
 
-struct DxfReadOptions {
-    // Largest distance between a flattened spline and its curve, in drawing units (0.1 suits drawings
-    // shown at one pixel per unit; divide by the pixels per unit otherwise).
-    double tolerance = 0.1;
-    // Bounds on the work a file may ask for: entities placed (block contents once per insertion,
-    // array cells included) and vertices kept (path elements, points and texts); 2^30 at most.
-    qint64 maxEntities = 2'000'000;
-    qint64 maxVertices = 8'000'000;
-    int maxNesting = 16; // inserts within inserts, 100 at most
-};
 
 GRAPHICSOBJECTS_EXPORT DxfModel readDxf(const QByteArray& data, const DxfReadOptions& options = {});
 GRAPHICSOBJECTS_EXPORT DxfModel readDxf(QIODevice& device, const DxfReadOptions& options = {});
