@@ -7,6 +7,9 @@
 #include <cmath>
 
 bool openDocument(const QString& fileName, AbstractScene& scene, SceneDocument& document, bool needImage) {
+    // gotool draws whole scenes and never looks items up by place: without an index, adding and
+    // removing thousands of items stays linear.
+    scene.setItemIndexMethod(QGraphicsScene::NoIndex);
     if (!document.open(fileName, &scene)) {
         fail(document.errorString());
         return false;

@@ -40,7 +40,9 @@ int main(int argc, char** argv) {
         out() << usage;
         return 0;
     }
-    err() << usage;
-    return command.isEmpty() ? ExitUsage
-                             : fail(QStringLiteral("unknown command \"%1\"").arg(command), ExitUsage);
+    if (command.isEmpty()) {
+        err() << usage;
+        return ExitUsage;
+    }
+    return fail(QStringLiteral("unknown command \"%1\" (see gotool --help)").arg(command), ExitUsage);
 }
