@@ -634,13 +634,30 @@ void SceneDocument::refreshLinks(const QList<AbstractBaseItem*>& sceneItems) {
 }
 
 bool SceneDocument::save(const QString& fileName, AbstractScene* scene) {
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly)) {
+        m_error = QStringLiteral("%1: cannot write: %2").arg(fileName, file.errorString());
+        return false;
+    }
+    if (!write(&file, scene, QFileInfo(fileName).absolutePath())) {
+        file.cancelWriting();
+        m_error = fileName + QStringLiteral(": ") + m_error;
+        return false;
+    }
+    if (!file.commit()) {
+        m_error = QStringLiteral("%1: cannot write: %2").arg(fileName, file.errorString());
+        return false;
+    }
+    return true;
+}
+
+bool SceneDocument::write(QIODevice* device, AbstractScene* scene, const QString& folder) {
     m_error.clear();
     m_messages.clear();
     if (!(m_calibration.factor >= MinFactor && m_calibration.factor <= MaxFactor) ||
         m_calibration.decimals < 0 || m_calibration.decimals > MaxDecimals) {
-        m_error = QStringLiteral("%1: not saved: the calibration factor must lie between %2 and %3 and the "
-                                 "decimals between 0 and %4")
-                      .arg(fileName)
+        m_error = QStringLiteral("not saved: the calibration factor must lie between %1 and %2 and the "
+                                 "decimals between 0 and %3")
                       .arg(MinFactor)
                       .arg(MaxFactor)
                       .arg(MaxDecimals);
@@ -664,31 +681,20 @@ bool SceneDocument::save(const QString& fileName, AbstractScene* scene) {
         m_byItem.insert(m_entries.at(i).item.data(), i);
         m_byReference.insert(m_entries.at(i).reference, i);
     }
-
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly)) {
-        m_error = QStringLiteral("%1: cannot write: %2").arg(fileName, file.errorString());
-        return false;
-    }
     const QSize sceneSize = scene->sceneRect().size().toSize();
     if (sizeAllowed(sceneSize))
         m_size = sceneSize;
-    if (!write(&file, QFileInfo(fileName).absolutePath(), sceneItems)) {
-        file.cancelWriting();
+    if (!writeXml(device, folder, sceneItems)) {
         if (m_error.isEmpty())
-            m_error = QStringLiteral("%1: cannot write: %2").arg(fileName, file.errorString());
-        return false;
-    }
-    if (!file.commit()) {
-        m_error = QStringLiteral("%1: cannot write: %2").arg(fileName, file.errorString());
+            m_error = QStringLiteral("cannot write: ") + device->errorString();
         return false;
     }
     m_version = Version;
     return true;
 }
 
-bool SceneDocument::write(QIODevice* device, const QString& folder,
-                          const QList<AbstractBaseItem*>& sceneItems) {
+bool SceneDocument::writeXml(QIODevice* device, const QString& folder,
+                             const QList<AbstractBaseItem*>& sceneItems) {
     QXmlStreamWriter w(device);
     w.setAutoFormatting(true);
     w.setAutoFormattingIndent(2);
@@ -704,7 +710,7 @@ bool SceneDocument::write(QIODevice* device, const QString& folder,
     w.writeAttribute(QStringLiteral("decimals"), QString::number(m_calibration.decimals));
 
     if (!m_imageFile.isEmpty()) {
-        m_imagePath = QDir(folder).relativeFilePath(m_imageFile);
+        m_imagePath = folder.isEmpty() ? m_imageFile : QDir(folder).relativeFilePath(m_imageFile);
         w.writeEmptyElement(QStringLiteral("image"));
         w.writeAttribute(QStringLiteral("path"), m_imagePath);
     } else if (!m_image.isNull()) {

@@ -66,6 +66,8 @@ public:
     // calibration and links through a temporary file renamed over fileName, so that a failed save
     // leaves the previous file whole. Returns false with errorString() on failure.
     bool save(const QString& fileName, AbstractScene* scene);
+    // The same onto a device (an undo snapshot, a copy); a linked image is named relative to folder.
+    bool write(QIODevice* device, AbstractScene* scene, const QString& folder = QString());
 
     QString errorString() const { return m_error; }
     QStringList messages() const { return m_messages; }
@@ -110,7 +112,7 @@ private:
     void refreshLinks(const QList<AbstractBaseItem*>& sceneItems);
     QString newReference();
     QString describe(AbstractBaseItem* item) const;
-    bool write(QIODevice* device, const QString& folder, const QList<AbstractBaseItem*>& sceneItems);
+    bool writeXml(QIODevice* device, const QString& folder, const QList<AbstractBaseItem*>& sceneItems);
 
     struct Entry {
         QPointer<AbstractBaseItem> item;
