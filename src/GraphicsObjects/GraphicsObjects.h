@@ -27,6 +27,7 @@
 #include "Tools2DXF.h"
 #include "ToolsCatalogue.h"
 #include "qtrans.h"
+#include "SceneDocument.h"
 
 // DXF output
 #include "VDxfPaintDevice.h"

@@ -11,7 +11,15 @@
 // Units of length (converted through the millimetre) and named paper formats.
 class GRAPHICSOBJECTS_EXPORT Types {
 public:
-    enum UnitsOfLength { Micrometre = 0, Millimetre = 1, Centimetre = 2, Inch = 3, Foot = 4, Point = 5 };
+    // A fixed underlying type: values outside the table are valid and name no unit.
+    enum UnitsOfLength : int {
+        Micrometre = 0,
+        Millimetre = 1,
+        Centimetre = 2,
+        Inch = 3,
+        Foot = 4,
+        Point = 5
+    };
 
     static const QHash<UnitsOfLength, QPair<QString, double>>& unitsOfLength();
     static double unitOfLenth(UnitsOfLength u);

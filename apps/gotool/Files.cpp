@@ -1,0 +1,98 @@
+#include "Files.h"
+
+#include "Console.h"
+
+#include <GraphicsObjects/GraphicsObjects.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QSaveFile>
+#include <QTemporaryFile>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <sys/stat.h>
+
+bool sameFile(const QString& a, const QString& b) {
+    struct stat sa;
+    struct stat sb;
+    if (::stat(QFile::encodeName(a).constData(), &sa) != 0 ||
+        ::stat(QFile::encodeName(b).constData(), &sb) != 0)
+        return false;
+    return sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
+}
+
+bool outputAllowed(const QString& output, const QStringList& inputs, bool force) {
+    for (const QString& input : inputs) {
+        if (!input.isEmpty() && sameFile(output, input)) {
+            fail(QStringLiteral("%1 is the input %2; refusing to overwrite it").arg(output, input));
+            return false;
+        }
+    }
+    // A dangling link counts as existing: writing through it would create a file elsewhere.
+    if (!force && (QFileInfo::exists(output) || QFileInfo(output).isSymLink())) {
+        fail(QStringLiteral("%1 exists; give --force to replace it").arg(output));
+        return false;
+    }
+    return true;
+}
+
+bool writeImage(const QImage& image, const QString& target, QString* error) {
+    const QByteArray format = QFileInfo(target).suffix().toLower().toLatin1();
+    QSaveFile file(target);
+    if (!file.open(QIODevice::WriteOnly)) {
+        *error = QStringLiteral("cannot write %1: %2").arg(target, file.errorString());
+        return false;
+    }
+    if (!image.save(&file, format.constData())) {
+        *error = QStringLiteral("cannot write %1: the picture cannot be encoded as %2").arg(target, format);
+        return false;
+    }
+    if (!file.commit()) {
+        *error = QStringLiteral("cannot write %1: %2").arg(target, file.errorString());
+        return false;
+    }
+    return true;
+}
+
+namespace {
+
+// Whether a DXF file was written to its end.
+bool completeDxf(const QString& fileName) {
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly) || file.size() < 4)
+        return false;
+    file.seek(file.size() - qMin<qint64>(file.size(), 16));
+    return file.readAll().trimmed().endsWith("EOF");
+}
+
+} // namespace
+
+bool writeDxf(const QString& target, AbstractScene* scene, QString* error) {
+    const QFileInfo info(target);
+    QTemporaryFile temp(info.absolutePath() + QStringLiteral("/.gotool-XXXXXX.dxf"));
+    if (!temp.open()) {
+        *error = QStringLiteral("cannot write %1: %2").arg(target, temp.errorString());
+        return false;
+    }
+    temp.close();
+    tools2DXF(temp.fileName(), scene);
+    if (!completeDxf(temp.fileName())) {
+        *error = QStringLiteral("cannot write %1: the DXF writer did not finish the drawing").arg(target);
+        return false;
+    }
+    temp.setPermissions(info.exists()
+                            ? info.permissions()
+                            : QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    // rename() replaces the target in one step, and writes through no link the target may be.
+    if (std::rename(QFile::encodeName(temp.fileName()).constData(), QFile::encodeName(target).constData()) !=
+        0) {
+        *error =
+            QStringLiteral("cannot write %1: %2").arg(target, QString::fromLocal8Bit(std::strerror(errno)));
+        return false;
+    }
+    temp.setAutoRemove(false);
+    return true;
+}

@@ -1,0 +1,766 @@
+#include "SceneDocument.h"
+
+#include "AbstractBaseItem.h"
+#include "AbstractScene.h"
+#include "CommonParams.h"
+#include "ItemFactory.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QDomDocument>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QSaveFile>
+#include <QSet>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// Every element of a document counts: items, their children, links and the few header elements.
+constexpr int MaxElements = 4 * SceneDocument::MaxItems + 16;
+// Beyond this many, problems are counted rather than listed.
+constexpr int MaxMessages = 100;
+
+// A stream reader that keeps the element depth and refuses documents beyond the limits as it reads.
+class LimitedReader {
+public:
+    explicit LimitedReader(QIODevice* device)
+        : xml(device) {}
+
+    bool next() {
+        const QXmlStreamReader::TokenType token = xml.readNext();
+        if (token == QXmlStreamReader::StartElement) {
+            if (++depth > SceneDocument::MaxDepth)
+                stop(QStringLiteral("elements are nested deeper than %1").arg(SceneDocument::MaxDepth));
+            else if (++elements > MaxElements)
+                stop(QStringLiteral("it holds more than %1 elements").arg(MaxElements));
+        } else if (token == QXmlStreamReader::EndElement) {
+            --depth;
+        }
+        if (!xml.hasError() && xml.characterOffset() > SceneDocument::MaxFileBytes)
+            stop(QStringLiteral("it is larger than %1 MB").arg(SceneDocument::MaxFileBytes >> 20));
+        return !xml.atEnd() && !xml.hasError();
+    }
+    void stop(const QString& why) {
+        if (limit.isEmpty())
+            limit = why;
+        xml.raiseError(why);
+    }
+    // Reads to the end of the current element, copying its child elements and text into parent
+    // unless parent is null. Depth is bounded by next(), and so is the recursion.
+    void copyContent(QDomDocument& dom, QDomElement parent) {
+        while (next()) {
+            if (xml.isStartElement()) {
+                QDomElement child;
+                if (!parent.isNull()) {
+                    child = dom.createElement(xml.name().toString());
+                    for (const QXmlStreamAttribute& a : xml.attributes())
+                        child.setAttribute(a.qualifiedName().toString(), a.value().toString());
+                    parent.appendChild(child);
+                }
+                copyContent(dom, child);
+            } else if (xml.isEndElement()) {
+                return;
+            } else if (xml.isCharacters() && !xml.isWhitespace() && !parent.isNull()) {
+                parent.appendChild(dom.createTextNode(xml.text().toString()));
+            }
+        }
+    }
+    // The text of the current element, skipping any child element.
+    QString readText() {
+        QString text;
+        const int level = depth;
+        while (next()) {
+            if (xml.isEndElement() && depth < level)
+                break;
+            if (xml.isCharacters() && depth == level)
+                text += xml.text();
+        }
+        return text;
+    }
+
+    QXmlStreamReader xml;
+    QString limit;
+    int depth = 0;
+    int elements = 0;
+};
+
+QString attribute(const QXmlStreamReader& xml, const char* name) {
+    return xml.attributes().value(QLatin1String(name)).toString();
+}
+
+// A number attribute: absent gives fallback; present, it must be a finite number.
+bool readNumber(const QXmlStreamReader& xml, const char* name, double fallback, double& value,
+                QString& error) {
+    const QString text = attribute(xml, name).trimmed();
+    if (text.isEmpty()) {
+        value = fallback;
+        return true;
+    }
+    bool ok = false;
+    value = text.toDouble(&ok);
+    if (ok && std::isfinite(value))
+        return true;
+    error = QStringLiteral("%1=\"%2\" is not a finite number").arg(QLatin1String(name), text.left(40));
+    return false;
+}
+
+AbstractBaseItem* createItem(QString className) {
+    AbstractBaseItem* item = XBaseItemToolCreate(className, nullptr, 0, nullptr);
+    return item ? item : XBaseItemMesureCreate(className, nullptr, 0, nullptr);
+}
+
+void writeElement(QXmlStreamWriter& w, const QDomElement& e, const QStringList& skipped) {
+    const QDomNamedNodeMap attributes = e.attributes();
+    QStringList names;
+    for (int i = 0; i < attributes.count(); ++i)
+        names << attributes.item(i).nodeName();
+    // Sorted, so that saving the same scene twice gives the same file.
+    std::sort(names.begin(), names.end());
+    for (const QString& name : std::as_const(names)) {
+        if (!skipped.contains(name))
+            w.writeAttribute(name, e.attribute(name));
+    }
+    for (QDomNode n = e.firstChild(); !n.isNull(); n = n.nextSibling()) {
+        if (n.isElement()) {
+            w.writeStartElement(n.nodeName());
+            writeElement(w, n.toElement(), {});
+            w.writeEndElement();
+        } else if (n.isText()) {
+            w.writeCharacters(n.nodeValue());
+        }
+    }
+}
+
+} // namespace
+
+struct SceneDocument::Parsed {
+    struct Item {
+        QString className;
+        QString guidName;
+        QString reference;
+        qint64 line = 0;
+        QDomElement element;
+    };
+    struct Link {
+        QString item;
+        QString role;
+        QString target;
+        qint64 line = 0;
+    };
+    QDomDocument dom;
+    QList<Item> items;
+    QList<Link> links;
+    QDomElement commonParams;
+    QString imagePath;
+    QString imageText;
+    bool imageEmbedded = false;
+    QSize size;
+    Calibration calibration;
+    int version = 1;
+    QStringList messages;
+};
+
+bool SceneDocument::sizeAllowed(const QSize& size) {
+    return size.width() > 0 && size.height() > 0 && size.width() <= MaxSide && size.height() <= MaxSide &&
+           qint64(size.width()) * size.height() <= MaxPixels;
+}
+
+void SceneDocument::reset() {
+    *this = SceneDocument();
+}
+
+bool SceneDocument::open(const QString& fileName, AbstractScene* scene) {
+    reset();
+    const QFileInfo info(fileName);
+    if (!info.exists()) {
+        m_error = QStringLiteral("%1: no such file").arg(fileName);
+        return false;
+    }
+    if (!info.isFile()) {
+        m_error = QStringLiteral("%1: not a regular file").arg(fileName);
+        return false;
+    }
+    if (info.size() > MaxFileBytes) {
+        m_error =
+            QStringLiteral("%1: not opened: it is larger than %2 MB").arg(fileName).arg(MaxFileBytes >> 20);
+        return false;
+    }
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_error = QStringLiteral("%1: cannot read: %2").arg(fileName, file.errorString());
+        return false;
+    }
+    if (!read(&file, scene, info.absolutePath())) {
+        m_error = fileName + QStringLiteral(": ") + m_error;
+        return false;
+    }
+    return true;
+}
+
+bool SceneDocument::read(QIODevice* device, AbstractScene* scene, const QString& folder) {
+    reset();
+    Parsed parsed;
+    if (!parse(device, parsed))
+        return false;
+    m_version = parsed.version;
+    m_calibration = parsed.calibration;
+    m_size = parsed.size;
+    m_messages = parsed.messages;
+    loadImage(parsed, folder);
+
+    if (m_size.isValid())
+        scene->setSceneRect(QRectF(QPointF(0, 0), QSizeF(m_size)));
+    if (!m_image.isNull())
+        scene->setImage(m_image);
+    if (!parsed.commonParams.isNull())
+        fromCommonParams(parsed.commonParams);
+    createItems(parsed, scene);
+    resolveLinks(parsed);
+    if (m_messages.size() > MaxMessages) {
+        const int more = int(m_messages.size()) - MaxMessages;
+        m_messages = m_messages.mid(0, MaxMessages);
+        m_messages << QStringLiteral("%1 more problems not listed").arg(more);
+    }
+    return true;
+}
+
+bool SceneDocument::parse(QIODevice* device, Parsed& parsed) {
+    LimitedReader r(device);
+    QXmlStreamReader& xml = r.xml;
+    while (r.next() && !xml.isStartElement()) {
+    }
+    if (!xml.isStartElement()) {
+        m_error = r.limit.isEmpty() ? QStringLiteral("not a scene document: %1").arg(xml.errorString())
+                                    : QStringLiteral("not opened: %1").arg(r.limit);
+        return false;
+    }
+    if (xml.name() != QLatin1String("scene")) {
+        m_error = QStringLiteral("not a scene document: the root element is <%1>, not <scene>")
+                      .arg(xml.name().toString().left(40));
+        return false;
+    }
+
+    const QString versionText = attribute(xml, "version");
+    if (!versionText.isEmpty()) {
+        bool ok = false;
+        parsed.version = versionText.toInt(&ok);
+        if (!ok || parsed.version < 1) {
+            m_error = QStringLiteral("not opened: version=\"%1\" is not a document version")
+                          .arg(versionText.left(40));
+            return false;
+        }
+        if (parsed.version > Version)
+            parsed.messages << QStringLiteral(
+                                   "written by a newer version (%1): what this version (%2) does not "
+                                   "know is skipped")
+                                   .arg(parsed.version)
+                                   .arg(Version);
+    }
+
+    QString error;
+    double width = 0;
+    double height = 0;
+    double factor = 1;
+    double decimals = 2;
+    if (!readNumber(xml, "width", 0, width, error) || !readNumber(xml, "height", 0, height, error) ||
+        !readNumber(xml, "factor", 1, factor, error) || !readNumber(xml, "decimals", 2, decimals, error)) {
+        m_error = QStringLiteral("not opened: ") + error;
+        return false;
+    }
+    if (width != 0 || height != 0) {
+        // Both within the limits before they are rounded to whole pixels.
+        const bool inRange = width > 0 && height > 0 && width <= MaxSide && height <= MaxSide;
+        parsed.size = inRange ? QSize(int(std::ceil(width)), int(std::ceil(height))) : QSize();
+        if (!sizeAllowed(parsed.size)) {
+            m_error =
+                QStringLiteral("not opened: the scene size %1 x %2 is beyond the limit of %3 x %3 and %4 "
+                               "pixels in all")
+                    .arg(width)
+                    .arg(height)
+                    .arg(MaxSide)
+                    .arg(MaxPixels);
+            return false;
+        }
+    }
+    if (!(factor >= MinFactor && factor <= MaxFactor)) {
+        m_error = QStringLiteral("not opened: the calibration factor %1 is not between %2 and %3")
+                      .arg(factor)
+                      .arg(MinFactor)
+                      .arg(MaxFactor);
+        return false;
+    }
+    if (!(decimals >= 0 && decimals <= MaxDecimals) || decimals != std::floor(decimals)) {
+        m_error = QStringLiteral("not opened: decimals=\"%1\" is not a whole number from 0 to %2")
+                      .arg(decimals)
+                      .arg(MaxDecimals);
+        return false;
+    }
+    parsed.calibration.factor = factor;
+    parsed.calibration.decimals = int(decimals);
+    if (xml.attributes().hasAttribute(QLatin1String("unit")))
+        parsed.calibration.unitName = attribute(xml, "unit");
+
+    bool haveImage = false;
+    while (r.next()) {
+        if (xml.isEndElement() && r.depth == 0)
+            break;
+        if (!xml.isStartElement())
+            continue;
+        const QString name = xml.name().toString();
+        const qint64 line = xml.lineNumber();
+        if (name == QLatin1String("item")) {
+            if (parsed.items.size() >= MaxItems) {
+                r.stop(QStringLiteral("it holds more than %1 items").arg(MaxItems));
+                break;
+            }
+            Parsed::Item item;
+            item.className = attribute(xml, "class");
+            item.guidName = attribute(xml, "guidname");
+            item.reference = attribute(xml, "ref");
+            item.line = line;
+            item.element = parsed.dom.createElement(QStringLiteral("item"));
+            for (const QXmlStreamAttribute& a : xml.attributes())
+                item.element.setAttribute(a.qualifiedName().toString(), a.value().toString());
+            r.copyContent(parsed.dom, item.element);
+            parsed.items << item;
+        } else if (name == QLatin1String("links")) {
+            while (r.next() && !(xml.isEndElement() && r.depth == 1)) {
+                if (!xml.isStartElement())
+                    continue;
+                if (xml.name() == QLatin1String("link"))
+                    parsed.links << Parsed::Link{attribute(xml, "item"), attribute(xml, "role"),
+                                                 attribute(xml, "target"), xml.lineNumber()};
+                else
+                    parsed.messages << QStringLiteral(
+                                           "line %1: unknown element <%2> among the links, skipped")
+                                           .arg(xml.lineNumber())
+                                           .arg(xml.name().toString().left(40));
+                r.copyContent(parsed.dom, QDomElement());
+            }
+        } else if (name == QLatin1String("image") && !haveImage) {
+            haveImage = true;
+            parsed.imagePath = attribute(xml, "path");
+            parsed.imageEmbedded = parsed.imagePath.isEmpty();
+            const QString encoding = attribute(xml, "encoding");
+            if (parsed.imageEmbedded && encoding != QLatin1String("base64"))
+                parsed.messages << QStringLiteral(
+                                       "line %1: the image has neither a path nor base64 data, skipped")
+                                       .arg(line);
+            parsed.imageText = r.readText();
+        } else if (name == QLatin1String("commonparams") && parsed.commonParams.isNull()) {
+            parsed.commonParams = parsed.dom.createElement(name);
+            for (const QXmlStreamAttribute& a : xml.attributes())
+                parsed.commonParams.setAttribute(a.qualifiedName().toString(), a.value().toString());
+            r.copyContent(parsed.dom, QDomElement());
+        } else {
+            parsed.messages << QStringLiteral("line %1: unknown or repeated element <%2>, skipped")
+                                   .arg(line)
+                                   .arg(name.left(40));
+            r.copyContent(parsed.dom, QDomElement());
+        }
+    }
+    if (xml.hasError()) {
+        m_error = r.limit.isEmpty() ? QStringLiteral("line %1, column %2: the document is damaged: %3")
+                                          .arg(xml.lineNumber())
+                                          .arg(xml.columnNumber())
+                                          .arg(xml.errorString())
+                                    : QStringLiteral("not opened: %1").arg(r.limit);
+        return false;
+    }
+    return true;
+}
+
+void SceneDocument::loadImage(const Parsed& parsed, const QString& folder) {
+    if (parsed.imagePath.isEmpty() && parsed.imageText.trimmed().isEmpty())
+        return;
+    QByteArray data;
+    QString source;
+    if (parsed.imageEmbedded) {
+        source = QStringLiteral("the embedded image");
+        data = QByteArray::fromBase64(parsed.imageText.toLatin1());
+    } else {
+        m_imagePath = parsed.imagePath;
+        source = QStringLiteral("the image \"%1\"").arg(parsed.imagePath);
+        if (folder.isEmpty() && QDir::isRelativePath(parsed.imagePath)) {
+            m_imageError = source + QStringLiteral(": no folder to look for it in");
+        } else {
+            m_imageFile = QDir(folder).absoluteFilePath(parsed.imagePath);
+            const QFileInfo info(m_imageFile);
+            QFile file(m_imageFile);
+            if (!info.isFile())
+                m_imageError = source + (info.exists() ? QStringLiteral(": not a regular file")
+                                                       : QStringLiteral(": no such file"));
+            else if (info.size() > MaxFileBytes)
+                m_imageError = source + QStringLiteral(": larger than %1 MB").arg(MaxFileBytes >> 20);
+            else if (!file.open(QIODevice::ReadOnly))
+                m_imageError = source + QStringLiteral(": cannot read: ") + file.errorString();
+            else
+                data = file.readAll();
+        }
+    }
+    if (m_imageError.isEmpty()) {
+        QBuffer buffer(&data);
+        buffer.open(QIODevice::ReadOnly);
+        QImageReader reader(&buffer);
+        const QSize size = reader.size();
+        // The size a header claims is checked before the pixels are allocated.
+        if (size.isValid() && !sizeAllowed(size))
+            m_imageError =
+                source + QStringLiteral(": %1 x %2 pixels is beyond the limit of %3 x %3 and %4 in all")
+                             .arg(size.width())
+                             .arg(size.height())
+                             .arg(MaxSide)
+                             .arg(MaxPixels);
+        else if (!reader.read(&m_image))
+            m_imageError = source + QStringLiteral(": not an image: ") + reader.errorString();
+        else if (!sizeAllowed(m_image.size()))
+            m_imageError = source + QStringLiteral(": beyond the size limit");
+    }
+    if (!m_imageError.isEmpty()) {
+        m_image = QImage();
+        m_messages << m_imageError;
+    }
+}
+
+void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
+    for (Parsed::Item& p : parsed.items) {
+        const QString name =
+            p.guidName.isEmpty() ? QString() : QStringLiteral(" \"%1\"").arg(p.guidName.left(60));
+        if (p.className.isEmpty()) {
+            m_messages << QStringLiteral("line %1: item%2 has no class, skipped").arg(p.line).arg(name);
+            continue;
+        }
+        AbstractBaseItem* item = createItem(p.className);
+        if (!item) {
+            m_messages << QStringLiteral("line %1: item%2 of unknown class \"%3\", skipped")
+                              .arg(p.line)
+                              .arg(name, p.className.left(60));
+            continue;
+        }
+        scene->addItem(item);
+        item->setLinkScene(scene);
+        if (!item->fromXml(p.element)) {
+            m_messages
+                << QStringLiteral("line %1: %2%3 is damaged, skipped").arg(p.line).arg(p.className, name);
+            delete item;
+            continue;
+        }
+        item->setCalibration(m_calibration);
+        item->computeMesures(nullptr);
+        QString reference = p.reference;
+        if (reference.isEmpty() || m_byReference.contains(reference)) {
+            const QString given = newReference();
+            if (!reference.isEmpty())
+                m_messages << QStringLiteral("line %1: the reference \"%2\" is taken; the item is now \"%3\"")
+                                  .arg(p.line)
+                                  .arg(reference.left(40), given);
+            reference = given;
+        }
+        m_byItem.insert(item, int(m_entries.size()));
+        m_byReference.insert(reference, int(m_entries.size()));
+        m_entries << Entry{item, reference};
+    }
+}
+
+void SceneDocument::resolveLinks(const Parsed& parsed) {
+    const QString text = textLinkRole();
+    QSet<AbstractBaseItem*> textLinked;
+    for (const Parsed::Link& link : parsed.links) {
+        AbstractBaseItem* from = item(link.item);
+        AbstractBaseItem* to = item(link.target);
+        if (!from) {
+            m_messages << QStringLiteral("line %1: a link of the missing item \"%2\", skipped")
+                              .arg(link.line)
+                              .arg(link.item.left(40));
+            continue;
+        }
+        if (!to || to == from) {
+            m_messages << QStringLiteral("line %1: %2: the %3 link to \"%4\" has no item to go to, skipped")
+                              .arg(link.line)
+                              .arg(describe(from), link.role.left(40), link.target.left(40));
+            continue;
+        }
+        if (link.role == text)
+            textLinked << from;
+        else
+            m_messages << QStringLiteral("line %1: %2: the link role \"%3\" is unknown here; kept as it is")
+                              .arg(link.line)
+                              .arg(describe(from), link.role.left(40));
+        setLink(from, link.role, to);
+    }
+
+    // Texts that name the item they follow only by its GUID name.
+    QHash<QString, QList<AbstractBaseItem*>> byName;
+    const QList<AbstractBaseItem*> all = items();
+    for (AbstractBaseItem* i : all)
+        byName[i->getGUIDname()] << i;
+    for (AbstractBaseItem* i : all) {
+        const QString linkName = i->getLinkName();
+        if (linkName.isEmpty() || textLinked.contains(i))
+            continue;
+        QList<AbstractBaseItem*> targets = byName.value(linkName);
+        targets.removeAll(i);
+        if (targets.size() == 1) {
+            setLink(i, text, targets.first());
+            continue;
+        }
+        m_messages << QStringLiteral("%1: the linked item \"%2\" is %3; the link is left out")
+                          .arg(describe(i), linkName.left(60),
+                               targets.isEmpty() ? QStringLiteral("missing")
+                                                 : QStringLiteral("not the only one"));
+        QString none;
+        i->setLinkName(nullptr, none);
+    }
+}
+
+QString SceneDocument::describe(AbstractBaseItem* item) const {
+    const int index = m_byItem.value(item, -1);
+    const QString reference = index >= 0 ? m_entries.at(index).reference : QStringLiteral("?");
+    return QStringLiteral("item %1 (%2 \"%3\")")
+        .arg(reference, item->getType(), item->getGUIDname().left(60));
+}
+
+QString SceneDocument::newReference() {
+    QString reference;
+    do
+        reference = QStringLiteral("i%1").arg(m_nextReference++);
+    while (m_byReference.contains(reference));
+    return reference;
+}
+
+QList<AbstractBaseItem*> SceneDocument::items() const {
+    QList<AbstractBaseItem*> list;
+    for (const Entry& e : m_entries) {
+        if (e.item)
+            list << e.item.data();
+    }
+    return list;
+}
+
+QString SceneDocument::reference(AbstractBaseItem* item) {
+    const int index = m_byItem.value(item, -1);
+    if (index >= 0 && m_entries.at(index).item == item)
+        return m_entries.at(index).reference;
+    // A new item, or one that took the address of a deleted one.
+    const QString reference = newReference();
+    m_byItem.insert(item, int(m_entries.size()));
+    m_byReference.insert(reference, int(m_entries.size()));
+    m_entries << Entry{item, reference};
+    return reference;
+}
+
+AbstractBaseItem* SceneDocument::item(const QString& reference) const {
+    const int index = m_byReference.value(reference, -1);
+    return index >= 0 ? m_entries.at(index).item.data() : nullptr;
+}
+
+void SceneDocument::setLink(AbstractBaseItem* item, const QString& role, AbstractBaseItem* target) {
+    if (!item || !target || item == target)
+        return;
+    QList<SceneLink>& list = m_links[reference(item)];
+    list.erase(std::remove_if(list.begin(), list.end(), [&](const SceneLink& l) { return l.role == role; }),
+               list.end());
+    list << SceneLink{role, reference(target)};
+    if (role == textLinkRole())
+        item->associate(target, nullptr);
+}
+
+QList<SceneLink> SceneDocument::links(AbstractBaseItem* item) const {
+    const int index = m_byItem.value(item, -1);
+    if (index < 0 || m_entries.at(index).item != item)
+        return {};
+    return m_links.value(m_entries.at(index).reference);
+}
+
+AbstractBaseItem* SceneDocument::linkTarget(AbstractBaseItem* item, const QString& role) const {
+    for (const SceneLink& link : links(item)) {
+        if (link.role == role)
+            return this->item(link.target);
+    }
+    return nullptr;
+}
+
+void SceneDocument::setImage(const QImage& image, const QString& filePath) {
+    m_image = image;
+    m_imageFile = filePath.isEmpty() ? QString() : QFileInfo(filePath).absoluteFilePath();
+    m_imagePath = filePath;
+    m_imageError.clear();
+}
+
+void SceneDocument::refreshLinks(const QList<AbstractBaseItem*>& sceneItems) {
+    const QString text = textLinkRole();
+    QHash<QString, QList<AbstractBaseItem*>> byName;
+    for (AbstractBaseItem* i : sceneItems)
+        byName[i->getGUIDname()] << i;
+    const QSet<AbstractBaseItem*> inScene(sceneItems.begin(), sceneItems.end());
+
+    QHash<QString, QList<SceneLink>> refreshed;
+    for (AbstractBaseItem* i : sceneItems) {
+        const QString from = reference(i);
+        QList<SceneLink> kept;
+        bool textLink = false;
+        for (const SceneLink& link : m_links.value(from)) {
+            AbstractBaseItem* target = item(link.target);
+            if (!target || !inScene.contains(target))
+                continue;
+            // A text that was unlinked, or linked elsewhere since, no longer follows this target.
+            if (link.role == text && i->getLinkName() != target->getGUIDname())
+                continue;
+            textLink = textLink || link.role == text;
+            kept << link;
+        }
+        const QString linkName = i->getLinkName();
+        if (!textLink && !linkName.isEmpty()) {
+            QList<AbstractBaseItem*> targets = byName.value(linkName);
+            targets.removeAll(i);
+            if (targets.size() == 1)
+                kept << SceneLink{text, reference(targets.first())};
+            else
+                m_messages << QStringLiteral("%1: the link to \"%2\" is not saved: %3")
+                                  .arg(describe(i), linkName.left(60),
+                                       targets.isEmpty() ? QStringLiteral("no item has that name")
+                                                         : QStringLiteral("several items have that name"));
+        }
+        if (!kept.isEmpty())
+            refreshed.insert(from, kept);
+    }
+    m_links = refreshed;
+}
+
+bool SceneDocument::save(const QString& fileName, AbstractScene* scene) {
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly)) {
+        m_error = QStringLiteral("%1: cannot write: %2").arg(fileName, file.errorString());
+        return false;
+    }
+    if (!write(&file, scene, QFileInfo(fileName).absolutePath())) {
+        file.cancelWriting();
+        m_error = fileName + QStringLiteral(": ") + m_error;
+        return false;
+    }
+    if (!file.commit()) {
+        m_error = QStringLiteral("%1: cannot write: %2").arg(fileName, file.errorString());
+        return false;
+    }
+    return true;
+}
+
+bool SceneDocument::write(QIODevice* device, AbstractScene* scene, const QString& folder) {
+    m_error.clear();
+    m_messages.clear();
+    if (!(m_calibration.factor >= MinFactor && m_calibration.factor <= MaxFactor) ||
+        m_calibration.decimals < 0 || m_calibration.decimals > MaxDecimals) {
+        m_error = QStringLiteral("not saved: the calibration factor must lie between %1 and %2 and the "
+                                 "decimals between 0 and %3")
+                      .arg(MinFactor)
+                      .arg(MaxFactor)
+                      .arg(MaxDecimals);
+        return false;
+    }
+    QList<AbstractBaseItem*> sceneItems;
+    for (QGraphicsItem* g : scene->items(Qt::AscendingOrder)) {
+        auto* item = g->parentItem() ? nullptr : dynamic_cast<AbstractBaseItem*>(g);
+        if (item)
+            sceneItems << item;
+    }
+    // The document now holds the scene's items, in its order, each under the reference it had.
+    QList<Entry> entries;
+    for (AbstractBaseItem* i : std::as_const(sceneItems))
+        entries << Entry{i, reference(i)};
+    refreshLinks(sceneItems);
+    m_entries = entries;
+    m_byItem.clear();
+    m_byReference.clear();
+    for (int i = 0; i < m_entries.size(); ++i) {
+        m_byItem.insert(m_entries.at(i).item.data(), i);
+        m_byReference.insert(m_entries.at(i).reference, i);
+    }
+    const QSize sceneSize = scene->sceneRect().size().toSize();
+    if (sizeAllowed(sceneSize))
+        m_size = sceneSize;
+    if (!writeXml(device, folder, sceneItems)) {
+        if (m_error.isEmpty())
+            m_error = QStringLiteral("cannot write: ") + device->errorString();
+        return false;
+    }
+    m_version = Version;
+    return true;
+}
+
+bool SceneDocument::writeXml(QIODevice* device, const QString& folder,
+                             const QList<AbstractBaseItem*>& sceneItems) {
+    QXmlStreamWriter w(device);
+    w.setAutoFormatting(true);
+    w.setAutoFormattingIndent(2);
+    w.writeStartDocument();
+    w.writeStartElement(QStringLiteral("scene"));
+    w.writeAttribute(QStringLiteral("version"), QString::number(Version));
+    if (sizeAllowed(m_size)) {
+        w.writeAttribute(QStringLiteral("width"), QString::number(m_size.width()));
+        w.writeAttribute(QStringLiteral("height"), QString::number(m_size.height()));
+    }
+    w.writeAttribute(QStringLiteral("unit"), m_calibration.unitName);
+    w.writeAttribute(QStringLiteral("factor"), QString::number(m_calibration.factor, 'g', 17));
+    w.writeAttribute(QStringLiteral("decimals"), QString::number(m_calibration.decimals));
+
+    if (!m_imageFile.isEmpty()) {
+        m_imagePath = folder.isEmpty() ? m_imageFile : QDir(folder).relativeFilePath(m_imageFile);
+        w.writeEmptyElement(QStringLiteral("image"));
+        w.writeAttribute(QStringLiteral("path"), m_imagePath);
+    } else if (!m_image.isNull()) {
+        QByteArray png;
+        QBuffer buffer(&png);
+        buffer.open(QIODevice::WriteOnly);
+        if (!m_image.save(&buffer, "PNG")) {
+            m_error = QStringLiteral("not saved: the image cannot be written as PNG");
+            return false;
+        }
+        w.writeStartElement(QStringLiteral("image"));
+        w.writeAttribute(QStringLiteral("encoding"), QStringLiteral("base64"));
+        w.writeCharacters(QString::fromLatin1(png.toBase64()));
+        w.writeEndElement();
+    }
+
+    QDomDocument dom;
+    QDomElement params = dom.createElement(QStringLiteral("commonparams"));
+    toCommonParams(params);
+    w.writeStartElement(params.tagName());
+    writeElement(w, params, {});
+    w.writeEndElement();
+
+    const QStringList own = {QStringLiteral("class"), QStringLiteral("ref")};
+    for (AbstractBaseItem* i : sceneItems) {
+        QDomElement e = dom.createElement(QStringLiteral("item"));
+        i->toXml(e);
+        w.writeStartElement(QStringLiteral("item"));
+        w.writeAttribute(QStringLiteral("class"), i->getType());
+        w.writeAttribute(QStringLiteral("ref"), reference(i));
+        writeElement(w, e, own);
+        w.writeEndElement();
+    }
+
+    bool anyLink = false;
+    for (AbstractBaseItem* i : sceneItems) {
+        const QString from = reference(i);
+        for (const SceneLink& link : m_links.value(from)) {
+            if (!anyLink)
+                w.writeStartElement(QStringLiteral("links"));
+            anyLink = true;
+            w.writeEmptyElement(QStringLiteral("link"));
+            w.writeAttribute(QStringLiteral("item"), from);
+            w.writeAttribute(QStringLiteral("role"), link.role);
+            w.writeAttribute(QStringLiteral("target"), link.target);
+        }
+    }
+    if (anyLink)
+        w.writeEndElement();
+    w.writeEndElement();
+    w.writeEndDocument();
+    return !w.hasError();
+}

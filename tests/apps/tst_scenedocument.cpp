@@ -1,0 +1,283 @@
+// Scene documents: round trips of items, image, calibration and links; today's gotool scenes; and
+// the documents that are refused whole or in part.
+#include <GraphicsObjects/GraphicsObjects.h>
+
+#include <QDomDocument>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+using Attributes = QMap<QString, QString>;
+
+AbstractBaseItem* addItem(AbstractScene& scene, QString className, const Attributes& attributes) {
+    AbstractBaseItem* item = XBaseItemToolCreate(className, nullptr, 0, nullptr);
+    scene.addItem(item);
+    item->setLinkScene(&scene);
+    QDomDocument dom;
+    QDomElement e = dom.createElement(QStringLiteral("item"));
+    for (auto it = attributes.begin(); it != attributes.end(); ++it)
+        e.setAttribute(it.key(), it.value());
+    item->fromXml(e);
+    item->computeMesures(nullptr);
+    return item;
+}
+
+// What the item saves, as one comparable text.
+QString xmlOf(const AbstractBaseItem* item) {
+    QDomDocument dom;
+    QDomElement e = dom.createElement(QStringLiteral("item"));
+    item->toXml(e);
+    QStringList pairs;
+    for (int i = 0; i < e.attributes().count(); ++i)
+        pairs << e.attributes().item(i).nodeName() + '=' + e.attributes().item(i).nodeValue();
+    pairs.sort();
+    return pairs.join('\n');
+}
+
+QByteArray contents(const QString& fileName) {
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString write(const QTemporaryDir& dir, const QString& name, const QByteArray& text) {
+    QFile file(dir.filePath(name));
+    if (file.open(QIODevice::WriteOnly))
+        file.write(text);
+    return file.fileName();
+}
+
+QImage testPicture() {
+    QImage image(40, 30, QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, qRgb(x * 6, y * 8, 90));
+    return image;
+}
+
+const QByteArray header = "<?xml version=\"1.0\"?>\n";
+
+} // namespace
+
+class TestSceneDocument : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { QVERIFY(m_dir.isValid()); }
+
+    // Two lines share a GUID name: the text stays linked to the one it followed.
+    void roundTrip() {
+        AbstractScene scene;
+        SceneDocument document;
+        Calibration calibration;
+        calibration.unitName = QStringLiteral("µm");
+        calibration.factor = 0.25;
+        calibration.decimals = 3;
+        document.setCalibration(calibration);
+        document.setImage(testPicture());
+        scene.setSceneRect(0, 0, 40, 30);
+        AbstractBaseItem* second = nullptr;
+        AbstractBaseItem* text = nullptr;
+        const QList<AbstractBaseItem*> drawn = {
+            addItem(scene, "LineItem", {{"guidname", "LineItem1"}, {"start", "0x0"}, {"end", "100x0"}}),
+            second =
+                addItem(scene, "LineItem", {{"guidname", "LineItem1"}, {"start", "0x0"}, {"end", "0x40"}}),
+            addItem(scene, "CircleItem", {{"guidname", "CircleItem2"}, {"rect", "10x10 20x20"}}),
+            text = addItem(scene, "eTextItem", {{"text", "note"}, {"pos", "5x5"}}),
+        };
+        for (AbstractBaseItem* item : drawn) {
+            item->setCalibration(calibration);
+            item->computeMesures(nullptr);
+        }
+        document.setLink(text, SceneDocument::textLinkRole(), second);
+        const QString first = m_dir.filePath("round.xml");
+        QVERIFY2(document.save(first, &scene), qPrintable(document.errorString()));
+
+        AbstractScene reopened;
+        SceneDocument copy;
+        QVERIFY2(copy.open(first, &reopened), qPrintable(copy.errorString()));
+        QCOMPARE(copy.messages(), QStringList());
+        QCOMPARE(copy.version(), SceneDocument::Version);
+        QCOMPARE(copy.calibration().factor, 0.25);
+        QCOMPARE(copy.calibration().decimals, 3);
+        QCOMPARE(copy.calibration().unitName, QStringLiteral("µm"));
+        QCOMPARE(copy.size(), QSize(40, 30));
+        QCOMPARE(copy.image().convertToFormat(QImage::Format_ARGB32), testPicture());
+        const QList<AbstractBaseItem*> saved = document.items();
+        const QList<AbstractBaseItem*> loaded = copy.items();
+        QCOMPARE(loaded.size(), 4);
+        for (int i = 0; i < loaded.size(); ++i) {
+            QCOMPARE(loaded[i]->getType(), saved[i]->getType());
+            QCOMPARE(xmlOf(loaded[i]), xmlOf(saved[i]));
+            QCOMPARE(copy.reference(loaded[i]), document.reference(saved[i]));
+        }
+        QCOMPARE(copy.linkTarget(loaded[3], SceneDocument::textLinkRole()), loaded[1]);
+        QCOMPARE(loaded[1]->accessmesure(AbstractBaseItem::Dist1), 10.0);
+
+        // Saved again unchanged, the document is the same file.
+        const QString again = m_dir.filePath("again.xml");
+        QVERIFY(copy.save(again, &reopened));
+        QCOMPARE(contents(again), contents(first));
+    }
+
+    void todaysGotoolScene() {
+        AbstractScene scene;
+        SceneDocument document;
+        QVERIFY2(document.open(QStringLiteral(SAMPLE_SCENE), &scene), qPrintable(document.errorString()));
+        QCOMPARE(document.version(), 1);
+        QCOMPARE(document.messages(), QStringList());
+        QCOMPARE(document.calibration().factor, 0.25);
+        QStringList classes;
+        for (AbstractBaseItem* item : document.items())
+            classes << item->getType();
+        QCOMPARE(classes, QStringList({"VickersPItem", "LineItem", "CircleItem", "RectangleItem"}));
+        QCOMPARE(document.items().at(1)->accessmesure(AbstractBaseItem::Dist1), 50.0);
+    }
+
+    // Documents without references: a text follows the one item that bears its link name.
+    void linksByName_data() {
+        QTest::addColumn<QString>("secondName");
+        QTest::addColumn<bool>("linked");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("unique") << "L2" << true << "";
+        QTest::newRow("repeated") << "L1" << false << "\"L1\" is not the only one";
+    }
+    void linksByName() {
+        QFETCH(QString, secondName);
+        QFETCH(bool, linked);
+        QFETCH(QString, message);
+        const QString file = write(
+            m_dir, "byname.xml",
+            header +
+                "<scene><item class=\"LineItem\" guidname=\"L1\" start=\"0x0\" end=\"9x0\"/>"
+                "<item class=\"LineItem\" guidname=\"" +
+                secondName.toUtf8() + "\"/><item class=\"eTextItem\" linkname=\"L1\" text=\"t\"/></scene>");
+        AbstractScene scene;
+        SceneDocument document;
+        QVERIFY(document.open(file, &scene));
+        AbstractBaseItem* text = document.items().at(2);
+        QCOMPARE(document.linkTarget(text, SceneDocument::textLinkRole()),
+                 linked ? document.items().at(0) : nullptr);
+        QCOMPARE(text->getLinkName(), linked ? QStringLiteral("L1") : QString());
+        QCOMPARE(document.messages().join('\n').contains(message), true);
+    }
+
+    void refused_data() {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("not xml") << QByteArray("scene") << "not a scene document";
+        QTest::newRow("empty") << QByteArray() << "not a scene document";
+        QTest::newRow("root") << QByteArray("<drawing/>") << "the root element is <drawing>";
+        QTest::newRow("factor nan") << QByteArray("<scene factor=\"nan\"/>")
+                                    << "factor=\"nan\" is not a finite number";
+        QTest::newRow("factor negative") << QByteArray("<scene factor=\"-1\"/>") << "calibration factor -1";
+        QTest::newRow("factor huge") << QByteArray("<scene factor=\"1e300\"/>")
+                                     << "calibration factor 1e+300";
+        QTest::newRow("decimals") << QByteArray("<scene decimals=\"13\"/>") << "decimals=\"13\"";
+        QTest::newRow("width only") << QByteArray("<scene width=\"10\"/>") << "scene size 10 x 0";
+        QTest::newRow("side") << QByteArray("<scene width=\"32769\" height=\"1\"/>")
+                              << "scene size 32769 x 1";
+        QTest::newRow("pixels") << QByteArray("<scene width=\"32768\" height=\"8193\"/>")
+                                << "scene size 32768 x 8193";
+        QTest::newRow("height inf") << QByteArray("<scene width=\"1\" height=\"inf\"/>") << "height=\"inf\"";
+        QTest::newRow("version") << QByteArray("<scene version=\"two\"/>") << "version=\"two\"";
+        QTest::newRow("depth") << "<scene>" + QByteArray("<a>").repeated(64) << "nested deeper than 64";
+        QTest::newRow("items") << "<scene>" + QByteArray("<item/>").repeated(SceneDocument::MaxItems + 1)
+                               << "more than 20000 items";
+        QTest::newRow("damaged") << QByteArray("<scene><item class=\"LineItem\"></scene>") << "damaged";
+    }
+    void refused() {
+        QFETCH(QByteArray, text);
+        QFETCH(QString, error);
+        AbstractScene scene;
+        SceneDocument document;
+        QVERIFY(!document.open(write(m_dir, "refused.xml", text), &scene));
+        QVERIFY2(document.errorString().contains(error), qPrintable(document.errorString()));
+        QVERIFY(scene.items().isEmpty());
+    }
+
+    // Each problem is told and skipped; the good line before and after it is kept.
+    void skipped_data() {
+        QTest::addColumn<QByteArray>("element");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<int>("count");
+        QTest::newRow("unknown class") << QByteArray("<item class=\"FooItem\" guidname=\"F\"/>")
+                                       << "line 4: item \"F\" of unknown class \"FooItem\", skipped" << 2;
+        QTest::newRow("no class") << QByteArray("<item/>") << "line 4: item has no class, skipped" << 2;
+        QTest::newRow("unknown element")
+            << QByteArray("<shape/>") << "line 4: unknown or repeated element <shape>" << 2;
+        QTest::newRow("link to nothing")
+            << QByteArray("<links><link item=\"a\" role=\"text\" target=\"zz\"/></links>")
+            << "the text link to \"zz\" has no item to go to" << 2;
+        QTest::newRow("link of nothing")
+            << QByteArray("<links><link item=\"zz\" role=\"text\" target=\"a\"/></links>")
+            << "a link of the missing item \"zz\"" << 2;
+        QTest::newRow("reference taken") << QByteArray("<item class=\"LineItem\" ref=\"a\"/>")
+                                         << "the reference \"a\" is taken; the item is now \"i1\"" << 3;
+        QTest::newRow("missing image")
+            << QByteArray("<image path=\"none.png\"/>") << "\"none.png\": no such file" << 2;
+        QTest::newRow("bad embedded image") << QByteArray("<image encoding=\"base64\">AAAA</image>")
+                                            << "the embedded image: not an image" << 2;
+    }
+    void skipped() {
+        QFETCH(QByteArray, element);
+        QFETCH(QString, message);
+        QFETCH(int, count);
+        const QByteArray line = "<item class=\"LineItem\" ref=\"a\" start=\"0x0\" end=\"8x0\"/>\n";
+        const QByteArray lineB = "<item class=\"LineItem\" ref=\"b\" start=\"0x0\" end=\"0x5\"/>\n";
+        AbstractScene scene;
+        SceneDocument document;
+        QVERIFY(document.open(
+            write(m_dir, "skip.xml",
+                  header + "<scene version=\"2\">\n" + line + element + "\n" + lineB + "</scene>"),
+            &scene));
+        QVERIFY2(document.messages().join('\n').contains(message),
+                 qPrintable(document.messages().join('\n')));
+        QCOMPARE(document.items().size(), count);
+        QCOMPARE(document.items().first()->accessmesure(AbstractBaseItem::Dist1), 8.0);
+    }
+
+    void failedSaveKeepsTheDocument() {
+        AbstractScene scene;
+        SceneDocument document;
+        addItem(scene, "LineItem", {{"start", "0x0"}, {"end", "5x5"}});
+        const QString fileName = m_dir.filePath("kept.xml");
+        QVERIFY(document.save(fileName, &scene));
+        const QByteArray before = contents(fileName);
+        addItem(scene, "CircleItem", {});
+        Calibration absurd;
+        absurd.factor = qInf();
+        document.setCalibration(absurd);
+        QVERIFY(!document.save(fileName, &scene));
+        QVERIFY(document.errorString().contains("not saved"));
+        QCOMPARE(contents(fileName), before);
+        document.setCalibration(Calibration());
+        QVERIFY(!document.save(m_dir.filePath("missing/kept.xml"), &scene));
+        QVERIFY(document.errorString().contains("cannot write"));
+    }
+
+    void linkedImage() {
+        QVERIFY(QDir(m_dir.path()).mkpath("pictures") && QDir(m_dir.path()).mkpath("documents"));
+        const QString picture = m_dir.filePath("pictures/p.png");
+        QVERIFY(testPicture().save(picture));
+        AbstractScene scene;
+        SceneDocument document;
+        document.setImage(testPicture(), picture);
+        const QString fileName = m_dir.filePath("documents/linked.xml");
+        QVERIFY(document.save(fileName, &scene));
+        QVERIFY(contents(fileName).contains("<image path=\"../pictures/p.png\"/>"));
+
+        AbstractScene reopened;
+        SceneDocument copy;
+        QVERIFY(copy.open(fileName, &reopened));
+        QCOMPARE(copy.imagePath(), QStringLiteral("../pictures/p.png"));
+        QCOMPARE(QFileInfo(copy.imageFilePath()), QFileInfo(picture));
+        QCOMPARE(reopened.image().convertToFormat(QImage::Format_ARGB32), testPicture());
+        QCOMPARE(reopened.sceneRect(), QRectF(0, 0, 40, 30));
+    }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+QTEST_MAIN(TestSceneDocument)
+#include "tst_scenedocument.moc"
