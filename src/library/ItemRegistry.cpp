@@ -9,6 +9,8 @@
 #include "RectangleItem.h"
 #include "RectangleItemFeret.h"
 #include "RulerItem.h"
+#include "SmileyItem.h"
+#include "StampItem.h"
 #include "VickersPItem.h"
 #include "eTextItem.h"
 
@@ -68,10 +70,10 @@ QList<Row> makeRows() {
         built<VickersPItem>("VickersPItem", L::None, 0, D::Absent, ":/poly.png"),
         built<RectangleItemFeret>("RectangleItemFeret", L::None, 0, D::Absent, pencil),
         built<RulerItem>(QT_TRANSLATE_NOOP("NAMES", "RulerItem"), L::Annotations, 7, D::Translated, ":/qrule.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "StampItem"), T::StampItem, L::Annotations, 8, D::Translated, ":/qrule.png"),
+        built<StampItem>(QT_TRANSLATE_NOOP("NAMES", "StampItem"), L::Annotations, 8, D::Translated, ":/qrule.png"),
         built<eTextItem>(QT_TRANSLATE_NOOP("NAMES", "eTextItem"), L::Annotations, 1, D::Translated, ":/font.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "PixmapItem"), T::PixmapItem, L::Annotations, 5, D::Translated, ":/image.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "SmileyItem"), T::SmileyItem, L::Annotations, 4, D::Translated, ":/smiley.png"),
+        built<SmileyItem>(QT_TRANSLATE_NOOP("NAMES", "SmileyItem"), L::Annotations, 4, D::Translated, ":/smiley.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "VideoItem"), T::VideoItem, L::Annotations, 6, D::Translated, ":/zoomplus.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "Custom1"), T::Custom1, L::Annotations, 9, D::Translated, ":/protractor.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "CircleNote"), T::CircleNote, L::Annotations, 12, D::Translated, ":/circle.png"),

@@ -1,0 +1,152 @@
+#include "FrameItem.h"
+
+#include "HoverEventItem.h"
+#include "VariantText.h"
+#include "XmlRead.h"
+
+#include <QDomElement>
+#include <QGraphicsSceneMouseEvent>
+
+#include <cmath>
+
+namespace {
+
+// A press and release closer than this (scene units, both ways) is a click.
+constexpr double ClickSlack = 4;
+// The rotation grip stands this far above the frame.
+constexpr double RotationGripOffset = 20;
+
+constexpr int cornerGrips[] = {HoverEventItem::TopLeft, HoverEventItem::TopRight, HoverEventItem::BottomLeft,
+                               HoverEventItem::BottomRight};
+
+double sign(double v) {
+    return v < 0 ? -1 : 1;
+}
+
+} // namespace
+
+FrameItem::FrameItem(QGraphicsItem* parent, QGraphicsItem* shape, unsigned long subType)
+    : ShapeItem(parent, shape, subType, 2) {}
+
+QPointF FrameItem::centroid() {
+    return frame().center();
+}
+
+QRectF FrameItem::boundingRect() const {
+    const double margin = m_pen.widthF() / 2 + 1;
+    return frame().adjusted(-margin, -margin, margin, margin).united(ShapeItem::boundingRect());
+}
+
+void FrameItem::setFrame(const QRectF& frame, int anchor) {
+    const QRectF r = frame.normalized();
+    const QPointF fixed =
+        anchor >= 0 ? mapToScene(HoverEventItem::positionOnRect(this->frame(), anchor)) : QPointF();
+    prepareGeometryChange();
+    m_mline = {r.topLeft(), r.bottomRight()};
+    setTransformOriginPoint(r.center());
+    if (anchor >= 0)
+        setPos(pos() + fixed - mapToScene(HoverEventItem::positionOnRect(r, anchor)));
+    frameChanged();
+    update();
+    refreshHandgrips();
+}
+
+void FrameItem::rotate(double angle) {
+    setTransformOriginPoint(frame().center());
+    setRotation(angle);
+    m_rotation = angle;
+}
+
+void FrameItem::mousePress(QGraphicsSceneMouseEvent* event) {
+    if (m_creationStarted)
+        return;
+    m_creationStarted = true;
+    m_press = mapFromScene(event->scenePos());
+    setFrame(QRectF(m_press, clickSize()));
+}
+
+void FrameItem::mouseMove(QGraphicsSceneMouseEvent* event) {
+    const QPointF d = mapFromScene(event->scenePos()) - m_press;
+    if (std::abs(d.x()) < ClickSlack && std::abs(d.y()) < ClickSlack) {
+        setFrame(QRectF(m_press, clickSize()));
+        return;
+    }
+    QPointF span = d;
+    if (m_constrained) {
+        const double aspect = drawnAspect() > 0 ? drawnAspect() : 1.0;
+        const double w = std::max(std::abs(d.x()), std::abs(d.y()) * aspect);
+        span = QPointF(sign(d.x()) * w, sign(d.y()) * w / aspect);
+    }
+    setFrame(QRectF(m_press, m_press + span));
+}
+
+QList<AbstractBaseItem::Handle> FrameItem::handles() const {
+    QList<Handle> result;
+    const QRectF r = frame();
+    for (int position : cornerGrips)
+        result.append({position, HoverEventItem::Move, HoverEventItem::positionOnRect(r, position)});
+    if (turns())
+        result.append(
+            {RotationGrip, HoverEventItem::Rotation, QPointF(r.center().x(), r.top() - RotationGripOffset)});
+    return result;
+}
+
+void FrameItem::handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
+    m_pressFrame = frame();
+    m_pressRotation = QGraphicsItem::rotation();
+    m_currentRotation = 0;
+    ShapeItem::handlePressed(id, scenePos, modifiers);
+}
+
+void FrameItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
+    if (id == RotationGrip) {
+        const QPointF centre = mapToScene(frame().center());
+        const double delta =
+            HoverEventItem::applyRotation(handgrip(id), scenePos, centre, m_refRotationPoint);
+        if (!std::isfinite(delta))
+            return;
+        // Grip angles grow counter-clockwise on screen, item rotations clockwise.
+        m_currentRotation = -delta;
+        rotate(m_pressRotation + m_currentRotation);
+    } else {
+        scaleByCorner(id, scenePos, modifiers & Qt::ShiftModifier);
+    }
+    transformStep(id, false);
+    emit mesureChanged(this);
+}
+
+void FrameItem::handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
+    transformStep(id, true);
+    ShapeItem::handleReleased(id, scenePos, modifiers);
+}
+
+// The facing corner stays put; the dragged one follows the cursor but never crosses it.
+void FrameItem::scaleByCorner(int id, const QPointF& scenePos, bool keepAspect) {
+    const int anchor = HoverEventItem::BottomRight - id;
+    const QPointF fixed = HoverEventItem::positionOnRect(frame(), anchor);
+    const QPointF p = mapFromScene(scenePos);
+    const double sx = id == HoverEventItem::TopRight || id == HoverEventItem::BottomRight ? 1 : -1;
+    const double sy = id == HoverEventItem::BottomLeft || id == HoverEventItem::BottomRight ? 1 : -1;
+    double w = std::max(MinSide, (p.x() - fixed.x()) * sx);
+    double h = std::max(MinSide, (p.y() - fixed.y()) * sy);
+    if (keepAspect && m_pressFrame.width() > 0 && m_pressFrame.height() > 0) {
+        const double s = std::max(w / m_pressFrame.width(), h / m_pressFrame.height());
+        w = s * m_pressFrame.width();
+        h = s * m_pressFrame.height();
+    }
+    if (!std::isfinite(w) || !std::isfinite(h))
+        return;
+    setFrame(QRectF(fixed, fixed + QPointF(sx * w, sy * h)), anchor);
+}
+
+void FrameItem::writeGeometry(QDomElement& e) const {
+    e.setAttribute(QStringLiteral("rect"), variantToString(frame()));
+    e.setAttribute(QStringLiteral("rotation"), QString::number(QGraphicsItem::rotation(), 'f', 4));
+    e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
+}
+
+void FrameItem::readGeometry(const QDomElement& e) {
+    setFrame(readRect(e, QStringLiteral("rect")));
+    rotate(readNumber(e, QStringLiteral("rotation")));
+    setPos(readPoint(e, QStringLiteral("pos")));
+}

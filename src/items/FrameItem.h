@@ -1,0 +1,61 @@
+#pragma once
+
+#include "ShapeItem.h"
+
+// Base of the items laid in a rectangular frame (a face, a picture, a video, a drawing): drawn by a
+// drag from corner to corner or laid by a click, scaled by its corner grips (Shift keeps the aspect
+// ratio) and, where the class allows it, turned about the frame's centre by a grip above the frame.
+// The frame is points 0 and 1 (top-left and bottom-right, item coordinates); the item turns about
+// the frame's centre.
+class GRAPHICSOBJECTS_EXPORT FrameItem : public ShapeItem {
+    Q_OBJECT
+public:
+    // Id of the grip that turns the frame: the rectangle positions come first.
+    static constexpr int RotationGrip = 9;
+    // A frame is never scaled below this side, in scene units.
+    static constexpr double MinSide = 2;
+
+    long mesuresFlag() const override { return 0; }
+    QPointF centroid() override;
+    void mousePress(QGraphicsSceneMouseEvent* event) override;
+    void mouseMove(QGraphicsSceneMouseEvent* event) override;
+    bool endEdition() override { return frame().width() > 0 && frame().height() > 0; }
+    // Turns the frame about its centre, degrees clockwise on screen.
+    void rotate(double angle) override;
+    QList<Handle> handles() const override;
+    void handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
+    void handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
+
+    QRectF boundingRect() const override;
+
+    // The frame in item coordinates.
+    QRectF frame() const { return QRectF(m_mline[0], m_mline[1]); }
+    // Sets the frame (normalised); the corner at `anchor` (a rectangle position, -1 for none) keeps
+    // its place in the scene although the centre of rotation moves.
+    void setFrame(const QRectF& frame, int anchor = -1);
+
+protected:
+    FrameItem(QGraphicsItem* parent, QGraphicsItem* shape, unsigned long subType);
+
+    // The frame a click lays, its top-left corner at the click.
+    virtual QSizeF clickSize() const { return {100, 100}; }
+    // The width / height ratio Shift keeps while the frame is drawn; 0 for a square.
+    virtual double drawnAspect() const { return 0; }
+    virtual bool turns() const { return true; }
+    // Follows every change of the frame (the child shape, caches).
+    virtual void frameChanged() {}
+    // One step of a grip drag that scales or (RotationGrip) turns the frame; last at the release.
+    virtual void transformStep(int, bool) {}
+
+    bool savesMesures() const override { return false; }
+    void writeGeometry(QDomElement& e) const override;
+    void readGeometry(const QDomElement& e) override;
+
+private:
+    void scaleByCorner(int id, const QPointF& scenePos, bool keepAspect);
+
+    QPointF m_press;
+    QRectF m_pressFrame;
+    double m_pressRotation = 0;
+};
