@@ -3,8 +3,10 @@
 #include "Arrow2Item.h"
 #include "ArrowItem.h"
 #include "CircleItem.h"
+#include "CircleNote.h"
 #include "ItemTypes.h"
 #include "LineItem.h"
+#include "PixmapItem.h"
 #include "RectCalibItem.h"
 #include "RectangleItem.h"
 #include "RectangleItemFeret.h"
@@ -72,11 +74,11 @@ QList<Row> makeRows() {
         built<RulerItem>(QT_TRANSLATE_NOOP("NAMES", "RulerItem"), L::Annotations, 7, D::Translated, ":/qrule.png"),
         built<StampItem>(QT_TRANSLATE_NOOP("NAMES", "StampItem"), L::Annotations, 8, D::Translated, ":/qrule.png"),
         built<eTextItem>(QT_TRANSLATE_NOOP("NAMES", "eTextItem"), L::Annotations, 1, D::Translated, ":/font.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "PixmapItem"), T::PixmapItem, L::Annotations, 5, D::Translated, ":/image.png"),
+        built<PixmapItem>(QT_TRANSLATE_NOOP("NAMES", "PixmapItem"), L::Annotations, 5, D::Translated, ":/image.png"),
         built<SmileyItem>(QT_TRANSLATE_NOOP("NAMES", "SmileyItem"), L::Annotations, 4, D::Translated, ":/smiley.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "VideoItem"), T::VideoItem, L::Annotations, 6, D::Translated, ":/zoomplus.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "Custom1"), T::Custom1, L::Annotations, 9, D::Translated, ":/protractor.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "CircleNote"), T::CircleNote, L::Annotations, 12, D::Translated, ":/circle.png"),
+        built<CircleNote>(QT_TRANSLATE_NOOP("NAMES", "CircleNote"), L::Annotations, 12, D::Translated, ":/circle.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "CrossHItem"), T::CrossHItem, L::Annotations, 10, D::Translated, pencil),
         planned(QT_TRANSLATE_NOOP("NAMES", "CrossVItem"), T::CrossVItem, L::Annotations, 11, D::Translated, pencil),
         built<ArrowItem>(QT_TRANSLATE_NOOP("NAMES", "ArrowItem"), L::Annotations, 2, D::Translated, ":/arrow.png"),

@@ -1,0 +1,181 @@
+#include "PixmapItem.h"
+
+#include "AbstractScene.h"
+#include "PictureReader.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QDomElement>
+#include <QGraphicsRectItem>
+#include <QMenu>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int opacities[] = {100, 75, 50, 25};
+// A placeholder's size when there is no picture to take it from.
+const QSizeF placeholderSize(160, 120);
+
+} // namespace
+
+const int PixmapItem::MaxSide = PictureReader::MaxSide;
+const qint64 PixmapItem::MaxPixels = PictureReader::MaxPixels;
+const qint64 PixmapItem::MaxFileBytes = PictureReader::MaxFileBytes;
+
+PixmapItem::PixmapItem(QGraphicsItem* parent, int id, void* context)
+    : FrameItem(parent, new QGraphicsRectItem, 1) {
+    initIdentity(id);
+    // The child only gives the frame its shape: the picture or the placeholder is painted here.
+    child<QGraphicsRectItem>()->setPen(Qt::NoPen);
+    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    if (!params)
+        return;
+    if (params->texts.contains(QStringLiteral("file")))
+        setFileName(params->texts.value(QStringLiteral("file")));
+    setFrame(params->rect.isValid() ? mapRectFromScene(params->rect)
+                                    : QRectF(mapFromScene(params->center), clickSize()));
+}
+
+QString PixmapItem::documentFolder() const {
+    const AbstractScene* host = hostScene();
+    return host ? host->documentFolder() : QString();
+}
+
+QString PixmapItem::resolved(const QString& path) const {
+    const QString folder = documentFolder();
+    if (folder.isEmpty() || path.isEmpty() || !QDir::isRelativePath(path))
+        return path;
+    return QDir::cleanPath(QDir(folder).absoluteFilePath(path));
+}
+
+bool PixmapItem::setFileName(const QString& fileName) {
+    m_fileName = resolved(fileName);
+    m_png.clear();
+    QString error;
+    m_image = fileName.isEmpty() ? QImage() : PictureReader::readFile(m_fileName, &error);
+    if (fileName.isEmpty())
+        m_warning = tr("no picture");
+    else
+        m_warning = m_image.isNull() ? QStringLiteral("\"%1\": %2").arg(fileName, error) : QString();
+    update();
+    return !m_image.isNull();
+}
+
+bool PixmapItem::setImage(const QImage& image) {
+    if (!PictureReader::sizeAllowed(image.size()))
+        return false;
+    m_image = image;
+    m_fileName.clear();
+    m_png.clear();
+    m_warning.clear();
+    update();
+    return true;
+}
+
+void PixmapItem::setEmbedded(bool embedded) {
+    m_embedded = embedded;
+}
+
+void PixmapItem::setOpacityPercent(int percent) {
+    m_opacity = std::clamp(percent, 0, 100);
+    update();
+}
+
+QSizeF PixmapItem::clickSize() const {
+    return m_image.isNull() ? placeholderSize : QSizeF(m_image.size());
+}
+
+double PixmapItem::drawnAspect() const {
+    return m_image.isNull() ? 0 : double(m_image.width()) / m_image.height();
+}
+
+void PixmapItem::transformStep(int grip, bool last) {
+    m_transformIndex = grip == RotationGrip ? RotationStep : ScaleStep;
+    emit transformIndex(this, m_transformIndex, last);
+}
+
+void PixmapItem::fillContextMenu(QMenu* menu) {
+    for (const int percent : opacities)
+        createMenuAction(menu, QIcon(), tr("%1 %").arg(percent), m_opacity == percent, nullptr, -percent);
+    menu->addSeparator();
+    createMenuAction(menu, QIcon(), tr("Embed picture"), isEmbedded(), nullptr, ToggleEmbedded)
+        ->setEnabled(!m_fileName.isEmpty() && !m_image.isNull());
+}
+
+void PixmapItem::applyContextMenu(int data) {
+    if (data == ToggleEmbedded)
+        setEmbedded(!m_embedded);
+    else if (std::find(std::begin(opacities), std::end(opacities), -data) != std::end(opacities))
+        setOpacityPercent(-data);
+}
+
+void PixmapItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
+    if (m_image.isNull()) {
+        paintPlaceholder(painter);
+        return;
+    }
+    painter->save();
+    painter->setOpacity(painter->opacity() * m_opacity / 100.0);
+    painter->setRenderHint(QPainter::SmoothPixmapTransform);
+    painter->drawImage(frame(), m_image);
+    painter->restore();
+}
+
+void PixmapItem::paintPlaceholder(QPainter* painter) const {
+    const QRectF r = frame();
+    painter->save();
+    QPen pen(m_pen.color(), 0, Qt::DashLine);
+    pen.setCosmetic(true);
+    painter->setPen(pen);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(r);
+    painter->drawLine(r.topLeft(), r.bottomRight());
+    painter->drawLine(r.topRight(), r.bottomLeft());
+    painter->setFont(m_font);
+    const QString text = m_fileName.isEmpty() ? tr("no picture") : m_fileName + QLatin1Char('\n') + m_warning;
+    painter->drawText(r, Qt::AlignCenter | Qt::TextWrapAnywhere, text);
+    painter->restore();
+}
+
+void PixmapItem::writeGeometry(QDomElement& e) const {
+    FrameItem::writeGeometry(e);
+    e.setAttribute(QStringLiteral("opacity"), m_opacity);
+    const QString folder = documentFolder();
+    if (!m_fileName.isEmpty()) {
+        const bool relative = !folder.isEmpty() && !QDir::isRelativePath(m_fileName);
+        e.setAttribute(QStringLiteral("path"),
+                       relative ? QDir(folder).relativeFilePath(m_fileName) : m_fileName);
+    }
+    if (!isEmbedded())
+        return;
+    if (m_png.isEmpty() && !m_image.isNull()) {
+        QBuffer buffer(&m_png);
+        buffer.open(QIODevice::WriteOnly);
+        m_image.save(&buffer, "PNG");
+    }
+    if (!m_png.isEmpty())
+        e.setAttribute(QStringLiteral("data"), QString::fromLatin1(m_png.toBase64()));
+}
+
+// Embedded data wins over the path, which is then kept only to be written back.
+void PixmapItem::readGeometry(const QDomElement& e) {
+    FrameItem::readGeometry(e);
+    m_opacity = e.hasAttribute(QStringLiteral("opacity"))
+                    ? std::clamp(e.attribute(QStringLiteral("opacity")).toInt(), 0, 100)
+                    : 100;
+    const QString path = e.attribute(QStringLiteral("path"));
+    const QByteArray png = QByteArray::fromBase64(e.attribute(QStringLiteral("data")).toLatin1());
+    m_embedded = !png.isEmpty();
+    if (!m_embedded) {
+        setFileName(path);
+        return;
+    }
+    m_fileName = resolved(path);
+    m_png = png;
+    QString error;
+    m_image = PictureReader::read(m_png, &error);
+    m_warning = m_image.isNull() ? tr("embedded picture: %1").arg(error) : QString();
+    update();
+}
