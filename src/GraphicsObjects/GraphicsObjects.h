@@ -60,4 +60,5 @@
 #include "TextItem.h"
 #include "TextItemDialog.h"
 #include "VickersPItem.h"
+#include "VideoItem.h"
 #include "eTextItem.h"

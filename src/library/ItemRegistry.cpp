@@ -14,6 +14,7 @@
 #include "SmileyItem.h"
 #include "StampItem.h"
 #include "VickersPItem.h"
+#include "VideoItem.h"
 #include "eTextItem.h"
 
 #include <QCoreApplication>
@@ -76,7 +77,7 @@ QList<Row> makeRows() {
         built<eTextItem>(QT_TRANSLATE_NOOP("NAMES", "eTextItem"), L::Annotations, 1, D::Translated, ":/font.png"),
         built<PixmapItem>(QT_TRANSLATE_NOOP("NAMES", "PixmapItem"), L::Annotations, 5, D::Translated, ":/image.png"),
         built<SmileyItem>(QT_TRANSLATE_NOOP("NAMES", "SmileyItem"), L::Annotations, 4, D::Translated, ":/smiley.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "VideoItem"), T::VideoItem, L::Annotations, 6, D::Translated, ":/zoomplus.png"),
+        built<VideoItem>(QT_TRANSLATE_NOOP("NAMES", "VideoItem"), L::Annotations, 6, D::Translated, ":/zoomplus.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "Custom1"), T::Custom1, L::Annotations, 9, D::Translated, ":/protractor.png"),
         built<CircleNote>(QT_TRANSLATE_NOOP("NAMES", "CircleNote"), L::Annotations, 12, D::Translated, ":/circle.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "CrossHItem"), T::CrossHItem, L::Annotations, 10, D::Translated, pencil),
