@@ -93,6 +93,7 @@ QList<AbstractBaseItem::Handle> FrameItem::handles() const {
 
 void FrameItem::handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
     m_pressFrame = frame();
+    m_pressShift = modifiers & Qt::ShiftModifier;
     m_pressRotation = QGraphicsItem::rotation();
     m_currentRotation = 0;
     ShapeItem::handlePressed(id, scenePos, modifiers);
@@ -109,7 +110,7 @@ void FrameItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifie
         m_currentRotation = -delta;
         rotate(m_pressRotation + m_currentRotation);
     } else {
-        scaleByCorner(id, scenePos, modifiers & Qt::ShiftModifier);
+        scaleByCorner(id, scenePos, m_pressShift || (modifiers & Qt::ShiftModifier));
     }
     transformStep(id, false);
     emit mesureChanged(this);

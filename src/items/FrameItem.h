@@ -58,4 +58,6 @@ private:
     QPointF m_press;
     QRectF m_pressFrame;
     double m_pressRotation = 0;
+    // Shift at the press keeps the aspect ratio for the whole drag.
+    bool m_pressShift = false;
 };

@@ -52,13 +52,14 @@ QImage read(const QByteArray& data, QString* error) {
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
     const QByteArray format = reader.format();
+    // Looked for before the format, which an SVG opening with a document type may not show.
+    if ((format == "svg" || data.contains("<svg")) && svgRefersOutside(data))
+        return refuse(error,
+                      QStringLiteral("the SVG refers to other files or addresses, which are not fetched"));
     if (format.isEmpty())
         return refuse(error, QStringLiteral("not a picture Qt can read"));
     if (format == "svgz")
         return refuse(error, QStringLiteral("compressed SVG is not read"));
-    if (format == "svg" && svgRefersOutside(data))
-        return refuse(error,
-                      QStringLiteral("the SVG refers to other files or addresses, which are not fetched"));
     // Formats that tell their size before decoding are refused before any pixel is allocated;
     // the others are bounded by Qt's allocation limit, then checked.
     const QSize announced = reader.size();

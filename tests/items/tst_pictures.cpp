@@ -1,0 +1,439 @@
+// The picture items: face, scale bar, picture, magnifier note and video.
+#include "CircleNote.h"
+#include "DrawingView.h"
+#include "PixmapItem.h"
+#include "SmileyItem.h"
+#include "StampItem.h"
+#include "Tools2DXF.h"
+#include "VideoItem.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPainter>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <cmath>
+
+namespace {
+
+QImage rendered(QGraphicsScene& scene) {
+    scene.clearSelection();
+    QImage picture(scene.sceneRect().size().toSize(), QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    scene.render(&painter, QRectF(picture.rect()), scene.sceneRect());
+    return picture;
+}
+
+QImage noise(int w, int h) {
+    QImage image(w, h, QImage::Format_RGB32);
+    QRandomGenerator random(7);
+    for (int y = 0; y < h; ++y) {
+        for (int x = 0; x < w; ++x)
+            image.setPixel(x, y, random.generate() | 0xff000000u);
+    }
+    return image;
+}
+
+QImage filled(QSize size, QColor colour, QImage::Format format = QImage::Format_RGB32) {
+    QImage image(size, format);
+    image.fill(colour);
+    return image;
+}
+
+// The picture's pixels, whatever format it was read in.
+QImage pixels(const QImage& image) {
+    return image.convertToFormat(QImage::Format_ARGB32);
+}
+
+void write(const QString& fileName, const QByteArray& bytes) {
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+// A factory-made item of the class in scene, loaded from the attributes there (so that it sees the
+// scene's document folder).
+AbstractBaseItem* loadedIn(AbstractScene& scene, const QString& className, const Attributes& attributes) {
+    QDomDocument doc;
+    QDomElement e = doc.createElement(QStringLiteral("item"));
+    for (auto it = attributes.begin(); it != attributes.end(); ++it)
+        e.setAttribute(it.key(), it.value());
+    AbstractBaseItem* item = ItemRegistry::find(className)->construct(nullptr, 5, nullptr);
+    scene.addItem(item);
+    item->fromXml(e);
+    return item;
+}
+
+Calibration calibration(double factor, const QString& unit = QStringLiteral("µm"), int decimals = 2) {
+    Calibration c;
+    c.factor = factor;
+    c.unitName = unit;
+    c.decimals = decimals;
+    return c;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Calibration)
+
+class TestPictures : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { getCommonParamsRef()->clear(); }
+    void framesDrawn_data();
+    void framesDrawn();
+    void cornerGrips_data();
+    void cornerGrips();
+    void smileyMoods();
+    void stampLength_data();
+    void stampLength();
+    void stampStaysInItsCorner();
+    void stampStyles_data();
+    void stampStyles();
+    void pixmapRoundTrips_data();
+    void pixmapRoundTrips();
+    void pixmapTransformSteps();
+    void badPictures_data();
+    void badPictures();
+};
+
+void TestPictures::framesDrawn_data() {
+    QTest::addColumn<QString>("className");
+    QTest::addColumn<QPointF>("to");
+    QTest::addColumn<bool>("shift");
+    QTest::addColumn<QSize>("picture");
+    QTest::addColumn<QRectF>("frame");
+    // From (100, 80).
+    const QSize none;
+    QTest::newRow("smiley click") << "SmileyItem" << QPointF(102, 81) << false << none
+                                  << QRectF(100, 80, 48, 48);
+    QTest::newRow("smiley drag") << "SmileyItem" << QPointF(160, 110) << false << none
+                                 << QRectF(100, 80, 60, 30);
+    QTest::newRow("smiley drag up-left")
+        << "SmileyItem" << QPointF(40, 50) << false << none << QRectF(40, 50, 60, 30);
+    QTest::newRow("shift draws a round face")
+        << "SmileyItem" << QPointF(160, 110) << true << none << QRectF(100, 80, 60, 60);
+    QTest::newRow("video click") << "VideoItem" << QPointF(100, 80) << false << none
+                                 << QRectF(100, 80, 320, 240);
+    QTest::newRow("picture at its size")
+        << "PixmapItem" << QPointF(100, 80) << false << QSize(40, 20) << QRectF(100, 80, 40, 20);
+    QTest::newRow("shift keeps the picture's shape")
+        << "PixmapItem" << QPointF(200, 100) << true << QSize(40, 20) << QRectF(100, 80, 100, 50);
+    QTest::newRow("placeholder click")
+        << "PixmapItem" << QPointF(100, 80) << false << none << QRectF(100, 80, 160, 120);
+}
+
+void TestPictures::framesDrawn() {
+    QFETCH(QString, className);
+    QFETCH(QPointF, to);
+    QFETCH(bool, shift);
+    QFETCH(QSize, picture);
+    QFETCH(QRectF, frame);
+    DrawingView v;
+    QVERIFY(v.exposed);
+    QPointer<AbstractBaseItem> item = startTool(&v.scene, className);
+    if (picture.isValid())
+        QVERIFY(qgraphicsitem_cast<PixmapItem*>(item)->setImage(filled(picture, Qt::red)));
+    v.drag({100, 80}, to, shift ? Qt::ShiftModifier : Qt::NoModifier);
+    QVERIFY(item && !v.scene.itemInCreation());
+    auto* framed = static_cast<FrameItem*>(item.data());
+    QCOMPARE(framed->mapRectToScene(framed->frame()), frame);
+    QCOMPARE(item->mline(), (QList<QPointF>{frame.topLeft(), frame.bottomRight()}));
+    QCOMPARE(item->handgripItems().size(), className == "VideoItem" ? 4 : 5);
+}
+
+void TestPictures::cornerGrips_data() {
+    QTest::addColumn<double>("rotation");
+    QTest::addColumn<int>("grip");
+    QTest::addColumn<QPointF>("to"); // item coordinates
+    QTest::addColumn<bool>("shift");
+    QTest::addColumn<QSizeF>("size");
+    // The face (100, 80, 100, 60).
+    QTest::newRow("bottom right") << 0.0 << 7 << QPointF(230, 160) << false << QSizeF(130, 80);
+    QTest::newRow("top left keeps 5:3 with shift") << 0.0 << 0 << QPointF(60, 70) << true << QSizeF(140, 84);
+    QTest::newRow("never across the facing corner") << 0.0 << 7 << QPointF(50, 50) << false << QSizeF(2, 2);
+    QTest::newRow("turned: top right") << 30.0 << 2 << QPointF(220, 40) << false << QSizeF(120, 100);
+    QTest::newRow("turned: bottom left, shift") << -90.0 << 5 << QPointF(50, 140) << true << QSizeF(150, 90);
+}
+
+void TestPictures::cornerGrips() {
+    QFETCH(double, rotation);
+    QFETCH(int, grip);
+    QFETCH(QPointF, to);
+    QFETCH(bool, shift);
+    QFETCH(QSizeF, size);
+    DrawingView v;
+    auto* item = static_cast<FrameItem*>(v.draw("SmileyItem", {100, 80}, {200, 140}));
+    QVERIFY(item);
+    item->rotate(rotation);
+    const int facing = HoverEventItem::BottomRight - grip;
+    const QPointF fixed = item->mapToScene(HoverEventItem::positionOnRect(item->frame(), facing));
+    EditSpy spy(item);
+    for (HoverEventItem* g : item->handgripItems()) {
+        if (g->getId() == grip)
+            v.drag(g->scenePos(), item->mapToScene(to), shift ? Qt::ShiftModifier : Qt::NoModifier);
+    }
+    // The cursor reaches whole pixels only.
+    QVERIFY(qAbs(item->frame().width() - size.width()) < 1.5 &&
+            qAbs(item->frame().height() - size.height()) < 1.5);
+    QVERIFY(QLineF(item->mapToScene(HoverEventItem::positionOnRect(item->frame(), facing)), fixed).length() <
+            1e-6);
+    QCOMPARE(spy.counts(), (QList<qsizetype>{1, 1, 1}));
+    QCOMPARE(SmileyItem::face(item->frame(), static_cast<SmileyItem*>(item)->mood()).boundingRect(),
+             item->frame());
+}
+
+void TestPictures::smileyMoods() {
+    DrawingView v;
+    auto* item = qgraphicsitem_cast<SmileyItem*>(v.draw("SmileyItem", {100, 100}, {200, 200}));
+    QVERIFY(item);
+    // The mouth's middle, at the bottom of the last curve: low when happy, high when sad.
+    const auto mouthMiddle = [&] {
+        const QList<QPolygonF> parts = item->face(item->frame(), item->mood()).toSubpathPolygons();
+        return parts.last().at(parts.last().size() / 2).y();
+    };
+    QCOMPARE(item->mood(), int(SmileyItem::Happy));
+    const double happy = mouthMiddle();
+    QVERIFY(choose(item, "sad"));
+    QVERIFY(mouthMiddle() < 170 && happy > 170);
+    QVERIFY(choose(item, "neutral"));
+    QCOMPARE(mouthMiddle(), 170.0);
+    QCOMPARE(checkedEntries(item), QStringList{"neutral"});
+    QCOMPARE(saved(item).value("mood"), "1");
+    checkXmlRoundTrip(item);
+    item->setMood(7);
+    QCOMPARE(item->mood(), int(SmileyItem::Neutral));
+}
+
+void TestPictures::stampLength_data() {
+    QTest::addColumn<int>("width");
+    QTest::addColumn<Calibration>("calibration");
+    QTest::addColumn<double>("fraction");
+    QTest::addColumn<double>("typed");
+    QTest::addColumn<double>("length");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<double>("pixels");
+    const Calibration um = calibration(0.25);
+    QTest::newRow("a fifth of 250 µm") << 1000 << um << 0.2 << 0.0 << 50.0 << "50 µm" << 200.0;
+    QTest::newRow("a tenth: 25 µm is nearer 20 than 50")
+        << 1000 << um << 0.1 << 0.0 << 20.0 << "20 µm" << 80.0;
+    QTest::newRow("a third: 83 µm gives 100") << 1000 << um << 1 / 3.0 << 0.0 << 100.0 << "100 µm" << 400.0;
+    QTest::newRow("below one") << 600 << calibration(0.005, "mm") << 0.2 << 0.0 << 0.5 << "0.5 mm" << 100.0;
+    QTest::newRow("below the decimals")
+        << 1000 << calibration(1e-5, "mm") << 0.2 << 0.0 << 0.002 << "0.002 mm" << 200.0;
+    QTest::newRow("typed") << 1000 << um << 0.2 << 12.5 << 12.5 << "12.5 µm" << 50.0;
+    QTest::newRow("typed, cut to the decimals")
+        << 1000 << calibration(0.25, "µm", 1) << 0.2 << 12.34 << 12.34 << "12.3 µm" << 49.36;
+}
+
+void TestPictures::stampLength() {
+    QFETCH(int, width);
+    QFETCH(Calibration, calibration);
+    QFETCH(double, fraction);
+    QFETCH(double, typed);
+    QFETCH(double, length);
+    QFETCH(QString, text);
+    QFETCH(double, pixels);
+    DrawingView v;
+    v.scene.setImage(filled({width, 300}, Qt::gray));
+    v.scene.setCalibration(calibration);
+    auto* stamp = qgraphicsitem_cast<StampItem*>(v.draw("StampItem", {50, 250}, {50, 250}));
+    QVERIFY(stamp);
+    QVERIFY(stamp->setFraction(fraction));
+    QVERIFY(stamp->setTypedLength(typed));
+    QCOMPARE(stamp->length(), length);
+    QCOMPARE(stamp->accessmesure(AbstractBaseItem::Dist1), length);
+    QCOMPARE(stamp->text(), text);
+    QCOMPARE(stamp->barPixels(), pixels);
+    QCOMPARE(stamp->mline(), (QList<QPointF>{{50, 250}, {50 + pixels, 250}}));
+    // Refused lengths leave it as it was.
+    for (const double bad : {qQNaN(), -1.0, qInf(), 1e6 * calibration.factor * 2})
+        QVERIFY(!stamp->setTypedLength(bad));
+    QCOMPARE(stamp->length(), length);
+    for (const double bad : {0.0, 1.5, qQNaN()})
+        QVERIFY(!stamp->setFraction(bad));
+    checkXmlRoundTrip(stamp);
+}
+
+// The stamp in the bottom right corner stays there as the calibration and the image change.
+void TestPictures::stampStaysInItsCorner() {
+    DrawingView v;
+    v.scene.setImage(filled({1000, 800}, Qt::darkGray));
+    v.scene.setCalibration(calibration(0.25));
+    auto* stamp = qgraphicsitem_cast<StampItem*>(v.draw("StampItem", {50, 50}, {50, 50}));
+    QVERIFY(stamp);
+    QVERIFY(choose(stamp, "Bottom right corner"));
+    const auto inCorner = [&](double margin) {
+        const QRectF box = stamp->sceneBoundingRect();
+        return qAbs(box.right() - (v.scene.image().width() - margin)) < 1e-6 &&
+               qAbs(box.bottom() - (v.scene.image().height() - margin)) < 1e-6;
+    };
+    QVERIFY(inCorner(24));
+    EditSpy spy(stamp);
+    v.scene.setCalibration(calibration(0.5));
+    QCOMPARE(stamp->text(), "100 µm");
+    QVERIFY(inCorner(24));
+    QCOMPARE(spy.end.count(), 1);
+    v.scene.setImage(filled({4000, 500}, Qt::darkGray));
+    QCOMPARE(stamp->text(), "500 µm");
+    QVERIFY(inCorner(15));
+    stamp->setPos(stamp->pos() + QPointF(-10, 0));
+    QCOMPARE(stamp->corner(), int(StampItem::NoCorner));
+    v.scene.setCalibration(calibration(0.25));
+    QVERIFY(!inCorner(15));
+}
+
+void TestPictures::stampStyles_data() {
+    QTest::addColumn<QString>("style");
+    QTest::addColumn<bool>("secondDivisionInked"); // halfway between the ends, just inside the bar
+    QTest::newRow("solid") << "Solid bar" << true;
+    QTest::newRow("ticks") << "Bar with end ticks" << false;
+    QTest::newRow("graduations") << "Bar with graduations" << false;
+}
+
+// 50 µm as 200 pixels: ten µm per division, the first one filled.
+void TestPictures::stampStyles() {
+    QFETCH(QString, style);
+    QFETCH(bool, secondDivisionInked);
+    DrawingView v;
+    v.scene.setImage(filled({1000, 300}, Qt::darkGray));
+    v.scene.setCalibration(calibration(0.25));
+    auto* stamp = qgraphicsitem_cast<StampItem*>(v.draw("StampItem", {100, 250}, {100, 250}));
+    QVERIFY(stamp && choose(stamp, style));
+    stamp->setPen(QPen(Qt::blue));
+    const QImage picture = rendered(v.scene);
+    // The bar is 8 pixels thick over y in [242, 250), divided in five.
+    const auto inked = [&](int x, int y) { return picture.pixel(x, y) == QColor(Qt::blue).rgb(); };
+    QCOMPARE(inked(160, 244), secondDivisionInked);
+    QVERIFY(inked(110, 246));
+    QCOMPARE(inked(100, 238), style == "Bar with end ticks");
+    QVERIFY(choose(stamp, "Background box"));
+    QVERIFY(rendered(v.scene).pixel(95, 240) != picture.pixel(95, 240));
+}
+
+void TestPictures::pixmapRoundTrips_data() {
+    QTest::addColumn<bool>("embedded");
+    QTest::addColumn<bool>("inDocument");
+    QTest::addColumn<QString>("path"); // as saved; %1 the picture's folder
+    QTest::newRow("path") << false << false << "%1/pictures/grain.png";
+    QTest::newRow("path beside the document") << false << true << "pictures/grain.png";
+    QTest::newRow("embedded") << true << false << "%1/pictures/grain.png";
+    QTest::newRow("embedded in a document") << true << true << "pictures/grain.png";
+}
+
+void TestPictures::pixmapRoundTrips() {
+    QFETCH(bool, embedded);
+    QFETCH(bool, inDocument);
+    QFETCH(QString, path);
+    QTemporaryDir dir;
+    const QImage picture = noise(30, 20);
+    QVERIFY(QDir(dir.path()).mkdir("pictures"));
+    const QString file = dir.filePath("pictures/grain.png");
+    QVERIFY(picture.save(file));
+    DrawingView v;
+    if (inDocument)
+        v.scene.setDocumentFolder(dir.path());
+    QPointer<PixmapItem> item = qobject_cast<PixmapItem*>(startTool(&v.scene, "PixmapItem"));
+    QVERIFY(item->setFileName(inDocument ? "pictures/grain.png" : file));
+    v.drag({50, 60}, {50, 60});
+    QVERIFY(item);
+    QCOMPARE(item->fileName(), file);
+    if (embedded)
+        QVERIFY(choose(item, "Embed picture"));
+    QVERIFY(choose(item, "50 %"));
+    const Attributes first = saved(item);
+    QCOMPARE(first.value("path"), path.contains("%1") ? path.arg(dir.path()) : path);
+    QCOMPARE(first.contains("data"), embedded);
+    QCOMPARE(first.value("opacity"), "50");
+    checkXmlRoundTrip(item);
+
+    // Read again by a document in another folder: only an embedded picture travels with it.
+    QTemporaryDir elsewhere;
+    AbstractScene other;
+    if (inDocument)
+        other.setDocumentFolder(elsewhere.path());
+    auto* back = qgraphicsitem_cast<PixmapItem*>(loadedIn(other, "PixmapItem", first));
+    QCOMPARE(saved(back), first);
+    QCOMPARE(pixels(back->image()) == pixels(picture), embedded || !inDocument);
+    QCOMPARE(back->warning().contains("file not found"), !embedded && inDocument);
+    QCOMPARE(back->mapRectToScene(back->frame()), QRectF(50, 60, 30, 20));
+}
+
+// Every step of a grip drag tells the host which transform it was, the last one flagged.
+void TestPictures::pixmapTransformSteps() {
+    DrawingView v;
+    QPointer<PixmapItem> item = qobject_cast<PixmapItem*>(startTool(&v.scene, "PixmapItem"));
+    item->setImage(filled({100, 50}, Qt::green));
+    v.drag({100, 80}, {100, 80});
+    QSignalSpy steps(item, qOverload<void*, int, bool>(&AbstractBaseItem::transformIndex));
+    v.dragGrip(item, HoverEventItem::BottomRight, {220, 140});
+    QCOMPARE(item->frame(), QRectF(100, 80, 120, 60));
+    QCOMPARE(steps.count(), 2);
+    QCOMPARE(steps.first().at(1).toInt(), int(PixmapItem::ScaleStep));
+    QCOMPARE(steps.first().at(2).toBool(), false);
+    QCOMPARE(steps.last().at(2).toBool(), true);
+    // The turning grip, 20 above the frame's middle, taken a quarter turn clockwise about the centre.
+    steps.clear();
+    v.dragGrip(item, FrameItem::RotationGrip, QPointF(160, 110) + QPointF(50, 0));
+    QCOMPARE(item->rotation(), 90.0);
+    QCOMPARE(steps.last(),
+             (QList<QVariant>{QVariant::fromValue<void*>(item.data()), int(PixmapItem::RotationStep), true}));
+    QCOMPARE(item->mapToScene(item->frame().center()), QPointF(160, 110));
+    checkXmlRoundTrip(item);
+}
+
+void TestPictures::badPictures_data() {
+    QTest::addColumn<QByteArray>("bytes"); // empty: no file at all
+    QTest::addColumn<QString>("warning");
+    QTest::newRow("missing") << QByteArray() << "file not found";
+    QTest::newRow("empty file") << QByteArray("") << "empty file";
+    QTest::newRow("text") << QByteArray("not a picture") << "not a picture Qt can read";
+    QTest::newRow("truncated PNG") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0", 18) << "unreadable";
+    // A header announcing 30000 x 30000 pixels (3.6 GB): refused before any pixel is allocated.
+    QTest::newRow("30000 x 30000") << QByteArray("P6\n30000 30000\n255\n")
+                                   << "30000 x 30000 pixels: beyond the limit";
+    const QByteArray svg =
+        "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' ";
+    QTest::newRow("svg beyond the limit") << svg + "width='30000' height='30000'/>"
+                                          << "beyond the limit";
+    QTest::newRow("svg of nothing") << svg + "width='0' height='0'/>"
+                                    << "empty picture";
+    QTest::newRow("svg linking a file")
+        << svg + "width='10' height='10'><image xlink:href='/etc/hosts' width='9' height='9'/></svg>"
+        << "not fetched";
+    QTest::newRow("svg with an entity")
+        << "<!DOCTYPE svg [<!ENTITY x SYSTEM 'file:///etc/hosts'>]>" + svg + "width='9' height='9'>&x;</svg>"
+        << "not fetched";
+}
+
+// A picture that cannot be shown, from a file or embedded: a placeholder with the reason, never a crash.
+void TestPictures::badPictures() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, warning);
+    QTemporaryDir dir;
+    const QString file = dir.filePath("bad.picture");
+    if (!bytes.isNull())
+        write(file, bytes);
+    DrawingView v;
+    auto* item = qobject_cast<PixmapItem*>(v.draw("PixmapItem", {50, 50}, {150, 120}));
+    QVERIFY(item);
+    QVERIFY(!item->setFileName(file));
+    QVERIFY2(item->warning().contains(warning), qPrintable(item->warning()));
+    QVERIFY(item->image().isNull());
+    QVERIFY(rendered(v.scene).copy(50, 50, 101, 71) != filled({101, 71}, Qt::white));
+    Attributes embedded = saved(item);
+    embedded.insert("data", QString::fromLatin1(bytes.toBase64()));
+    auto* back = qgraphicsitem_cast<PixmapItem*>(loadedIn(v.scene, "PixmapItem", embedded));
+    QVERIFY(back->image().isNull());
+    QVERIFY(!back->warning().isEmpty());
+    rendered(v.scene);
+}
+
+QTEST_MAIN(TestPictures)
+#include "tst_pictures.moc"
