@@ -70,6 +70,16 @@ AbstractBaseItem* loadedIn(AbstractScene& scene, const QString& className, const
     return item;
 }
 
+QJsonObject readBackDxf(const QString& fileName) {
+    QProcess python;
+    python.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral(DXF_CHECKER), fileName});
+    if (!python.waitForFinished(60000) || python.exitCode() != 0) {
+        qWarning().noquote() << python.readAllStandardError();
+        return {};
+    }
+    return QJsonDocument::fromJson(python.readAllStandardOutput()).object();
+}
+
 Calibration calibration(double factor, const QString& unit = QStringLiteral("µm"), int decimals = 2) {
     Calibration c;
     c.factor = factor;
@@ -101,6 +111,12 @@ private slots:
     void pixmapTransformSteps();
     void badPictures_data();
     void badPictures();
+    void noteMagnifiesThePixels_data();
+    void noteMagnifiesThePixels();
+    void noteEdits();
+    void videoPaintsTheLastOfABurst();
+    void videoStartsStopsAndSnaps();
+    void dxfExportOfEachKind();
 };
 
 void TestPictures::framesDrawn_data() {
@@ -433,6 +449,185 @@ void TestPictures::badPictures() {
     QVERIFY(back->image().isNull());
     QVERIFY(!back->warning().isEmpty());
     rendered(v.scene);
+}
+
+void TestPictures::noteMagnifiesThePixels_data() {
+    QTest::addColumn<QString>("zoom");
+    for (const char* zoom : {"2x", "4x", "8x"})
+        QTest::newRow(zoom) << zoom;
+}
+
+// The region (100, 100) r 10, the note on (250, 150): image pixel (100 + i, 100 + j) shows as a
+// square of the magnification's side from (250 + i k, 150 + j k).
+void TestPictures::noteMagnifiesThePixels() {
+    QFETCH(QString, zoom);
+    DrawingView v;
+    v.scene.setImage(noise(400, 300));
+    QPointer<CircleNote> note = qobject_cast<CircleNote*>(startTool(&v.scene, "CircleNote"));
+    v.drag({100, 100}, {110, 100});
+    QCOMPARE(v.scene.itemInCreation(), note.data());
+    v.move({250, 150});
+    QTest::mouseClick(v.view.viewport(), Qt::LeftButton, {}, v.at({250, 150}));
+    QVERIFY(note && !v.scene.itemInCreation());
+    QVERIFY(choose(note, zoom));
+    const int k = note->magnification();
+    QCOMPARE(QString::number(k) + "x", zoom);
+    QCOMPARE(note->mline(), (QList<QPointF>{{100, 100}, {250, 150}}));
+    const QImage image = v.scene.image();
+    const QImage picture = rendered(v.scene);
+    for (const QPoint d : {QPoint(0, 0), QPoint(-8, -5), QPoint(6, 6), QPoint(-1, 8), QPoint(7, -2)}) {
+        const QPoint shown(250 + d.x() * k + k / 2, 150 + d.y() * k + k / 2);
+        QCOMPARE(picture.pixel(shown), image.pixel(QPoint(100, 100) + d));
+    }
+    // Beyond the note's circle the image shows as it is.
+    const QPoint outside(250 + 9 * k, 150 + 9 * k);
+    QCOMPARE(picture.pixel(outside), image.pixel(outside));
+    QSignalSpy changed(note, &AbstractBaseItem::imageChanged);
+    v.scene.setImage(noise(200, 300).mirrored());
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(changed.first(), (QList<QVariant>{"scene", true}));
+    QCOMPARE(rendered(v.scene).pixel(250 + k / 2, 150 + k / 2), v.scene.image().pixel(100, 100));
+}
+
+void TestPictures::noteEdits() {
+    DrawingView v;
+    v.scene.setImage(filled({400, 300}, Qt::gray));
+    QPointer<CircleNote> note = qobject_cast<CircleNote*>(startTool(&v.scene, "CircleNote"));
+    QSignalSpy ended(note, &AbstractBaseItem::mesureChangedEND);
+    v.drag({100, 100}, {100, 100});
+    QTest::keyClick(v.view.viewport(), Qt::Key_Return);
+    QVERIFY(note && !v.scene.itemInCreation());
+    QCOMPARE(ended.count(), 1);
+    QCOMPARE(note->regionRadius(), CircleNote::DefaultRadius);
+    QCOMPARE(note->noteRadius(), 4 * CircleNote::DefaultRadius);
+    const auto checkTangents = [&] {
+        const QList<QLineF> lines = note->tangents();
+        QCOMPARE(lines.size(), 2);
+        for (const QLineF& t : lines) {
+            const QPointF a = t.p1() - note->regionCentre(), b = t.p2() - note->noteCentre();
+            const QPointF along = t.p2() - t.p1();
+            QCOMPARE(std::hypot(a.x(), a.y()), note->regionRadius());
+            QCOMPARE(std::hypot(b.x(), b.y()), note->noteRadius());
+            QVERIFY(qAbs(QPointF::dotProduct(a, along)) < 1e-6 * t.length() * note->regionRadius());
+            QVERIFY(qAbs(QPointF::dotProduct(b, along)) < 1e-6 * t.length() * note->noteRadius());
+        }
+    };
+    checkTangents();
+    v.scene.setCalibration(calibration(0.5, "mm"));
+    QCOMPARE(note->accessmesure(AbstractBaseItem::Rad1), 10.0);
+    QCOMPARE(note->accessmesure(AbstractBaseItem::Cust), 4.0);
+    QCOMPARE(note->label()->text(), "rad1:10.00*mm");
+    EditSpy spy(note);
+    note->forceSelection();
+    v.dragGrip(note, CircleNote::RegionEdge, {130, 100});
+    QCOMPARE(note->regionRadius(), 30.0);
+    QCOMPARE(spy.counts(), (QList<qsizetype>{1, 1, 1}));
+    checkTangents();
+    QVERIFY(choose(note, "Magnification"));
+    QVERIFY(choose(note, "8x"));
+    QCOMPARE(note->label()->text(), "x8");
+    QCOMPARE(note->accessmesure(AbstractBaseItem::Rad1), 15.0);
+    QCOMPARE(spy.end.count(), 2);
+    checkXmlRoundTrip(note);
+    // A note over its region has no outer tangent.
+    note->setNoteCentre(note->regionCentre() + QPointF(30, 0));
+    QVERIFY(note->tangents().isEmpty());
+    QSignalSpy changed(note, &AbstractBaseItem::imageChanged);
+    note->setRegion({-500, -500}, 20);
+    v.scene.setImage(filled({400, 300}, Qt::white));
+    QCOMPARE(changed.first(), (QList<QVariant>{"scene", false}));
+    rendered(v.scene);
+}
+
+// A camera thread pushes frames of changing sizes and formats faster than they can be shown: the
+// item shows the last one, every frame is either painted once or dropped, and none queue up.
+void TestPictures::videoPaintsTheLastOfABurst() {
+    DrawingView v;
+    QPointer<VideoItem> video = qobject_cast<VideoItem*>(v.draw("VideoItem", {20, 20}, {20, 20}));
+    QVERIFY(video);
+    const QColor last(10, 200, 30);
+    std::unique_ptr<QThread> camera(QThread::create([&video, last] {
+        const QImage::Format formats[] = {QImage::Format_RGB32, QImage::Format_ARGB32,
+                                          QImage::Format_Grayscale8, QImage::Format_RGB888};
+        for (int i = 0; i < 299; ++i)
+            video->setFrame(
+                filled({64 + i % 7, 48 + i % 5}, QColor::fromHsv(i % 360, 255, 255), formats[i % 4]));
+        video->setFrame(QImage());
+        video->setFrame(QImage(20000, 1, QImage::Format_Mono));
+        video->setFrame(filled({80, 60}, last));
+    }));
+    camera->start();
+    while (!camera->wait(1))
+        QCoreApplication::processEvents();
+    QTRY_COMPARE(video->currentFrame().size(), QSize(80, 60));
+    QCOMPARE(video->currentFrame().pixel(0, 0), last.rgb());
+    QCOMPARE(rendered(v.scene).pixel(180, 140), last.rgb());
+    QCOMPARE(video->receivedFrames(), 300);
+    QCOMPARE(video->refusedFrames(), 2);
+    QVERIFY(video->droppedFrames() > 0);
+    QCOMPARE(video->droppedFrames() + video->paintedFrames(), video->receivedFrames());
+}
+
+void TestPictures::videoStartsStopsAndSnaps() {
+    DrawingView v;
+    auto* video = qobject_cast<VideoItem*>(v.draw("VideoItem", {20, 20}, {20, 20}));
+    QVERIFY(video);
+    int left = 0, right = 0;
+    cameraInfos infos;
+    infos.name = "left";
+    video->videoStarted(&left, &infos);
+    QCOMPARE(video->cameraName(), "left");
+    QCOMPARE(rendered(v.scene).pixel(40, 240), qRgb(0, 0, 0)); // "no signal" on black
+    QMenu menu;
+    QVERIFY(!menuOf(video, menu).value("Snapshot")->isEnabled());
+    for (const int hue : {0, 120, 240}) {
+        video->setFrame(filled({64, 48}, QColor::fromHsv(hue, 255, 200)));
+        QTest::qWait(40);
+    }
+    QVERIFY2(video->frameRate() > 2 && video->frameRate() < 25.5,
+             qPrintable(QString::number(video->frameRate())));
+    QSignalSpy changed(video, &AbstractBaseItem::itemChanged);
+    QVERIFY(choose(video, "Snapshot"));
+    QCOMPARE(pixels(v.scene.image()), pixels(video->currentFrame()));
+    QCOMPARE(changed.first().at(1), "Snapshot");
+    video->videoStopped(&right);
+    QVERIFY(video->isRunning());
+    video->videoStopped(&left);
+    QVERIFY(!video->isRunning() && video->currentFrame().isNull());
+    video->setFrame(filled({64, 48}, Qt::red));
+    QCOMPARE(video->receivedFrames(), 3);
+}
+
+// One of each kind on one scene: the DXF export of their vector parts passes a strict reader.
+void TestPictures::dxfExportOfEachKind() {
+    DrawingView v;
+    v.scene.setImage(noise(400, 300));
+    v.scene.setCalibration(calibration(0.25));
+    QVERIFY(choose(v.draw("SmileyItem", {20, 20}, {80, 80}), "sad"));
+    QVERIFY(choose(v.draw("StampItem", {20, 280}, {20, 280}), "Bar with graduations"));
+    auto* stamp = v.draw("StampItem", {20, 280}, {20, 280});
+    QVERIFY(choose(stamp, "Bar with end ticks") && choose(stamp, "Background box"));
+    QVERIFY(choose(stamp, "Top right corner"));
+    QPointer<PixmapItem> picture = qobject_cast<PixmapItem*>(startTool(&v.scene, "PixmapItem"));
+    picture->setImage(noise(60, 40));
+    v.drag({100, 20}, {100, 20});
+    v.draw("PixmapItem", {180, 20}, {260, 80});
+    v.draw("VideoItem", {20, 120}, {140, 200});
+    startTool(&v.scene, "CircleNote");
+    v.drag({200, 200}, {210, 200});
+    QTest::mouseClick(v.view.viewport(), Qt::LeftButton, {}, v.at({300, 150}));
+    QCOMPARE(v.scene.items().size() > 8, true);
+    QVERIFY(rendered(v.scene).save("pictures_of_each_kind.png"));
+    QTemporaryDir dir;
+    const QString dxf = dir.filePath("pictures.dxf");
+    QCOMPARE(tools2DXF(dxf, &v.scene), 0);
+    const QJsonObject report = readBackDxf(dxf);
+    QCOMPARE(report["errors"].toArray(), QJsonArray());
+    QCOMPARE(report["fixes"].toArray(), QJsonArray());
+    QSet<QString> types;
+    for (const QJsonValue& e : report["entities"].toArray())
+        types.insert(e["type"].toString());
+    QCOMPARE(types, (QSet<QString>{"LWPOLYLINE", "LINE", "HATCH", "TEXT"}));
 }
 
 QTEST_MAIN(TestPictures)
