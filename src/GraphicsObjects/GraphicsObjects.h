@@ -30,6 +30,9 @@
 // DXF output
 #include "VDxfPaintDevice.h"
 
+// DXF input
+#include "DxfReader.h"
+
 // Geometry
 #include "Geometry.h"
 #include "GeometryAngles.h"
