@@ -1,11 +1,14 @@
 #include "FrameItem.h"
 
+#include "AbstractScene.h"
 #include "HoverEventItem.h"
 #include "VariantText.h"
 #include "XmlRead.h"
 
+#include <QDir>
 #include <QDomElement>
 #include <QGraphicsSceneMouseEvent>
+#include <QPainter>
 
 #include <cmath>
 
@@ -72,7 +75,7 @@ void FrameItem::mouseMove(QGraphicsSceneMouseEvent* event) {
         return;
     }
     QPointF span = d;
-    if (m_constrained) {
+    if (m_constrained || keepsAspect()) {
         const double aspect = drawnAspect() > 0 ? drawnAspect() : 1.0;
         const double w = std::max(std::abs(d.x()), std::abs(d.y()) * aspect);
         span = QPointF(sign(d.x()) * w, sign(d.y()) * w / aspect);
@@ -110,7 +113,7 @@ void FrameItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifie
         m_currentRotation = -delta;
         rotate(m_pressRotation + m_currentRotation);
     } else {
-        scaleByCorner(id, scenePos, m_pressShift || (modifiers & Qt::ShiftModifier));
+        scaleByCorner(id, scenePos, keepsAspect() || m_pressShift || (modifiers & Qt::ShiftModifier));
     }
     transformStep(id, false);
     emit mesureChanged(this);
@@ -150,4 +153,35 @@ void FrameItem::readGeometry(const QDomElement& e) {
     setFrame(readRect(e, QStringLiteral("rect")));
     rotate(readNumber(e, QStringLiteral("rotation")));
     setPos(readPoint(e, QStringLiteral("pos")));
+}
+
+QString FrameItem::resolvedPath(const QString& path) const {
+    const AbstractScene* host = hostScene();
+    const QString folder = host ? host->documentFolder() : QString();
+    if (folder.isEmpty() || path.isEmpty() || !QDir::isRelativePath(path))
+        return path;
+    return QDir::cleanPath(QDir(folder).absoluteFilePath(path));
+}
+
+QString FrameItem::savedPath(const QString& fileName) const {
+    const AbstractScene* host = hostScene();
+    const QString folder = host ? host->documentFolder() : QString();
+    if (folder.isEmpty() || QDir::isRelativePath(fileName))
+        return fileName;
+    return QDir(folder).relativeFilePath(fileName);
+}
+
+void FrameItem::paintPlaceholder(QPainter* painter, const QString& text) const {
+    const QRectF r = frame();
+    painter->save();
+    QPen pen(m_pen.color(), 0, Qt::DashLine);
+    pen.setCosmetic(true);
+    painter->setPen(pen);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(r);
+    painter->drawLine(r.topLeft(), r.bottomRight());
+    painter->drawLine(r.topRight(), r.bottomLeft());
+    painter->setFont(m_font);
+    painter->drawText(r, Qt::AlignCenter | Qt::TextWrapAnywhere, text);
+    painter->restore();
 }

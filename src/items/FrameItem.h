@@ -43,10 +43,18 @@ protected:
     // The width / height ratio Shift keeps while the frame is drawn; 0 for a square.
     virtual double drawnAspect() const { return 0; }
     virtual bool turns() const { return true; }
+    // Whether the frame always keeps its aspect ratio, as a drawing does.
+    virtual bool keepsAspect() const { return false; }
     // Follows every change of the frame (the child shape, caches).
     virtual void frameChanged() {}
     // One step of a grip drag that scales or (RotationGrip) turns the frame; last at the release.
     virtual void transformStep(int, bool) {}
+
+    // Files an item shows are named relative to the folder of the scene's document, when it has one.
+    QString resolvedPath(const QString& path) const;
+    QString savedPath(const QString& fileName) const;
+    // A dashed box with its diagonals and the text: what stands for content that could not be shown.
+    void paintPlaceholder(QPainter* painter, const QString& text) const;
 
     bool savesMesures() const override { return false; }
     void writeGeometry(QDomElement& e) const override;

@@ -1,10 +1,8 @@
 #include "PixmapItem.h"
 
-#include "AbstractScene.h"
 #include "PictureReader.h"
 
 #include <QBuffer>
-#include <QDir>
 #include <QDomElement>
 #include <QGraphicsRectItem>
 #include <QMenu>
@@ -38,20 +36,8 @@ PixmapItem::PixmapItem(QGraphicsItem* parent, int id, void* context)
                                     : QRectF(mapFromScene(params->center), clickSize()));
 }
 
-QString PixmapItem::documentFolder() const {
-    const AbstractScene* host = hostScene();
-    return host ? host->documentFolder() : QString();
-}
-
-QString PixmapItem::resolved(const QString& path) const {
-    const QString folder = documentFolder();
-    if (folder.isEmpty() || path.isEmpty() || !QDir::isRelativePath(path))
-        return path;
-    return QDir::cleanPath(QDir(folder).absoluteFilePath(path));
-}
-
 bool PixmapItem::setFileName(const QString& fileName) {
-    m_fileName = resolved(fileName);
+    m_fileName = resolvedPath(fileName);
     m_png.clear();
     QString error;
     m_image = fileName.isEmpty() ? QImage() : PictureReader::readFile(m_fileName, &error);
@@ -113,7 +99,8 @@ void PixmapItem::applyContextMenu(int data) {
 
 void PixmapItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
     if (m_image.isNull()) {
-        paintPlaceholder(painter);
+        paintPlaceholder(painter, m_fileName.isEmpty() ? tr("no picture")
+                                                       : m_fileName + QLatin1Char('\n') + m_warning);
         return;
     }
     painter->save();
@@ -123,31 +110,11 @@ void PixmapItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidg
     painter->restore();
 }
 
-void PixmapItem::paintPlaceholder(QPainter* painter) const {
-    const QRectF r = frame();
-    painter->save();
-    QPen pen(m_pen.color(), 0, Qt::DashLine);
-    pen.setCosmetic(true);
-    painter->setPen(pen);
-    painter->setBrush(Qt::NoBrush);
-    painter->drawRect(r);
-    painter->drawLine(r.topLeft(), r.bottomRight());
-    painter->drawLine(r.topRight(), r.bottomLeft());
-    painter->setFont(m_font);
-    const QString text = m_fileName.isEmpty() ? tr("no picture") : m_fileName + QLatin1Char('\n') + m_warning;
-    painter->drawText(r, Qt::AlignCenter | Qt::TextWrapAnywhere, text);
-    painter->restore();
-}
-
 void PixmapItem::writeGeometry(QDomElement& e) const {
     FrameItem::writeGeometry(e);
     e.setAttribute(QStringLiteral("opacity"), m_opacity);
-    const QString folder = documentFolder();
-    if (!m_fileName.isEmpty()) {
-        const bool relative = !folder.isEmpty() && !QDir::isRelativePath(m_fileName);
-        e.setAttribute(QStringLiteral("path"),
-                       relative ? QDir(folder).relativeFilePath(m_fileName) : m_fileName);
-    }
+    if (!m_fileName.isEmpty())
+        e.setAttribute(QStringLiteral("path"), savedPath(m_fileName));
     if (!isEmbedded())
         return;
     if (m_png.isEmpty() && !m_image.isNull()) {
@@ -172,7 +139,7 @@ void PixmapItem::readGeometry(const QDomElement& e) {
         setFileName(path);
         return;
     }
-    m_fileName = resolved(path);
+    m_fileName = resolvedPath(path);
     m_png = png;
     QString error;
     m_image = PictureReader::read(m_png, &error);

@@ -55,10 +55,6 @@ protected:
     void readGeometry(const QDomElement& e) override;
 
 private:
-    QString documentFolder() const;
-    QString resolved(const QString& path) const;
-    void paintPlaceholder(QPainter* painter) const;
-
     QImage m_image;
     QString m_fileName;
     QString m_warning;
