@@ -50,6 +50,7 @@
 #include "ArrowItem.h"
 #include "CircleItem.h"
 #include "CircleNote.h"
+#include "DXFItem.h"
 #include "FrameItem.h"
 #include "LineItem.h"
 #include "PixmapItem.h"

@@ -40,18 +40,20 @@ QRectF FrameItem::boundingRect() const {
     return frame().adjusted(-margin, -margin, margin, margin).united(ShapeItem::boundingRect());
 }
 
-void FrameItem::setFrame(const QRectF& frame, int anchor) {
+void FrameItem::setFrameRect(const QRectF& frame) {
     const QRectF r = frame.normalized();
-    const QPointF fixed =
-        anchor >= 0 ? mapToScene(HoverEventItem::positionOnRect(this->frame(), anchor)) : QPointF();
     prepareGeometryChange();
     m_mline = {r.topLeft(), r.bottomRight()};
     setTransformOriginPoint(r.center());
-    if (anchor >= 0)
-        setPos(pos() + fixed - mapToScene(HoverEventItem::positionOnRect(r, anchor)));
     frameChanged();
     update();
     refreshHandgrips();
+}
+
+void FrameItem::setFrameRectKeeping(const QRectF& frame, const QPointF& kept) {
+    const QPointF before = mapToScene(kept);
+    setFrameRect(frame);
+    setPos(pos() + before - mapToScene(kept));
 }
 
 void FrameItem::rotate(double angle) {
@@ -65,13 +67,13 @@ void FrameItem::mousePress(QGraphicsSceneMouseEvent* event) {
         return;
     m_creationStarted = true;
     m_press = mapFromScene(event->scenePos());
-    setFrame(QRectF(m_press, clickSize()));
+    setFrameRect(QRectF(m_press, clickSize()));
 }
 
 void FrameItem::mouseMove(QGraphicsSceneMouseEvent* event) {
     const QPointF d = mapFromScene(event->scenePos()) - m_press;
     if (std::abs(d.x()) < ClickSlack && std::abs(d.y()) < ClickSlack) {
-        setFrame(QRectF(m_press, clickSize()));
+        setFrameRect(QRectF(m_press, clickSize()));
         return;
     }
     QPointF span = d;
@@ -80,7 +82,7 @@ void FrameItem::mouseMove(QGraphicsSceneMouseEvent* event) {
         const double w = std::max(std::abs(d.x()), std::abs(d.y()) * aspect);
         span = QPointF(sign(d.x()) * w, sign(d.y()) * w / aspect);
     }
-    setFrame(QRectF(m_press, m_press + span));
+    setFrameRect(QRectF(m_press, m_press + span));
 }
 
 QList<AbstractBaseItem::Handle> FrameItem::handles() const {
@@ -140,7 +142,7 @@ void FrameItem::scaleByCorner(int id, const QPointF& scenePos, bool keepAspect) 
     }
     if (!std::isfinite(w) || !std::isfinite(h))
         return;
-    setFrame(QRectF(fixed, fixed + QPointF(sx * w, sy * h)), anchor);
+    setFrameRectKeeping(QRectF(fixed, fixed + QPointF(sx * w, sy * h)), fixed);
 }
 
 void FrameItem::writeGeometry(QDomElement& e) const {
@@ -150,7 +152,7 @@ void FrameItem::writeGeometry(QDomElement& e) const {
 }
 
 void FrameItem::readGeometry(const QDomElement& e) {
-    setFrame(readRect(e, QStringLiteral("rect")));
+    setFrameRect(readRect(e, QStringLiteral("rect")));
     rotate(readNumber(e, QStringLiteral("rotation")));
     setPos(readPoint(e, QStringLiteral("pos")));
 }

@@ -31,9 +31,10 @@ public:
 
     // The frame in item coordinates.
     QRectF frame() const { return QRectF(m_mline[0], m_mline[1]); }
-    // Sets the frame (normalised); the corner at `anchor` (a rectangle position, -1 for none) keeps
-    // its place in the scene although the centre of rotation moves.
-    void setFrame(const QRectF& frame, int anchor = -1);
+    // Sets the frame (normalised). The item turns about the frame's centre: with the second form,
+    // the point `kept` (item coordinates) keeps its place in the scene as that centre moves.
+    void setFrameRect(const QRectF& frame);
+    void setFrameRectKeeping(const QRectF& frame, const QPointF& kept);
 
 protected:
     FrameItem(QGraphicsItem* parent, QGraphicsItem* shape, unsigned long subType);

@@ -32,8 +32,8 @@ PixmapItem::PixmapItem(QGraphicsItem* parent, int id, void* context)
         return;
     if (params->texts.contains(QStringLiteral("file")))
         setFileName(params->texts.value(QStringLiteral("file")));
-    setFrame(params->rect.isValid() ? mapRectFromScene(params->rect)
-                                    : QRectF(mapFromScene(params->center), clickSize()));
+    setFrameRect(params->rect.isValid() ? mapRectFromScene(params->rect)
+                                        : QRectF(mapFromScene(params->center), clickSize()));
 }
 
 bool PixmapItem::setFileName(const QString& fileName) {

@@ -4,6 +4,7 @@
 #include "ArrowItem.h"
 #include "CircleItem.h"
 #include "CircleNote.h"
+#include "DXFItem.h"
 #include "ItemTypes.h"
 #include "LineItem.h"
 #include "PixmapItem.h"
@@ -68,7 +69,7 @@ QList<Row> makeRows() {
         planned(QT_TRANSLATE_NOOP("NAMES", "CrossItem"), T::CrossItem, L::Tools, 13, D::Translated, ":/orthosnap.png"),
         built<RectCalibItem>("RectCalibItem", L::None, 0, D::Itself, pencil),
         planned("PolygonShapeItem", T::PolygonShapeItem, L::None, 0, D::Itself, pencil),
-        planned("DXFItem", T::DXFItem, L::None, 0, D::Absent, pencil),
+        built<DXFItem>("DXFItem", L::None, 0, D::Absent, pencil),
         planned(QT_TRANSLATE_NOOP("NAMES", "LassoItem"), T::LassoItem, L::None, 0, D::Translated, ":/poly.png"),
         built<VickersPItem>("VickersPItem", L::None, 0, D::Absent, ":/poly.png"),
         built<RectangleItemFeret>("RectangleItemFeret", L::None, 0, D::Absent, pencil),
