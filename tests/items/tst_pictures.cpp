@@ -1,7 +1,10 @@
 // The picture items: face, scale bar, picture, magnifier note and video.
 #include "CircleNote.h"
+#include "DXFItem.h"
 #include "DrawingView.h"
+#include "DxfReader.h"
 #include "PixmapItem.h"
+#include "RectangleItem.h"
 #include "SmileyItem.h"
 #include "StampItem.h"
 #include "Tools2DXF.h"
@@ -80,6 +83,59 @@ QJsonObject readBackDxf(const QString& fileName) {
     return QJsonDocument::fromJson(python.readAllStandardOutput()).object();
 }
 
+// A drawing with its units, the layers RED (colour 1) and OFF (switched off) and these entities.
+QByteArray dxfFile(int insunits, const QByteArray& entities, const QByteArray& blocks = {}) {
+    return "0\nSECTION\n2\nHEADER\n9\n$INSUNITS\n70\n" + QByteArray::number(insunits) +
+           "\n0\nENDSEC\n0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nLAYER\n70\n2\n"
+           "0\nLAYER\n2\nRED\n70\n0\n62\n1\n0\nLAYER\n2\nOFF\n70\n0\n62\n-5\n0\nENDTAB\n0\nENDSEC\n"
+           "0\nSECTION\n2\nBLOCKS\n" +
+           blocks + "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n" + entities + "0\nENDSEC\n0\nEOF\n";
+}
+
+QByteArray dxfLine(const QByteArray& layer, const QByteArray& x1 = "0", const QByteArray& x2 = "10") {
+    return "0\nLINE\n8\n" + layer + "\n10\n" + x1 + "\n20\n0\n11\n" + x2 + "\n21\n0\n";
+}
+
+// A DXFItem of the file, laid by a click at `at` on the view's scene.
+DXFItem* laidDrawing(DrawingView& v, const QString& file, const QPointF& at) {
+    QPointer<DXFItem> item = qobject_cast<DXFItem*>(startTool(&v.scene, "DXFItem"));
+    item->setFileName(file);
+    v.drag(at, at);
+    return item;
+}
+
+// The greatest distance from a vertex of one drawing to the outlines of the other, both ways.
+double farthest(const QList<QPolygonF>& a, const QList<QPolygonF>& b) {
+    const auto oneWay = [](const QList<QPolygonF>& from, const QList<QPolygonF>& to) {
+        double worst = 0;
+        for (const QPolygonF& polygon : from) {
+            for (const QPointF& p : polygon) {
+                double nearest = qInf();
+                for (const QPolygonF& other : to) {
+                    for (int i = 0; i + 1 < other.size(); ++i) {
+                        const QPointF d = other[i + 1] - other[i];
+                        const double len2 = QPointF::dotProduct(d, d);
+                        const double t =
+                            len2 > 0 ? qBound(0.0, QPointF::dotProduct(p - other[i], d) / len2, 1.0) : 0;
+                        const QPointF q = other[i] + t * d - p;
+                        nearest = std::min(nearest, std::hypot(q.x(), q.y()));
+                    }
+                }
+                worst = std::max(worst, nearest);
+            }
+        }
+        return worst;
+    };
+    return std::max(oneWay(a, b), oneWay(b, a));
+}
+
+QList<QPolygonF> drawnInScene(const QString& dxf, const QRectF& sceneRect) {
+    QPainterPath all;
+    for (const DxfLayer& layer : readDxfFile(dxf).layers)
+        all.addPath(layer.path);
+    return all.toSubpathPolygons(dxfExportToScene(sceneRect));
+}
+
 Calibration calibration(double factor, const QString& unit = QStringLiteral("µm"), int decimals = 2) {
     Calibration c;
     c.factor = factor;
@@ -117,6 +173,12 @@ private slots:
     void videoPaintsTheLastOfABurst();
     void videoStartsStopsAndSnaps();
     void dxfExportOfEachKind();
+    void drawingUnits_data();
+    void drawingUnits();
+    void drawingLayersAndGrips();
+    void badDrawings_data();
+    void badDrawings();
+    void exportedSceneLoadsBackAsADrawing();
 };
 
 void TestPictures::framesDrawn_data() {
@@ -628,6 +690,153 @@ void TestPictures::dxfExportOfEachKind() {
     for (const QJsonValue& e : report["entities"].toArray())
         types.insert(e["type"].toString());
     QCOMPARE(types, (QSet<QString>{"LWPOLYLINE", "LINE", "HATCH", "TEXT"}));
+}
+
+void TestPictures::drawingUnits_data() {
+    QTest::addColumn<int>("insunits");
+    QTest::addColumn<Calibration>("calibration");
+    QTest::addColumn<QString>("units"); // a menu entry, or none
+    QTest::addColumn<double>("pixelsPerUnit");
+    QTest::newRow("mm on 2 µm a pixel") << 4 << calibration(2) << "" << 500.0;
+    QTest::newRow("inches on 0.1 mm a pixel") << 1 << calibration(0.1, "mm") << "" << 254.0;
+    QTest::newRow("unitless: a pixel a unit") << 0 << calibration(0.25) << "" << 1.0;
+    QTest::newRow("unitless taken as mm") << 0 << calibration(2) << "Millimetres" << 500.0;
+    QTest::newRow("mm taken as pixels") << 4 << calibration(2) << "Pixels" << 1.0;
+    QTest::newRow("calibrated in an unknown unit") << 4 << calibration(2, "px") << "" << 1.0;
+}
+
+// The line (0, 0)-(10, 0) of the drawing, laid with its extents' left end at x = 50.
+void TestPictures::drawingUnits() {
+    QFETCH(int, insunits);
+    QFETCH(Calibration, calibration);
+    QFETCH(QString, units);
+    QFETCH(double, pixelsPerUnit);
+    QTemporaryDir dir;
+    const QString file = dir.filePath("part.dxf");
+    write(file, dxfFile(insunits, dxfLine("RED")));
+    DrawingView v;
+    v.scene.setCalibration(calibration);
+    DXFItem* item = laidDrawing(v, file, {50, 200});
+    QVERIFY(item && item->warning().isEmpty());
+    QVERIFY(units.isEmpty() || choose(item, units));
+    QCOMPARE(item->unitPixels(), pixelsPerUnit);
+    QCOMPARE(item->scale(), 1.0);
+    const auto atScene = [&](QPointF p) { return item->mapToScene(item->drawingTransform().map(p)); };
+    QCOMPARE(atScene({0, 0}).x(), 50.0);
+    QCOMPARE(atScene({10, 0}) - atScene({0, 0}), QPointF(10 * pixelsPerUnit, 0));
+    checkXmlRoundTrip(item);
+}
+
+void TestPictures::drawingLayersAndGrips() {
+    QTemporaryDir dir;
+    const QString file = dir.filePath("part.dxf");
+    write(file, dxfFile(4, dxfLine("RED") + "0\nCIRCLE\n8\nOFF\n10\n5\n20\n0\n40\n2\n"));
+    DrawingView v;
+    v.scene.setImage(filled({400, 300}, Qt::white));
+    v.scene.setCalibration(calibration(0.1, "mm"));
+    DXFItem* item = laidDrawing(v, file, {50, 100});
+    QVERIFY(item);
+    QCOMPARE(checkedEntries(item), (QStringList{"Units of the file", "Layer RED"}));
+    // The line and the circle of radius 2 about (5, 0) span (0, -2)-(10, 2) mm: 100 x 40 pixels.
+    QCOMPARE(item->mapRectToScene(item->frame()), QRectF(50, 100, 100, 40));
+    const auto redAt = [&](QPoint p) { return rendered(v.scene).pixel(p) == qRgb(255, 0, 0); };
+    QVERIFY(redAt({100, 120}));
+    QVERIFY(choose(item, "Layer RED") && !redAt({100, 120}));
+    QCOMPARE(saved(item).value("hidden"), "OFF|RED");
+    checkXmlRoundTrip(item);
+    item->setLayerVisible("RED", true);
+    // The corner grip keeps the drawing's shape.
+    item->forceSelection();
+    v.dragGrip(item, HoverEventItem::BottomRight, {250, 120});
+    QCOMPARE(item->scale(), 2.0);
+    QCOMPARE(item->mapRectToScene(item->frame()), QRectF(50, 100, 200, 80));
+    // A new calibration rescales the drawing about its origin.
+    const QPointF origin = item->mapToScene(item->origin());
+    v.scene.setCalibration(calibration(0.2, "mm"));
+    QCOMPARE(item->mapToScene(item->origin()), origin);
+    QCOMPARE(item->mapRectToScene(item->frame()), QRectF(50, 120, 100, 40));
+    QVERIFY(choose(item, "Origin at the bottom left corner"));
+    QCOMPARE(item->mapToScene(item->origin()), QPointF(0, 300));
+}
+
+void TestPictures::badDrawings_data() {
+    QTest::addColumn<QByteArray>("bytes"); // null: no file
+    QTest::addColumn<QString>("warning");
+    QTest::addColumn<bool>("drawn");
+    const QByteArray cycle = "0\nBLOCK\n2\nA\n10\n0\n20\n0\n" + dxfLine("0") +
+                             "0\nINSERT\n2\nB\n10\n0\n20\n0\n0\nENDBLK\n0\nBLOCK\n2\nB\n10\n0\n20\n0\n" +
+                             dxfLine("0") + "0\nINSERT\n2\nA\n10\n0\n20\n0\n0\nENDBLK\n";
+    QTest::newRow("missing") << QByteArray() << "file not found" << false;
+    QTest::newRow("not a drawing") << QByteArray("\x01\x02 junk", 7) << "error" << false;
+    QTest::newRow("unknown entity") << dxfFile(4, dxfLine("RED") + "0\nWIDGET\n10\n1\n")
+                                    << "unsupported: WIDGET 1" << true;
+    QTest::newRow("1e300") << dxfFile(4, dxfLine("RED") + dxfLine("RED", "1e300"))
+                           << "refused, bad values: LINE 1" << true;
+    QTest::newRow("cyclic blocks") << dxfFile(4, "0\nINSERT\n2\nA\n10\n0\n20\n0\n", cycle)
+                                   << "insert themselves" << true;
+    QTest::newRow("truncated") << dxfFile(4, dxfLine("RED") + dxfLine("RED")).chopped(30) << "ends early"
+                               << true;
+}
+
+// Whatever the file, the item tells what it left out and never fails to paint or save.
+void TestPictures::badDrawings() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, warning);
+    QFETCH(bool, drawn);
+    QTemporaryDir dir;
+    const QString file = dir.filePath("bad.dxf");
+    if (!bytes.isNull())
+        write(file, bytes);
+    DrawingView v;
+    DXFItem* item = laidDrawing(v, file, {50, 50});
+    QVERIFY(item);
+    QVERIFY2(item->warning().contains(warning), qPrintable(item->warning()));
+    QCOMPARE(!item->drawing().isEmpty(), drawn);
+    QVERIFY(item->frame().width() > 0 && std::isfinite(item->frame().width()));
+    rendered(v.scene);
+    checkXmlRoundTrip(item);
+}
+
+// A scene exported to DXF and read back as a drawing coincides with its items: exported again,
+// it draws the same outlines, within half a pixel.
+void TestPictures::exportedSceneLoadsBackAsADrawing() {
+    QTemporaryDir dir;
+    const QString first = dir.filePath("scene.dxf"), second = dir.filePath("again.dxf");
+    DrawingView v;
+    v.draw("LineItem", {40, 50}, {300, 90});
+    v.draw("CircleItem", {200, 180}, {240, 180});
+    auto* rectangle = static_cast<RectangleItem*>(v.draw("RectangleItem", {60, 150}, {160, 260}));
+    rectangle->rotate(20);
+    v.draw("SmileyItem", {300, 180}, {380, 260});
+    v.scene.clearSelection();
+    QCOMPARE(tools2DXF(first, &v.scene), 0);
+
+    DrawingView w;
+    DXFItem* item = laidDrawing(w, first, {10, 10});
+    QVERIFY(item && item->warning().isEmpty());
+    QVERIFY(choose(item, "Origin at the bottom left corner"));
+    w.scene.clearSelection();
+    QCOMPARE(tools2DXF(second, &w.scene), 0);
+    const QList<QPolygonF> before = drawnInScene(first, v.scene.sceneRect());
+    const QList<QPolygonF> after = drawnInScene(second, w.scene.sceneRect());
+    QVERIFY(before.size() > 6);
+    QCOMPARE(after.size(), before.size());
+    QVERIFY2(farthest(before, after) <= 0.5, qPrintable(QString::number(farthest(before, after))));
+    // The labels too, each a text at the same place.
+    const auto texts = [](const QString& dxf, const QRectF& sceneRect) {
+        QMap<QString, QPointF> found;
+        for (const DxfLayer& layer : readDxfFile(dxf).layers) {
+            for (const DxfText& text : layer.texts)
+                found.insert(text.text, dxfExportToScene(sceneRect).map(text.position));
+        }
+        return found;
+    };
+    const QMap<QString, QPointF> labels = texts(first, v.scene.sceneRect());
+    const QMap<QString, QPointF> again = texts(second, w.scene.sceneRect());
+    QCOMPARE(again.keys(), labels.keys());
+    QVERIFY(labels.size() >= 2);
+    for (auto it = labels.cbegin(); it != labels.cend(); ++it)
+        QVERIFY2(QLineF(it.value(), again.value(it.key())).length() <= 0.5, qPrintable(it.key()));
 }
 
 QTEST_MAIN(TestPictures)
