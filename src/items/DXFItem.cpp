@@ -8,7 +8,6 @@
 #include <QDomElement>
 #include <QFileInfo>
 #include <QFontMetricsF>
-#include <QGraphicsRectItem>
 #include <QMenu>
 #include <QPainter>
 
@@ -71,9 +70,8 @@ constexpr int LayoutPixelSize = 100;
 } // namespace
 
 DXFItem::DXFItem(QGraphicsItem* parent, int id, void* context)
-    : FrameItem(parent, new QGraphicsRectItem, 1) {
+    : FrameItem(parent, 1) {
     initIdentity(id);
-    child<QGraphicsRectItem>()->setPen(Qt::NoPen);
     const _AUTOPOINTPARAMS* params = startGenerated(context);
     if (!params)
         return;
@@ -197,16 +195,6 @@ void DXFItem::setLayerVisible(const QString& name, bool visible) {
     else
         m_hidden.insert(name);
     update();
-}
-
-QSizeF DXFItem::clickSize() const {
-    const QRectF e = extents();
-    return e.isEmpty() ? QSizeF(160, 120) : e.size() * m_unitPixels;
-}
-
-double DXFItem::drawnAspect() const {
-    const QRectF e = extents();
-    return e.isEmpty() ? 0 : e.width() / e.height();
 }
 
 void DXFItem::fillContextMenu(QMenu* menu) {

@@ -53,13 +53,10 @@ public:
 
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-    void fillEditMenu(QMenu* menu) override { fillContextMenu(menu); }
-    void applyEditMenu(int data) override { applyContextMenu(data); }
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 protected:
-    QSizeF clickSize() const override;
-    double drawnAspect() const override;
+    QSizeF naturalSize() const override { return extents().size() * m_unitPixels; }
     bool keepsAspect() const override { return true; }
     void frameChanged() override;
     void recalibrate() override;

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QDomElement>
+#include <QGraphicsRectItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QPainter>
 
@@ -31,6 +32,21 @@ double sign(double v) {
 FrameItem::FrameItem(QGraphicsItem* parent, QGraphicsItem* shape, unsigned long subType)
     : ShapeItem(parent, shape, subType, 2) {}
 
+FrameItem::FrameItem(QGraphicsItem* parent, unsigned long subType)
+    : FrameItem(parent, new QGraphicsRectItem, subType) {
+    m_invisible = true;
+    child<QGraphicsRectItem>()->setPen(Qt::NoPen);
+}
+
+void FrameItem::setPen(const QPen& pen) {
+    if (!m_invisible) {
+        ShapeItem::setPen(pen);
+        return;
+    }
+    AbstractBaseItem::setPen(pen);
+    update();
+}
+
 QPointF FrameItem::centroid() {
     return frame().center();
 }
@@ -45,6 +61,8 @@ void FrameItem::setFrameRect(const QRectF& frame) {
     prepareGeometryChange();
     m_mline = {r.topLeft(), r.bottomRight()};
     setTransformOriginPoint(r.center());
+    if (auto* rect = qgraphicsitem_cast<QGraphicsRectItem*>(childShape()))
+        rect->setRect(r);
     frameChanged();
     update();
     refreshHandgrips();
@@ -67,18 +85,18 @@ void FrameItem::mousePress(QGraphicsSceneMouseEvent* event) {
         return;
     m_creationStarted = true;
     m_press = mapFromScene(event->scenePos());
-    setFrameRect(QRectF(m_press, clickSize()));
+    setFrameRect(QRectF(m_press, laidSize()));
 }
 
 void FrameItem::mouseMove(QGraphicsSceneMouseEvent* event) {
     const QPointF d = mapFromScene(event->scenePos()) - m_press;
     if (std::abs(d.x()) < ClickSlack && std::abs(d.y()) < ClickSlack) {
-        setFrameRect(QRectF(m_press, clickSize()));
+        setFrameRect(QRectF(m_press, laidSize()));
         return;
     }
     QPointF span = d;
     if (m_constrained || keepsAspect()) {
-        const double aspect = drawnAspect() > 0 ? drawnAspect() : 1.0;
+        const double aspect = laidSize().width() / laidSize().height();
         const double w = std::max(std::abs(d.x()), std::abs(d.y()) * aspect);
         span = QPointF(sign(d.x()) * w, sign(d.y()) * w / aspect);
     }

@@ -16,6 +16,8 @@ public:
     static constexpr double MinSide = 2;
 
     long mesuresFlag() const override { return 0; }
+    // An invisible frame keeps no pen: the pen colours what the item paints.
+    void setPen(const QPen& pen) override;
     QPointF centroid() override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
@@ -27,6 +29,10 @@ public:
     void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
     void handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
 
+    // The edit menu (a double click) is the context menu.
+    void fillEditMenu(QMenu* menu) override { fillContextMenu(menu); }
+    void applyEditMenu(int data) override { applyContextMenu(data); }
+
     QRectF boundingRect() const override;
 
     // The frame in item coordinates.
@@ -37,12 +43,16 @@ public:
     void setFrameRectKeeping(const QRectF& frame, const QPointF& kept);
 
 protected:
+    // The child shape follows the frame when it is a rectangle item; without one, the frame is an
+    // invisible rectangle that gives the item its shape, and the item paints its content itself.
     FrameItem(QGraphicsItem* parent, QGraphicsItem* shape, unsigned long subType);
+    FrameItem(QGraphicsItem* parent, unsigned long subType);
 
-    // The frame a click lays, its top-left corner at the click.
-    virtual QSizeF clickSize() const { return {100, 100}; }
-    // The width / height ratio Shift keeps while the frame is drawn; 0 for a square.
-    virtual double drawnAspect() const { return 0; }
+    // The content's own size (a picture's pixels), empty when it has none: a click lays the frame
+    // at that size, its top-left corner at the click, and Shift keeps that shape while it is drawn.
+    virtual QSizeF naturalSize() const { return {}; }
+    // The frame a click lays when there is no natural size.
+    virtual QSizeF clickSize() const { return {160, 120}; }
     virtual bool turns() const { return true; }
     // Whether the frame always keeps its aspect ratio, as a drawing does.
     virtual bool keepsAspect() const { return false; }
@@ -61,6 +71,8 @@ protected:
     void writeGeometry(QDomElement& e) const override;
     void readGeometry(const QDomElement& e) override;
 
+    QSizeF laidSize() const { return naturalSize().isEmpty() ? clickSize() : naturalSize(); }
+
 private:
     void scaleByCorner(int id, const QPointF& scenePos, bool keepAspect);
 
@@ -69,4 +81,5 @@ private:
     double m_pressRotation = 0;
     // Shift at the press keeps the aspect ratio for the whole drag.
     bool m_pressShift = false;
+    bool m_invisible = false;
 };

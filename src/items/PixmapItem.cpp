@@ -4,7 +4,6 @@
 
 #include <QBuffer>
 #include <QDomElement>
-#include <QGraphicsRectItem>
 #include <QMenu>
 #include <QPainter>
 
@@ -13,8 +12,6 @@
 namespace {
 
 constexpr int opacities[] = {100, 75, 50, 25};
-// A placeholder's size when there is no picture to take it from.
-const QSizeF placeholderSize(160, 120);
 
 } // namespace
 
@@ -23,17 +20,15 @@ const qint64 PixmapItem::MaxPixels = PictureReader::MaxPixels;
 const qint64 PixmapItem::MaxFileBytes = PictureReader::MaxFileBytes;
 
 PixmapItem::PixmapItem(QGraphicsItem* parent, int id, void* context)
-    : FrameItem(parent, new QGraphicsRectItem, 1) {
+    : FrameItem(parent, 1) {
     initIdentity(id);
-    // The child only gives the frame its shape: the picture or the placeholder is painted here.
-    child<QGraphicsRectItem>()->setPen(Qt::NoPen);
     const _AUTOPOINTPARAMS* params = startGenerated(context);
     if (!params)
         return;
     if (params->texts.contains(QStringLiteral("file")))
         setFileName(params->texts.value(QStringLiteral("file")));
     setFrameRect(params->rect.isValid() ? mapRectFromScene(params->rect)
-                                        : QRectF(mapFromScene(params->center), clickSize()));
+                                        : QRectF(mapFromScene(params->center), laidSize()));
 }
 
 bool PixmapItem::setFileName(const QString& fileName) {
@@ -67,14 +62,6 @@ void PixmapItem::setEmbedded(bool embedded) {
 void PixmapItem::setOpacityPercent(int percent) {
     m_opacity = std::clamp(percent, 0, 100);
     update();
-}
-
-QSizeF PixmapItem::clickSize() const {
-    return m_image.isNull() ? placeholderSize : QSizeF(m_image.size());
-}
-
-double PixmapItem::drawnAspect() const {
-    return m_image.isNull() ? 0 : double(m_image.width()) / m_image.height();
 }
 
 void PixmapItem::transformStep(int grip, bool last) {

@@ -43,13 +43,10 @@ public:
 
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-    void fillEditMenu(QMenu* menu) override { fillContextMenu(menu); }
-    void applyEditMenu(int data) override { applyContextMenu(data); }
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 protected:
-    QSizeF clickSize() const override;
-    double drawnAspect() const override;
+    QSizeF naturalSize() const override { return m_image.size(); }
     void transformStep(int grip, bool last) override;
     void writeGeometry(QDomElement& e) const override;
     void readGeometry(const QDomElement& e) override;

@@ -17,8 +17,6 @@ public:
     void setMood(int mood);
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override { setMood(data); }
-    void fillEditMenu(QMenu* menu) override { fillContextMenu(menu); }
-    void applyEditMenu(int data) override { setMood(data); }
 
     // The face of a mood inside r: its outline, two eyes and the mouth.
     static QPainterPath face(const QRectF& r, int mood);

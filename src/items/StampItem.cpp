@@ -12,6 +12,7 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QPainter>
+#include <QRegularExpression>
 
 #include <cmath>
 
@@ -49,15 +50,11 @@ int graduationCount(double length) {
     return std::abs(digit - 1) < 1e-9 ? 10 : 4;
 }
 
+// "50.00" reads "50", "0.50" "0.5".
 QString trimmedNumber(double v, int decimals) {
-    QString text = QString::number(v, 'f', decimals);
-    if (text.contains(QLatin1Char('.'))) {
-        while (text.endsWith(QLatin1Char('0')))
-            text.chop(1);
-        if (text.endsWith(QLatin1Char('.')))
-            text.chop(1);
-    }
-    return text;
+    static const QRegularExpression trailingZeros(QStringLiteral("\\.?0+$"));
+    const QString text = QString::number(v, 'f', decimals);
+    return text.contains(QLatin1Char('.')) ? QString(text).remove(trailingZeros) : text;
 }
 
 } // namespace

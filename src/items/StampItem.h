@@ -69,10 +69,12 @@ public slots:
     bool computeMesures(void* arg) override;
 
 protected:
-    QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
+    // The length is derived, not saved.
     bool savesMesures() const override { return false; }
     void writeGeometry(QDomElement& e) const override;
     void readGeometry(const QDomElement& e) override;
+    // Follows the image of the scene it is on; leaves its corner when moved.
+    QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
 
 private:
     struct Layout {

@@ -43,8 +43,6 @@ public:
 
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-    void fillEditMenu(QMenu* menu) override { fillContextMenu(menu); }
-    void applyEditMenu(int data) override { applyContextMenu(data); }
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 public slots:

@@ -815,6 +815,7 @@ void TestPictures::exportedSceneLoadsBackAsADrawing() {
     DXFItem* item = laidDrawing(w, first, {10, 10});
     QVERIFY(item && item->warning().isEmpty());
     QVERIFY(choose(item, "Origin at the bottom left corner"));
+    item->setPen(QPen(Qt::blue, 2)); // colours the drawing; the frame stays unseen
     w.scene.clearSelection();
     QCOMPARE(tools2DXF(second, &w.scene), 0);
     const QList<QPolygonF> before = drawnInScene(first, v.scene.sceneRect());
