@@ -72,12 +72,16 @@ void CircleNote::rebuild() {
 }
 
 void CircleNote::setRegion(const QPointF& centre, double radius) {
+    if (!isSceneNumber(centre.x()) || !isSceneNumber(centre.y()))
+        return;
     m_mline[0] = centre;
     m_radius1 = clampedRadius(radius);
     rebuild();
 }
 
 void CircleNote::setNoteCentre(const QPointF& centre) {
+    if (!isSceneNumber(centre.x()) || !isSceneNumber(centre.y()))
+        return;
     m_mline[1] = centre;
     rebuild();
 }

@@ -186,7 +186,9 @@ void DXFItem::setUnits(int code) {
 }
 
 void DXFItem::placeOrigin(const QPointF& scenePos) {
-    setPos(pos() + scenePos - mapToScene(m_origin));
+    const QPointF to = pos() + scenePos - mapToScene(m_origin);
+    if (isSceneNumber(to.x()) && isSceneNumber(to.y()))
+        setPos(to);
 }
 
 void DXFItem::setLayerVisible(const QString& name, bool visible) {

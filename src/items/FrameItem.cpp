@@ -57,6 +57,9 @@ QRectF FrameItem::boundingRect() const {
 }
 
 void FrameItem::setFrameRect(const QRectF& frame) {
+    if (!isSceneNumber(frame.x()) || !isSceneNumber(frame.y()) || !isSceneNumber(frame.width()) ||
+        !isSceneNumber(frame.height()))
+        return;
     const QRectF r = frame.normalized();
     prepareGeometryChange();
     m_mline = {r.topLeft(), r.bottomRight()};
@@ -75,6 +78,8 @@ void FrameItem::setFrameRectKeeping(const QRectF& frame, const QPointF& kept) {
 }
 
 void FrameItem::rotate(double angle) {
+    if (!std::isfinite(angle))
+        return;
     setTransformOriginPoint(frame().center());
     setRotation(angle);
     m_rotation = angle;

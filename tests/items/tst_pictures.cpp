@@ -542,6 +542,9 @@ void TestPictures::noteEdits() {
     QCOMPARE(note->accessmesure(AbstractBaseItem::Rad1), 15.0);
     QCOMPARE(spy.end.count(), 2);
     checkXmlRoundTrip(note);
+    const QPointF noteAt = note->noteCentre();
+    note->setNoteCentre({qQNaN(), 1});
+    QCOMPARE(note->noteCentre(), noteAt);
     // A note over its region has no outer tangent.
     note->setNoteCentre(note->regionCentre() + QPointF(30, 0));
     QVERIFY(note->tangents().isEmpty());
