@@ -36,8 +36,8 @@ Row rowOf(AbstractBaseItem* item) {
     Row row{item->getType(), item->getGUIDname(), {}, {}};
     auto* vickers = qgraphicsitem_cast<VickersPItem*>(item);
     for (int i = 0; i < item->maxMesuresNum(); ++i) {
-        // The indentation keeps its own quantities in the measure slots.
-        const QString label = vickers ? vickers->slotText(i) : item->formatTextMesure(i);
+        // As the item's label names it: the indentation keeps its own quantities in the slots.
+        const QString label = item->displayedMesure(i);
         const double value = item->accessmesure(i);
         if (value != 0 && std::isfinite(value) && !label.isEmpty())
             row.measures << Measure{label, value};

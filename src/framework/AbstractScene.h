@@ -41,6 +41,12 @@ public:
     Calibration calibration() const { return m_calibration; }
     bool hasCalibration() const { return m_hasCalibration; }
 
+    // The folder of the document the scene is saved in or read from, empty when it has none: items
+    // that refer to files (pictures) name them relative to it. A document loader sets it before it
+    // creates the items, and a writer before it saves them.
+    void setDocumentFolder(const QString& folder) { m_documentFolder = folder; }
+    QString documentFolder() const { return m_documentFolder; }
+
     // Drawing: the item is added to the scene and receives the scene's mouse events (left button,
     // Shift constrains) until its release says creation is complete, or a double click or
     // Return/Enter completes it; endEdition then accepts it, left selected, or rejects it, removed
@@ -91,6 +97,7 @@ private:
     QImage m_image;
     Calibration m_calibration;
     bool m_hasCalibration = false;
+    QString m_documentFolder;
     double m_zoomX = 1.0;
     double m_zoomY = 1.0;
     bool m_verticalZoomInForce = false;

@@ -6,22 +6,28 @@
 #include "ArrowItem.h"
 #include "Circle3.h"
 #include "CircleItem.h"
+#include "CircleNote.h"
 #include "CrossHItem.h"
 #include "CrossItem.h"
 #include "CrossVItem.h"
 #include "Custom1.h"
 #include "Distance.h"
+#include "DXFItem.h"
 #include "Intersection.h"
 #include "ItemTypes.h"
 #include "LineItem.h"
+#include "PixmapItem.h"
 #include "PointItem.h"
 #include "Projection.h"
 #include "RectCalibItem.h"
 #include "RectangleItem.h"
 #include "RectangleItemFeret.h"
 #include "RulerItem.h"
+#include "SmileyItem.h"
+#include "StampItem.h"
 #include "Tangent.h"
 #include "VickersPItem.h"
+#include "VideoItem.h"
 #include "eTextItem.h"
 
 #include <QCoreApplication>
@@ -75,18 +81,18 @@ QList<Row> makeRows() {
         built<CrossItem>(QT_TRANSLATE_NOOP("NAMES", "CrossItem"), L::Tools, 13, D::Translated, ":/orthosnap.png"),
         built<RectCalibItem>("RectCalibItem", L::None, 0, D::Itself, pencil),
         planned("PolygonShapeItem", T::PolygonShapeItem, L::None, 0, D::Itself, pencil),
-        planned("DXFItem", T::DXFItem, L::None, 0, D::Absent, pencil),
+        built<DXFItem>("DXFItem", L::None, 0, D::Absent, pencil),
         planned(QT_TRANSLATE_NOOP("NAMES", "LassoItem"), T::LassoItem, L::None, 0, D::Translated, ":/poly.png"),
         built<VickersPItem>("VickersPItem", L::None, 0, D::Absent, ":/poly.png"),
         built<RectangleItemFeret>("RectangleItemFeret", L::None, 0, D::Absent, pencil),
         built<RulerItem>(QT_TRANSLATE_NOOP("NAMES", "RulerItem"), L::Annotations, 7, D::Translated, ":/qrule.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "StampItem"), T::StampItem, L::Annotations, 8, D::Translated, ":/qrule.png"),
+        built<StampItem>(QT_TRANSLATE_NOOP("NAMES", "StampItem"), L::Annotations, 8, D::Translated, ":/qrule.png"),
         built<eTextItem>(QT_TRANSLATE_NOOP("NAMES", "eTextItem"), L::Annotations, 1, D::Translated, ":/font.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "PixmapItem"), T::PixmapItem, L::Annotations, 5, D::Translated, ":/image.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "SmileyItem"), T::SmileyItem, L::Annotations, 4, D::Translated, ":/smiley.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "VideoItem"), T::VideoItem, L::Annotations, 6, D::Translated, ":/zoomplus.png"),
+        built<PixmapItem>(QT_TRANSLATE_NOOP("NAMES", "PixmapItem"), L::Annotations, 5, D::Translated, ":/image.png"),
+        built<SmileyItem>(QT_TRANSLATE_NOOP("NAMES", "SmileyItem"), L::Annotations, 4, D::Translated, ":/smiley.png"),
+        built<VideoItem>(QT_TRANSLATE_NOOP("NAMES", "VideoItem"), L::Annotations, 6, D::Translated, ":/zoomplus.png"),
         built<Custom1>(QT_TRANSLATE_NOOP("NAMES", "Custom1"), L::Annotations, 9, D::Translated, ":/protractor.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "CircleNote"), T::CircleNote, L::Annotations, 12, D::Translated, ":/circle.png"),
+        built<CircleNote>(QT_TRANSLATE_NOOP("NAMES", "CircleNote"), L::Annotations, 12, D::Translated, ":/circle.png"),
         built<CrossHItem>(QT_TRANSLATE_NOOP("NAMES", "CrossHItem"), L::Annotations, 10, D::Translated, pencil),
         built<CrossVItem>(QT_TRANSLATE_NOOP("NAMES", "CrossVItem"), L::Annotations, 11, D::Translated, pencil),
         built<ArrowItem>(QT_TRANSLATE_NOOP("NAMES", "ArrowItem"), L::Annotations, 2, D::Translated, ":/arrow.png"),
