@@ -8,11 +8,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QSaveFile>
-#include <QTemporaryFile>
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <sys/stat.h>
 
 bool sameFile(const QString& a, const QString& b) {
@@ -57,42 +53,7 @@ bool writeImage(const QImage& image, const QString& target, QString* error) {
     return true;
 }
 
-namespace {
-
-// Whether a DXF file was written to its end.
-bool completeDxf(const QString& fileName) {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly) || file.size() < 4)
-        return false;
-    file.seek(file.size() - qMin<qint64>(file.size(), 16));
-    return file.readAll().trimmed().endsWith("EOF");
-}
-
-} // namespace
-
 bool writeDxf(const QString& target, AbstractScene* scene, QString* error) {
-    const QFileInfo info(target);
-    QTemporaryFile temp(info.absolutePath() + QStringLiteral("/.gotool-XXXXXX.dxf"));
-    if (!temp.open()) {
-        *error = QStringLiteral("cannot write %1: %2").arg(target, temp.errorString());
-        return false;
-    }
-    temp.close();
-    tools2DXF(temp.fileName(), scene);
-    if (!completeDxf(temp.fileName())) {
-        *error = QStringLiteral("cannot write %1: the DXF writer did not finish the drawing").arg(target);
-        return false;
-    }
-    temp.setPermissions(info.exists()
-                            ? info.permissions()
-                            : QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
-    // rename() replaces the target in one step, and writes through no link the target may be.
-    if (std::rename(QFile::encodeName(temp.fileName()).constData(), QFile::encodeName(target).constData()) !=
-        0) {
-        *error =
-            QStringLiteral("cannot write %1: %2").arg(target, QString::fromLocal8Bit(std::strerror(errno)));
-        return false;
-    }
-    temp.setAutoRemove(false);
-    return true;
+    // The export writes a temporary file and renames it over the target, pictures included.
+    return exportSceneToDxf(target, scene, error);
 }

@@ -21,6 +21,7 @@ const QString ArrowHeadKey = QStringLiteral("line_arrowHead");
 const QString ArrowFactorKey = QStringLiteral("line_arrowFactor");
 
 constexpr double Pi = 3.14159265358979323846;
+constexpr int MaxArrowFactor = 1000;
 
 using MenuEntry = AbstractBaseItem::MenuEntry;
 
@@ -299,6 +300,7 @@ void LineItem::readGeometry(const QDomElement& e) {
     m_mline[1] = readPoint(e, QStringLiteral("end"));
     m_arrowTail = e.attribute(QStringLiteral("arrowTail")).toInt(nullptr, 10) != 0;
     m_arrowHead = e.attribute(QStringLiteral("arrowHead")).toInt(nullptr, 10) != 0;
-    m_arrowFactor = e.attribute(QStringLiteral("arrowFactor")).toInt(nullptr, 10);
+    // Heads larger than any scene are clamped.
+    m_arrowFactor = qBound(0, e.attribute(QStringLiteral("arrowFactor")).toInt(nullptr, 10), MaxArrowFactor);
     placeLine();
 }

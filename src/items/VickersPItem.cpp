@@ -102,6 +102,8 @@ QString VickersPItem::getSimpleHELP() {
 }
 
 void VickersPItem::setCharge(double newtons) {
+    if (!(newtons >= 0) || !isSceneNumber(newtons))
+        return;
     m_charge = newtons;
     recompute(false);
 }
@@ -317,7 +319,8 @@ void VickersPItem::readGeometry(const QDomElement& e) {
         const QPointF p = stringToVariant(part, QMetaType::QPointF).toPointF();
         addCorner(isSceneNumber(p.x()) && isSceneNumber(p.y()) ? p : QPointF());
     }
-    m_charge = e.attribute(QStringLiteral("charge")).toDouble();
+    // A load is a positive force: anything else reads as no load.
+    m_charge = std::max(0.0, readNumber(e, QStringLiteral("charge")));
     m_highPrecision = true;
     m_modeEdition = m_mline.size() >= CornerCount ? EditionComplete : EditionCreating;
     // The saved measures stand: they were computed with the calibration of their time.

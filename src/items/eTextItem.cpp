@@ -5,6 +5,7 @@
 #include "TextItem.h"
 #include "TextItemDialog.h"
 #include "VariantText.h"
+#include "XmlRead.h"
 
 #include <QDomElement>
 #include <QFocusEvent>
@@ -31,6 +32,8 @@ QString linkedText(const AbstractBaseItem& source) {
     mesure.unit.clear();
     return QStringLiteral("%1 %2 %3").arg(source.getGUIDname(), mesure.label(), unit).simplified();
 }
+
+constexpr double MaxFontSize = 2000;
 
 constexpr int rotationGripPositions[] = {HoverEventItem::TopLeft, HoverEventItem::TopRight,
                                          HoverEventItem::BottomLeft, HoverEventItem::BottomRight};
@@ -387,8 +390,9 @@ bool eTextItem::fromXml(const QDomElement& e) {
     const QString family = e.attribute(QStringLiteral("font-family"));
     if (!family.isEmpty())
         font.setFamily(family);
-    const double size = e.attribute(QStringLiteral("font-size")).toDouble();
-    if (size > 0)
+    const double size = readNumber(e, QStringLiteral("font-size"));
+    // Sizes no text is written in are refused.
+    if (size > 0 && size <= MaxFontSize)
         font.setPointSizeF(size);
     setFont(font);
 
@@ -398,7 +402,7 @@ bool eTextItem::fromXml(const QDomElement& e) {
     setPen(m_pen);
     m_linkName = e.attribute(QStringLiteral("linkname"));
 
-    rotate(e.attribute(QStringLiteral("rotation")).toDouble());
+    rotate(readNumber(e, QStringLiteral("rotation")));
     m_recentering = true;
     setPos(stringToVariant(e.attribute(QStringLiteral("pos")), QMetaType::QPointF).toPointF());
     m_recentering = false;

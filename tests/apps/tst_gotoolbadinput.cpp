@@ -84,9 +84,9 @@ private slots:
         row("picture beyond the limits", "render wide-scene.xml -o out.png --scale 2", 1,
             "a picture of 65536 x 16384 pixels is " + limit);
         row("dxf into a missing folder", "export scene.xml no-folder/out.dxf", 1,
-            "cannot write no-folder/out.dxf: No such file or directory");
+            "cannot write DXF file \"no-folder/out.dxf\": No such file or directory");
         row("dxf over a folder", "export scene.xml folder.dxf --force", 1,
-            "cannot write folder.dxf: Is a directory");
+            "cannot write DXF file \"folder.dxf\": Filename refers to a directory");
         row("10 MB of nested elements", "measure nested.xml", 1,
             "nested.xml: not opened: elements are nested deeper than 64");
         row("10 MB of items", "measure many-items.xml", 1,

@@ -638,7 +638,7 @@ void TestPictures::dxfExportOfEachKind() {
     QSet<QString> types;
     for (const QJsonValue& e : report["entities"].toArray())
         types.insert(e["type"].toString());
-    QCOMPARE(types, (QSet<QString>{"LWPOLYLINE", "LINE", "HATCH", "TEXT"}));
+    QCOMPARE(types, (QSet<QString>{"LWPOLYLINE", "LINE", "HATCH", "TEXT", "IMAGE"}));
 }
 
 void TestPictures::drawingUnits_data() {
