@@ -39,6 +39,8 @@ void TestItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget
 }
 
 void TestItem::setMesure(int i, double calibrated, double pixels) {
+    if (i < 0 || i >= MesuresCount)
+        return;
     m_mesure[i] = calibrated;
     m_mesureP[i] = pixels;
 }
