@@ -254,7 +254,8 @@ void CircleNote::sceneImageChanged() {
 void CircleNote::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("region"), variantToString(regionCentre()));
     e.setAttribute(QStringLiteral("note"), variantToString(noteCentre()));
-    e.setAttribute(QStringLiteral("radius1"), QString::number(m_radius1, 'g', 10));
+    // Every digit: the loaded note measures what the saved one did.
+    e.setAttribute(QStringLiteral("radius1"), QString::number(m_radius1, 'g', 17));
     e.setAttribute(QStringLiteral("zoom"), m_zoom);
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
 }
