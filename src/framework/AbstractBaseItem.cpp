@@ -11,6 +11,7 @@
 #include <QCursor>
 #include <QDomDocument>
 #include <QGraphicsSceneContextMenuEvent>
+#include <QHash>
 #include <QMenu>
 #include <QUuid>
 
@@ -22,10 +23,13 @@ AbstractBaseItem::AbstractBaseItem(QGraphicsItem* parent, int, void*)
     // Rotations and scales reach itemChange, which keeps the centroid grip's size on screen.
     setFlag(ItemSendsGeometryChanges, true);
     m_label->setTextColor(Qt::red);
-    m_penCentroidText.setCosmetic(true);
-    m_penCentroidText.setColor(Qt::red);
-    m_penCentroidText.setWidth(1);
-    m_penCentroidText.setStyle(Qt::DotLine);
+    // One pen shared by every new item: copies of a pen share its data.
+    static const QPen leader = [] {
+        QPen pen(Qt::red, 1, Qt::DotLine);
+        pen.setCosmetic(true);
+        return pen;
+    }();
+    m_penCentroidText = leader;
 }
 
 // The handgrips and the label are graphics children and go with the item.
@@ -229,7 +233,12 @@ void AbstractBaseItem::computeGUID(const QString& name, int index) {
 }
 
 void AbstractBaseItem::initIdentity(int id, const char* mesureKey, int mesureDefault) {
-    m_type = QString::fromLatin1(metaObject()->className());
+    // One copy of each class name, shared by all its items.
+    static QHash<const QMetaObject*, QString> typeNames;
+    auto type = typeNames.find(metaObject());
+    if (type == typeNames.end())
+        type = typeNames.insert(metaObject(), QString::fromLatin1(metaObject()->className()));
+    m_type = *type;
     computeGUID(m_type, id);
     if (m_guidName.isEmpty())
         m_guidName = m_type + QString::number(id);

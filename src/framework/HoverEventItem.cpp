@@ -66,6 +66,24 @@ QCursor gripCursor(int type) {
     }
 }
 
+// The cosmetic outline of a colour, shared by the grips that use it.
+QPen outlinePen(const QColor& colour) {
+    static QHash<QRgb, QPen> pens;
+    auto it = pens.find(colour.rgba());
+    if (it == pens.end()) {
+        QPen pen(colour, 1);
+        pen.setCosmetic(true);
+        it = pens.insert(colour.rgba(), pen);
+    }
+    return *it;
+}
+
+// Copies share one font: a grip carries no font of its own until it is given one.
+const QFont& defaultGripFont() {
+    static const QFont font(QStringLiteral("Courier"), 12, QFont::Normal, false);
+    return font;
+}
+
 // The look every grip of a kind and size shares: built once, shared by all grips.
 struct GripLook {
     QBrush brush;
@@ -113,7 +131,7 @@ int HoverEventItemSize() {
 HoverEventItem::HoverEventItem(QObject* owner, QGraphicsItem* parent, int id, int type)
     : QObject(owner)
     , QGraphicsPathItem(parent)
-    , m_font(QStringLiteral("Courier"), 12, QFont::Normal, false)
+    , m_font(defaultGripFont())
     , m_textColor(settings().text)
     , m_id(id)
     , m_type(type) {
@@ -153,10 +171,7 @@ void HoverEventItem::ensureFrame() {
 
 void HoverEventItem::applyLook() {
     const GripSettings& s = settings();
-    QPen outline(m_lockstate ? QColor(150, 150, 150) : s.outline);
-    outline.setCosmetic(true);
-    outline.setWidth(1);
-    setPen(outline);
+    setPen(outlinePen(m_lockstate ? QColor(150, 150, 150) : s.outline));
     if (!m_frame)
         return;
     QPen framePen(m_lockstate ? QColor(150, 150, 150) : s.frame);

@@ -6,6 +6,7 @@
 #include "XmlRead.h"
 
 #include <QDomElement>
+#include <QHash>
 
 namespace {
 
@@ -15,6 +16,32 @@ int intAttribute(const QDomElement& e, const QString& key) {
 
 QString mesureKey(const char* pattern, int i) {
     return QString::asprintf(pattern, i);
+}
+
+// A round-capped, round-joined pen, shared by the items loaded with the same colour, width and style.
+QPen sharedPen(const QColor& color, int width, Qt::PenStyle style) {
+    static QHash<QString, QPen> pens;
+    const QString key = QStringLiteral("%1 %2 %3").arg(color.name(QColor::HexArgb)).arg(width).arg(int(style));
+    auto it = pens.find(key);
+    if (it == pens.end()) {
+        if (pens.size() > 256)
+            pens.clear();
+        it = pens.insert(key, QPen(QBrush(color, Qt::SolidPattern), width, style, Qt::RoundCap, Qt::RoundJoin));
+    }
+    return *it;
+}
+
+// The font a description names, shared by every item loaded with it: a scene's items use a few
+// fonts, and a font of its own costs an item more than the rest of it.
+QFont sharedFont(const QString& description) {
+    static QHash<QString, QFont> fonts;
+    auto it = fonts.find(description);
+    if (it == fonts.end()) {
+        if (fonts.size() > 256)
+            fonts.clear();
+        it = fonts.insert(description, stringToVariant(description, QMetaType::QFont).value<QFont>());
+    }
+    return *it;
 }
 
 } // namespace
@@ -50,10 +77,10 @@ void AbstractBaseItem::commonReadXML(const QDomElement& e) {
     // Styles outside Qt's range would make the pen unusable; they draw nothing, as a missing style does.
     const Qt::PenStyle penStyle =
         style >= Qt::NoPen && style <= Qt::CustomDashLine ? Qt::PenStyle(style) : Qt::NoPen;
-    m_pen = QPen(QBrush(color, Qt::SolidPattern), qMax(0, width), penStyle, Qt::RoundCap, Qt::RoundJoin);
+    m_pen = sharedPen(color, qMax(0, width), penStyle);
 
-    m_font = stringToVariant(e.attribute(QStringLiteral("font1")), QMetaType::QFont).value<QFont>();
-    m_font2 = stringToVariant(e.attribute(QStringLiteral("font2")), QMetaType::QFont).value<QFont>();
+    m_font = sharedFont(e.attribute(QStringLiteral("font1")));
+    m_font2 = sharedFont(e.attribute(QStringLiteral("font2")));
     if (m_label)
         m_label->setPos(
             stringToVariant(e.attribute(QStringLiteral("textPos")), QMetaType::QPointF).toPointF());

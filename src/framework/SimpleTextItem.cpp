@@ -6,6 +6,7 @@
 #include <QGraphicsScene>
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
+#include <QHash>
 
 SimpleTextItem::SimpleTextItem(QGraphicsItem* parent)
     : QGraphicsSimpleTextItem(parent) {
@@ -13,8 +14,16 @@ SimpleTextItem::SimpleTextItem(QGraphicsItem* parent)
     setFlag(ItemIsSelectable, true);
 }
 
+// Labels of one colour share one brush.
 void SimpleTextItem::setTextColor(const QColor& color) {
-    setBrush(QBrush(color));
+    static QHash<QRgb, QBrush> brushes;
+    auto it = brushes.find(color.rgba());
+    if (it == brushes.end()) {
+        if (brushes.size() > 256)
+            brushes.clear();
+        it = brushes.insert(color.rgba(), QBrush(color));
+    }
+    setBrush(*it);
 }
 
 QColor SimpleTextItem::textColor() const {
