@@ -7,6 +7,15 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
 #include <QHash>
+#include <QPainter>
+#include <QStyleOptionGraphicsItem>
+
+namespace {
+
+// Device pixels below which a line of text is a smudge, not text.
+constexpr double MinReadableHeight = 4;
+
+} // namespace
 
 SimpleTextItem::SimpleTextItem(QGraphicsItem* parent)
     : QGraphicsSimpleTextItem(parent) {
@@ -28,6 +37,13 @@ void SimpleTextItem::setTextColor(const QColor& color) {
 
 QColor SimpleTextItem::textColor() const {
     return brush().color();
+}
+
+void SimpleTextItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) {
+    const double scale = QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
+    if (scale * boundingRect().height() < MinReadableHeight)
+        return;
+    QGraphicsSimpleTextItem::paint(painter, option, widget);
 }
 
 void SimpleTextItem::mousePressEvent(QGraphicsSceneMouseEvent* event) {

@@ -11,6 +11,8 @@ public:
 
     void setTextColor(const QColor& color);
     QColor textColor() const;
+    // Text too small to read on the device is not drawn.
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 protected:
     // A label never hides a handgrip: a press over a visible grip goes on to the grip.
