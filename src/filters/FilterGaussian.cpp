@@ -1,5 +1,8 @@
+#include "FilterKernels.h"
 #include "FilterRows.h"
 #include "ImageFilters.h"
+
+#include <QtDebug>
 
 #include <cmath>
 #include <cstring>
@@ -11,34 +14,37 @@ namespace {
 
 constexpr double Pi = 3.14159265358979323846;
 
-// Kernels never need to reach further than across the whole image.
-int widthCap(const QImage& image) {
-    return 2 * std::max(image.width(), image.height()) + 3;
-}
+// Square kernels are as wide as asked; wider ones than this are refused rather than narrowed, since
+// their buffers and their time grow with the width.
+constexpr int MaxSquareWidth = 8191;
 
-int widthFromRadius(float radius, int cap) {
-    return int(std::min(2.0 * std::ceil(double(radius)) + 1.0, double(cap)));
+// The blur drops the taps that fall outside the image, so its kernel never needs to reach further
+// than across the whole image.
+int blurWidthCap(const QImage& image) {
+    return 2 * std::max(image.width(), image.height()) + 3;
 }
 
 double gauss1D(int u, double sigma) {
     return std::exp(-double(u) * u / (2 * sigma * sigma)) / (sigma * std::sqrt(2 * Pi));
 }
 
-// Width of the square kernels: the first candidate whose outermost normalised weight vanishes at
-// 16-bit precision, less two.
-int squareKernelWidth(float radius, double sigma, int cap) {
-    if (radius > 0)
-        return widthFromRadius(radius, cap);
+// Width of the square kernels: 2 ceil(radius) + 1, or else the first candidate whose outermost
+// normalised weight vanishes at 16-bit precision, less two. 0 when wider than MaxSquareWidth.
+int squareKernelWidth(float radius, double sigma) {
+    if (radius > 0) {
+        const double width = 2.0 * std::ceil(double(radius)) + 1.0;
+        return width <= MaxSquareWidth ? int(width) : 0;
+    }
     double sum = 0;
     for (int u = -2; u <= 2; ++u)
         sum += gauss1D(u, sigma);
-    for (int w = 5; w <= cap; w += 2) {
+    for (int w = 5; w <= MaxSquareWidth + 2; w += 2) {
         if (w > 5)
             sum += 2 * gauss1D(w / 2, sigma);
         if (int(gauss1D(w / 2, sigma) / sum * 65535) <= 0)
             return w - 2;
     }
-    return cap;
+    return 0;
 }
 
 // The one-dimensional blur kernel, each weight gathering three sub-samples.
@@ -58,7 +64,7 @@ std::vector<float> blurKernel(int w, double sigma) {
 
 int blurWidth(float radius, double sigma, int cap) {
     if (radius > 0)
-        return widthFromRadius(radius, cap);
+        return int(std::min(2.0 * std::ceil(double(radius)) + 1.0, double(cap)));
     int last = 1;
     for (int w = 3; w <= cap && int(blurKernel(w, sigma)[0] * 255) > 0; w += 2)
         last = w;
@@ -74,31 +80,30 @@ inline uchar toByte(float v) {
     return uchar(int(std::min(std::max(v, 0.0f), 255.0f) + 0.5f));
 }
 
-inline void toBytes(const float* in, uchar* out, int n) {
-    for (int j = 0; j < n; ++j)
-        out[j] = toByte(in[j]);
-}
+using Floats4 = float __attribute__((vector_size(16)));
+using Floats8 = float __attribute__((vector_size(32)));
+using Floats16 = float __attribute__((vector_size(64)));
 
 // The sums over taps i of k[i] * rows[i][j], added tap after tap in the order of i to init[j] (or to
-// zero when init is null), handed to finish(j, sums, count) for count outputs from j. Blocks of 64
-// outputs keep their sums in eight vector registers, enough to hide the latency of the additions,
-// instead of streaming the row through the cache once per tap.
-template <typename Finish>
+// zero when init is null), handed to finish(j, sums, count) for count outputs from j. Blocks of eight
+// vectors keep their sums in registers, enough to hide the latency of the additions, instead of
+// streaming the row through the cache once per tap. Every vector width adds the same products in
+// the same order.
+template <typename V, typename Finish>
 [[gnu::always_inline]] inline void weightedSums(const float* const* rows, const float* k, int taps, int n,
                                                 const float* init, Finish finish) {
-    using Floats8 = float __attribute__((vector_size(32)));
-    constexpr int Vectors = 8, Block = 8 * Vectors;
+    constexpr int Lanes = int(sizeof(V) / sizeof(float)), Vectors = 8, Block = Lanes * Vectors;
     int j = 0;
     for (; j + Block <= n; j += Block) {
-        Floats8 a[Vectors] = {};
+        V a[Vectors] = {};
         if (init)
             std::memcpy(a, init + j, sizeof a);
         for (int i = 0; i < taps; ++i) {
             const float* r = rows[i] + j;
             const float weight = k[i];
             for (int v = 0; v < Vectors; ++v) {
-                Floats8 x;
-                std::memcpy(&x, r + 8 * v, sizeof x);
+                V x;
+                std::memcpy(&x, r + Lanes * v, sizeof x);
                 a[v] += weight * x;
             }
         }
@@ -114,28 +119,89 @@ template <typename Finish>
     }
 }
 
-// The row pass's sums, rounded to the bytes the column pass reads but kept as floats.
-FILTER_ROW_LOOP void roundedSums(const float* const* rows, const float* k, int taps, float* out, int n) {
-    weightedSums(rows, k, taps, n, nullptr, [out](int j, const float* sums, int count) {
+// The blur's row pass: sums rounded to the bytes the column pass reads, but kept as floats.
+template <typename V>
+[[gnu::always_inline]] inline void roundedFloats(const float* const* rows, const float* k, int taps,
+                                                 float* out, int n) {
+    weightedSums<V>(rows, k, taps, n, nullptr, [out](int j, const float* sums, int count) {
         for (int l = 0; l < count; ++l)
             out[j + l] = toByte(sums[l]);
     });
 }
 
-// acc[j] (zero when init is null, else init[j]) plus the weighted sum.
-FILTER_ROW_LOOP void accumulate(const float* const* rows, const float* k, int taps, const float* init,
-                                float* acc, int n) {
-    weightedSums(rows, k, taps, n, init,
-                 [acc](int j, const float* sums, int count) { std::copy_n(sums, count, acc + j); });
-}
-
-// The column pass's sums, renormalised by `scale` and rounded.
-FILTER_ROW_LOOP void scaledSums(const float* const* rows, const float* k, int taps, float scale, uchar* out,
-                                int n) {
-    weightedSums(rows, k, taps, n, nullptr, [out, scale](int j, const float* sums, int count) {
+// The blur's column pass: sums renormalised by `scale` and rounded.
+template <typename V>
+[[gnu::always_inline]] inline void scaledBytes(const float* const* rows, const float* k, int taps,
+                                               float scale, uchar* out, int n) {
+    weightedSums<V>(rows, k, taps, n, nullptr, [out, scale](int j, const float* sums, int count) {
         for (int l = 0; l < count; ++l)
             out[j + l] = toByte(sums[l] * scale);
     });
+}
+
+// init[j] (zero when init is null) plus the weighted sum, kept as floats or rounded.
+template <typename V>
+[[gnu::always_inline]] inline void accumulated(const float* const* rows, const float* k, int taps,
+                                               const float* init, float* out, int n) {
+    weightedSums<V>(rows, k, taps, n, init,
+                    [out](int j, const float* sums, int count) { std::copy_n(sums, count, out + j); });
+}
+
+template <typename V>
+[[gnu::always_inline]] inline void roundedBytes(const float* const* rows, const float* k, int taps,
+                                                const float* init, uchar* out, int n) {
+    weightedSums<V>(rows, k, taps, n, init, [out](int j, const float* sums, int count) {
+        for (int l = 0; l < count; ++l)
+            out[j + l] = toByte(sums[l]);
+    });
+}
+
+// The four sums for one vector unit.
+struct Sums {
+    void (*roundedFloats)(const float* const*, const float*, int, float*, int);
+    void (*scaledBytes)(const float* const*, const float*, int, float, uchar*, int);
+    void (*accumulated)(const float* const*, const float*, int, const float*, float*, int);
+    void (*roundedBytes)(const float* const*, const float*, int, const float*, uchar*, int);
+};
+
+#define FILTER_SUMS(Unit, Attributes, V)                                                                     \
+    Attributes void roundedFloats##Unit(const float* const* r, const float* k, int t, float* o, int n) {     \
+        roundedFloats<V>(r, k, t, o, n);                                                                     \
+    }                                                                                                        \
+    Attributes void scaledBytes##Unit(const float* const* r, const float* k, int t, float s, uchar* o,       \
+                                      int n) {                                                               \
+        scaledBytes<V>(r, k, t, s, o, n);                                                                    \
+    }                                                                                                        \
+    Attributes void accumulated##Unit(const float* const* r, const float* k, int t, const float* i,          \
+                                      float* o, int n) {                                                     \
+        accumulated<V>(r, k, t, i, o, n);                                                                    \
+    }                                                                                                        \
+    Attributes void roundedBytes##Unit(const float* const* r, const float* k, int t, const float* i,         \
+                                       uchar* o, int n) {                                                    \
+        roundedBytes<V>(r, k, t, i, o, n);                                                                   \
+    }                                                                                                        \
+    constexpr Sums sums##Unit = {roundedFloats##Unit, scaledBytes##Unit, accumulated##Unit,                  \
+                                 roundedBytes##Unit};
+
+FILTER_SUMS(Baseline, , Floats4)
+#ifdef FILTER_X86
+FILTER_SUMS(Avx2, FILTER_AVX2, Floats8)
+FILTER_SUMS(Avx512, FILTER_AVX512, Floats16)
+#endif
+#undef FILTER_SUMS
+
+const Sums& sums() {
+#ifdef FILTER_X86
+    switch (isa()) {
+    case Isa::Avx512:
+        return sumsAvx512;
+    case Isa::Avx2:
+        return sumsAvx2;
+    case Isa::Baseline:
+        break;
+    }
+#endif
+    return sumsBaseline;
 }
 
 // Blurs one row with k into `out`, rounded to bytes but kept as floats for the column pass; taps
@@ -149,7 +215,7 @@ void blurRow(const uchar* src, int w, const std::vector<float>& k, float* row, c
     if (end > first) {
         for (int i = 0; i < taps; ++i)
             rows[i] = row + 4 * (first + i - m);
-        roundedSums(rows, k.data(), taps, out + 4 * first, 4 * (end - first));
+        sums().roundedFloats(rows, k.data(), taps, out + 4 * first, 4 * (end - first));
     }
     auto renormalised = [&](int x) {
         float used = 0, sum[4] = {0, 0, 0, 0};
@@ -170,16 +236,15 @@ void blurRow(const uchar* src, int w, const std::vector<float>& k, float* row, c
 // Blurs the rows, then the columns of the blurred rows, renormalising where the kernel reaches past
 // an end. Blurred rows are made as the column pass first needs them and kept in a ring, so each
 // output row is ready once the source row it replaces has been read.
-void separableBlur(ResultRows& result, const std::vector<float>& k) {
-    const QImage& src = result.source();
-    const int w = src.width(), h = src.height(), m = int(k.size()) / 2, taps = int(k.size()), bytes = 4 * w;
+void separableBlur(ResultRows::Band& band, int w, int h, const std::vector<float>& k) {
+    const int m = int(k.size()) / 2, taps = int(k.size()), bytes = 4 * w;
     const int ringRows = std::min(taps, h);
     std::vector<float> ring(size_t(ringRows) * bytes), row(bytes);
     std::vector<const float*> rows(taps);
-    int made = 0;
-    for (int y = 0; y < h; ++y) {
+    int made = std::max(0, band.begin - m);
+    for (int y = band.begin; y < band.end; ++y) {
         for (; made < h && made <= y + m; ++made)
-            blurRow(src.constScanLine(made), w, k, row.data(), rows.data(),
+            blurRow(band.in(made), w, k, row.data(), rows.data(),
                     ring.data() + size_t(made % ringRows) * bytes);
         const int firstTap = std::max(0, m - y), endTap = std::min(taps, h - y + m);
         float used = 0;
@@ -187,8 +252,9 @@ void separableBlur(ResultRows& result, const std::vector<float>& k) {
             rows[i - firstTap] = ring.data() + size_t((y + i - m) % ringRows) * bytes;
             used += k[i];
         }
-        scaledSums(rows.data(), k.data() + firstTap, endTap - firstTap, 1.0f / used, result.row(y), bytes);
-        result.stored(y);
+        sums().scaledBytes(rows.data(), k.data() + firstTap, endTap - firstTap, 1.0f / used, band.row(y),
+                           bytes);
+        band.stored(y);
     }
 }
 
@@ -230,55 +296,93 @@ struct Kernel {
     }
 };
 
-// Convolves all four channels with edge replication, rounding and clamping each result.
-void convolve(const QImage& src, QImage& dst, const Kernel& kernel) {
-    const int w = src.width(), h = src.height(), m = kernel.radius, taps = 2 * m + 1;
-    const int bytes = 4 * w, padded = 4 * (w + 2 * m);
-    std::vector<float> ring(size_t(taps) * padded), column(padded), acc(bytes);
-    std::vector<int> loaded(taps, -1);
-    auto paddedRow = [&](int r) {
-        r = std::clamp(r, 0, h - 1);
-        float* row = ring.data() + size_t(r % taps) * padded;
-        if (loaded[r % taps] != r) {
-            const uchar* s = src.constScanLine(r);
-            toFloat(s, row + 4 * m, bytes);
-            for (int x = 0; x < m; ++x)
-                for (int c = 0; c < 4; ++c) {
-                    row[4 * x + c] = s[c];
-                    row[4 * (m + w + x) + c] = s[bytes - 4 + c];
-                }
-            loaded[r % taps] = r;
-        }
-        return row;
-    };
-    // The non-zero weights of one sum and the rows they scale (a zero weight adds nothing).
+// Rows of floats and their weights, summed in the order they were added; zero weights add nothing.
+struct WeightedRows {
     std::vector<const float*> rows;
     std::vector<float> weights;
-    auto add = [&](const float* row, float weight) {
+    void add(const float* row, float weight) {
         if (weight != 0) {
             rows.push_back(row);
             weights.push_back(weight);
         }
-    };
-    auto sumInto = [&](float* out, const float* init, int n) {
-        accumulate(rows.data(), weights.data(), int(rows.size()), init, out, n);
+    }
+    int size() const { return int(rows.size()); }
+    void clear() {
         rows.clear();
         weights.clear();
-    };
-    for (int y = 0; y < h; ++y) {
-        std::fill(acc.begin(), acc.end(), 0.0f);
-        for (const Kernel::Term& t : kernel.terms) {
-            for (int v = -m; v <= m; ++v)
-                add(paddedRow(y + v), t.vertical[v + m]);
-            sumInto(column.data(), nullptr, padded);
-            for (int u = -m; u <= m; ++u)
-                add(column.data() + 4 * (u + m), t.horizontal[u + m]);
-            sumInto(acc.data(), acc.data(), bytes);
+    }
+};
+
+// Convolves all four channels of a band's rows with edge replication, rounding and clamping each
+// result. Each term sums its column weights down the rows, then its row weights along the sums;
+// the single taps follow, all added in one running sum per output byte.
+void convolve(ResultRows::Band& band, int w, int h, const Kernel& kernel) {
+    const Sums& s = sums();
+    const int m = kernel.radius, bytes = 4 * w;
+    // Rows past the top and bottom are the edge rows again, so no more distinct rows are needed than
+    // the image has.
+    const int ringRows = std::min(2 * m + 1, h);
+    std::vector<float> ring(size_t(ringRows) * bytes), column(size_t(bytes) + 8 * size_t(m)), acc(bytes),
+        shifted(bytes);
+    std::vector<int> loaded(ringRows, -1);
+    auto floatRow = [&](int r) {
+        r = std::clamp(r, 0, h - 1);
+        float* row = ring.data() + size_t(r % ringRows) * bytes;
+        if (loaded[r % ringRows] != r) {
+            toFloat(band.in(r), row, bytes);
+            loaded[r % ringRows] = r;
         }
-        for (const Kernel::Tap& t : kernel.taps)
-            add(paddedRow(y + t.v) + 4 * (t.u + m), t.weight);
-        sumInto(acc.data(), acc.data(), bytes);
-        toBytes(acc.data(), dst.scanLine(y), bytes);
+        return row;
+    };
+    WeightedRows vertical, sum;
+    bool started = false; // acc holds the running sum
+    auto flush = [&] {
+        if (sum.size() == 0)
+            return;
+        s.accumulated(sum.rows.data(), sum.weights.data(), sum.size(), started ? acc.data() : nullptr,
+                      acc.data(), bytes);
+        started = true;
+        sum.clear();
+    };
+    float* centre = column.data() + 4 * size_t(m);
+    for (int y = band.begin; y < band.end; ++y) {
+        started = false;
+        for (size_t t = 0; t < kernel.terms.size(); ++t) {
+            const Kernel::Term& term = kernel.terms[t];
+            flush(); // the column is about to be replaced
+            for (int v = -m; v <= m; ++v)
+                vertical.add(floatRow(y + v), term.vertical[v + m]);
+            s.accumulated(vertical.rows.data(), vertical.weights.data(), vertical.size(), nullptr, centre,
+                          bytes);
+            vertical.clear();
+            // Columns past the sides are the edge columns again: so are their sums.
+            for (int x = 0; x < m; ++x)
+                for (int c = 0; c < 4; ++c) {
+                    column[4 * x + c] = centre[c];
+                    centre[bytes + 4 * x + c] = centre[bytes - 4 + c];
+                }
+            for (int u = -m; u <= m; ++u)
+                sum.add(column.data() + 4 * (u + m), term.horizontal[u + m]);
+        }
+        for (const Kernel::Tap& t : kernel.taps) {
+            if (t.weight == 0)
+                continue;
+            const float* row = floatRow(y + t.v);
+            if (t.u == 0) {
+                sum.add(row, t.weight);
+                continue;
+            }
+            // A tap off the centre column reads the row shifted, edge columns repeated.
+            flush();
+            for (int x = 0; x < w; ++x)
+                std::copy_n(row + 4 * std::clamp(x + t.u, 0, w - 1), 4, shifted.data() + 4 * x);
+            sum.add(shifted.data(), t.weight);
+            flush();
+        }
+        s.roundedBytes(sum.rows.data(), sum.weights.data(), sum.size(), started ? acc.data() : nullptr,
+                       band.row(y), bytes);
+        sum.clear();
+        band.stored(y);
     }
 }
 
@@ -331,22 +435,25 @@ Kernel embossKernel(int width, double sigma) {
     return k;
 }
 
-// Runs a square-kernel filter as a converted filter; returns the straight result.
-template <typename MakeKernel>
-bool squareFilter(QImage& image, float radius, float sigma, MakeKernel makeKernel, QImage& out) {
+// Runs a square-kernel filter as a converted filter, leaving the result as `store` says; false
+// (and the image untouched) when there is nothing to do or the kernel is refused.
+bool squareFilter(QImage& image, float radius, float sigma, Kernel (*makeKernel)(int, double), Store store,
+                  const char* name) {
     if (sigma == 0 || !std::isfinite(sigma) || image.isNull())
         return false;
-    const int width = squareKernelWidth(radius, sigma, widthCap(image));
-    if (ownsStraightWords(image)) {
-        // Each output row is written once the rows it replaces have been read into the ring.
-        out = std::move(image);
-        out.reinterpretAsFormat(QImage::Format_ARGB32);
-        convolve(out, out, makeKernel(width, sigma));
-        return true;
+    const int width = squareKernelWidth(radius, sigma);
+    if (width == 0) {
+        qWarning("%s: the kernel asked for (radius %g, sigma %g) is wider than %d pixels; the image is left "
+                 "unchanged",
+                 name, double(radius), double(sigma), MaxSquareWidth);
+        return false;
     }
-    const QImage src = argb32Source(image);
-    out = QImage(src.size(), QImage::Format_ARGB32);
-    convolve(src, out, makeKernel(width, sigma));
+    const Kernel kernel = makeKernel(width, sigma);
+    const int w = image.width(), h = image.height();
+    ResultRows result(image, kernel.radius, 0, store);
+    // Each band keeps as many float rows as its kernel reads; bands no shorter keep that to the image's size.
+    result.forBands([&](ResultRows::Band& band) { convolve(band, w, h, kernel); }, 2 * kernel.radius + 1);
+    result.finish();
     return true;
 }
 
@@ -355,24 +462,23 @@ bool squareFilter(QImage& image, float radius, float sigma, MakeKernel makeKerne
 void filterGaussianBlur(QImage& image, float radius, float sigma) {
     if (sigma == 0 || !std::isfinite(sigma) || image.isNull())
         return;
-    const int width = blurWidth(radius, sigma, widthCap(image));
+    const int width = blurWidth(radius, sigma, blurWidthCap(image));
     if (width < 3)
         return;
-    ResultRows result(image, 0, QImage::Format_ARGB32);
-    separableBlur(result, blurKernel(width, sigma));
+    const std::vector<float> k = blurKernel(width, sigma);
+    const int w = image.width(), h = image.height();
+    ResultRows result(image, width / 2, 0, Store::Premultiply);
+    result.forBands([&](ResultRows::Band& band) { separableBlur(band, w, h, k); });
     result.finish();
 }
 
 void filterGaussianSharpen(QImage& image, float radius, float sigma) {
-    QImage out;
-    if (squareFilter(image, radius, sigma, sharpenKernel, out))
-        assignPremultiplied(image, std::move(out));
+    squareFilter(image, radius, sigma, sharpenKernel, Store::Premultiply, "filterGaussianSharpen");
 }
 
 void filterEmboss(QImage& image, float radius, float sigma) {
-    QImage out;
-    if (!squareFilter(image, radius, sigma, embossKernel, out))
+    if (!squareFilter(image, radius, sigma, embossKernel, Store::Straight, "filterEmboss"))
         return;
-    filterEqualize(out);
-    assignPremultiplied(image, std::move(out));
+    filterEqualize(image);
+    premultiplyInPlace(image);
 }

@@ -7,6 +7,11 @@
 // In-place image filters. Each one replaces the image's contents and never reports failure; the
 // comments name the pixel handling, which decides the format the image is left in.
 
+// Threads the filters split an image's rows over: 0 (the default) uses every core, 1 keeps each call
+// on the caller's thread. The results are the same whatever the setting.
+GRAPHICSOBJECTS_EXPORT void setFilterThreads(int threads);
+GRAPHICSOBJECTS_EXPORT int filterThreads();
+
 // Point operations on the colour bytes of 32-bit pixels; alpha is never changed and the format kept.
 GRAPHICSOBJECTS_EXPORT void filterBrightness(QImage& image, int delta);
 GRAPHICSOBJECTS_EXPORT void filterContrast(QImage& image, int amount);
