@@ -84,109 +84,172 @@ using Floats4 = float __attribute__((vector_size(16)));
 using Floats8 = float __attribute__((vector_size(32)));
 using Floats16 = float __attribute__((vector_size(64)));
 
-// The sums over taps i of k[i] * rows[i][j], added tap after tap in the order of i to init[j] (or to
-// zero when init is null), handed to finish(j, sums, count) for count outputs from j. Blocks of eight
-// vectors keep their sums in registers, enough to hide the latency of the additions, instead of
-// streaming the row through the cache once per tap. Every vector width adds the same products in
-// the same order.
-template <typename V, typename Finish>
+template <typename V> constexpr int lanes = int(sizeof(V) / sizeof(float));
+
+// The integer and byte vectors of as many lanes.
+template <int Lanes> struct LaneTypes;
+template <> struct LaneTypes<4> {
+    using Ints = int __attribute__((vector_size(16)));
+    using Bytes = uchar __attribute__((vector_size(4)));
+};
+template <> struct LaneTypes<8> {
+    using Ints = int __attribute__((vector_size(32)));
+    using Bytes = uchar __attribute__((vector_size(8)));
+};
+template <> struct LaneTypes<16> {
+    using Ints = int __attribute__((vector_size(64)));
+    using Bytes = uchar __attribute__((vector_size(16)));
+};
+template <typename V> using Ints = typename LaneTypes<lanes<V>>::Ints;
+template <typename V> using Bytes = typename LaneTypes<lanes<V>>::Bytes;
+
+// toByte on every lane, with the same comparisons (a lane is all ones where the comparison holds).
+// Vectors go by reference: by value their passing would depend on the vector unit.
+template <typename V> [[gnu::always_inline]] inline void roundedLanes(const V& a, Ints<V>& out) {
+    using I = Ints<V>;
+    const V zero = {}, top = zero + 255.0f;
+    const I negative = a < zero;
+    V v = V(I(a) & ~negative);
+    const I above = top < v;
+    v = V((I(v) & ~above) | (I(top) & above));
+    out = __builtin_convertvector(v + 0.5f, I);
+}
+
+// Where the sums go: block(r, j, sums) takes one vector of sums of output row r from j, one(r, j,
+// sum) a single sum.
+struct RoundedFloats { // rounded to bytes, kept as floats
+    float* out;
+    template <typename V> void block(int, int j, const V& a) const {
+        Ints<V> i;
+        roundedLanes(a, i);
+        const V rounded = __builtin_convertvector(i, V);
+        std::memcpy(out + j, &rounded, sizeof rounded);
+    }
+    void one(int, int j, float a) const { out[j] = toByte(a); }
+};
+
+struct ScaledBytes { // scaled, then rounded to bytes
+    uchar* out[2];
+    float scale;
+    template <typename V> void block(int r, int j, const V& a) const {
+        Ints<V> i;
+        roundedLanes(V(a * scale), i);
+        const Bytes<V> b = __builtin_convertvector(i, Bytes<V>);
+        std::memcpy(out[r] + j, &b, sizeof b);
+    }
+    void one(int r, int j, float a) const { out[r][j] = toByte(a * scale); }
+};
+
+struct Floats { // kept as they are
+    float* out;
+    template <typename V> void block(int, int j, const V& a) const { std::memcpy(out + j, &a, sizeof a); }
+    void one(int, int j, float a) const { out[j] = a; }
+};
+
+struct RoundedBytes {
+    uchar* out;
+    template <typename V> void block(int, int j, const V& a) const {
+        Ints<V> i;
+        roundedLanes(a, i);
+        const Bytes<V> b = __builtin_convertvector(i, Bytes<V>);
+        std::memcpy(out + j, &b, sizeof b);
+    }
+    void one(int, int j, float a) const { out[j] = toByte(a); }
+};
+
+// a = w * p, or a += w * p, over `Vectors` vectors of floats from p: the first product is the sum so
+// far (0 + x differs from x in the sign of a zero only, which no rounding to a byte sees).
+template <typename V, int Vectors>
+[[gnu::always_inline]] inline void addProducts(V (&a)[Vectors], float w, const float* p, bool first) {
+    for (int v = 0; v < Vectors; ++v) {
+        V x;
+        std::memcpy(&x, p + lanes<V> * v, sizeof x);
+        if (first)
+            a[v] = w * x;
+        else
+            a[v] += w * x;
+    }
+}
+
+// Sums over taps i of k[i] * rows[i][j], added tap after tap in the order of i to init[j] (or to
+// nothing when init is null), handed to finish as output row 0; with R = 2 also the sums over
+// k[i] * rows[i + 1][j] of the next output row, which shares all but one of the rows (no init then).
+// Blocks of several vectors keep their sums in registers, enough to hide the latency of the
+// additions, instead of streaming the rows through the cache once per tap; the two rows of a pair
+// load each shared row once. Every vector width adds the same products in the same order.
+template <typename V, int R, int Vectors, typename Finish>
 [[gnu::always_inline]] inline void weightedSums(const float* const* rows, const float* k, int taps, int n,
-                                                const float* init, Finish finish) {
-    constexpr int Lanes = int(sizeof(V) / sizeof(float)), Vectors = 8, Block = Lanes * Vectors;
+                                                const float* init, const Finish& finish) {
+    static_assert(R == 1 || R == 2);
+    constexpr int Block = lanes<V> * Vectors;
     int j = 0;
-    for (; j + Block <= n; j += Block) {
-        V a[Vectors] = {};
-        if (init)
-            std::memcpy(a, init + j, sizeof a);
-        for (int i = 0; i < taps; ++i) {
-            const float* r = rows[i] + j;
-            const float weight = k[i];
-            for (int v = 0; v < Vectors; ++v) {
-                V x;
-                std::memcpy(&x, r + Lanes * v, sizeof x);
-                a[v] += weight * x;
+    if (taps > 0)
+        for (; j + Block <= n; j += Block) {
+            V a[Vectors], b[Vectors];
+            if (init)
+                std::memcpy(a, init + j, sizeof a);
+            for (int i = 0; i < taps; ++i) {
+                addProducts(a, k[i], rows[i] + j, i == 0 && !init);
+                if (R == 2 && i > 0)
+                    addProducts(b, k[i - 1], rows[i] + j, i == 1);
+            }
+            for (int v = 0; v < Vectors; ++v)
+                finish.block(0, j + lanes<V> * v, a[v]);
+            if (R == 2) {
+                addProducts(b, k[taps - 1], rows[taps] + j, taps == 1);
+                for (int v = 0; v < Vectors; ++v)
+                    finish.block(1, j + lanes<V> * v, b[v]);
             }
         }
-        float sums[Block];
-        std::memcpy(sums, a, sizeof a);
-        finish(j, sums, Block);
-    }
-    for (; j < n; ++j) {
-        float a = init ? init[j] : 0.0f;
-        for (int i = 0; i < taps; ++i)
-            a += k[i] * rows[i][j];
-        finish(j, &a, 1);
-    }
+    for (; j < n; ++j)
+        for (int r = 0; r < R; ++r) {
+            float a = init ? init[j] : 0.0f;
+            for (int i = 0; i < taps; ++i)
+                a += k[i] * rows[r + i][j];
+            finish.one(r, j, a);
+        }
 }
 
-// The blur's row pass: sums rounded to the bytes the column pass reads, but kept as floats.
-template <typename V>
-[[gnu::always_inline]] inline void roundedFloats(const float* const* rows, const float* k, int taps,
-                                                 float* out, int n) {
-    weightedSums<V>(rows, k, taps, n, nullptr, [out](int j, const float* sums, int count) {
-        for (int l = 0; l < count; ++l)
-            out[j + l] = toByte(sums[l]);
-    });
-}
-
-// The blur's column pass: sums renormalised by `scale` and rounded.
-template <typename V>
-[[gnu::always_inline]] inline void scaledBytes(const float* const* rows, const float* k, int taps,
-                                               float scale, uchar* out, int n) {
-    weightedSums<V>(rows, k, taps, n, nullptr, [out, scale](int j, const float* sums, int count) {
-        for (int l = 0; l < count; ++l)
-            out[j + l] = toByte(sums[l] * scale);
-    });
-}
-
-// init[j] (zero when init is null) plus the weighted sum, kept as floats or rounded.
-template <typename V>
-[[gnu::always_inline]] inline void accumulated(const float* const* rows, const float* k, int taps,
-                                               const float* init, float* out, int n) {
-    weightedSums<V>(rows, k, taps, n, init,
-                    [out](int j, const float* sums, int count) { std::copy_n(sums, count, out + j); });
-}
-
-template <typename V>
-[[gnu::always_inline]] inline void roundedBytes(const float* const* rows, const float* k, int taps,
-                                                const float* init, uchar* out, int n) {
-    weightedSums<V>(rows, k, taps, n, init, [out](int j, const float* sums, int count) {
-        for (int l = 0; l < count; ++l)
-            out[j + l] = toByte(sums[l]);
-    });
-}
-
-// The four sums for one vector unit.
+// The sums for one vector unit: the blur's row pass (rounded, kept as floats), its column pass for
+// one row or a pair (scaled by the reciprocal of the weights used, rounded), and the running sums of
+// the square kernels (kept as floats, or finally rounded).
 struct Sums {
     void (*roundedFloats)(const float* const*, const float*, int, float*, int);
-    void (*scaledBytes)(const float* const*, const float*, int, float, uchar*, int);
+    void (*scaledBytes)(const float* const*, const float*, int, float, uchar* const*, int);
+    void (*scaledBytes2)(const float* const*, const float*, int, float, uchar* const*, int);
     void (*accumulated)(const float* const*, const float*, int, const float*, float*, int);
     void (*roundedBytes)(const float* const*, const float*, int, const float*, uchar*, int);
 };
 
-#define FILTER_SUMS(Unit, Attributes, V)                                                                     \
+// Two outputs that share rows keep twice the sums in registers: AVX-512 has 32 of them, the
+// others 16.
+#define FILTER_SUMS(Unit, Attributes, V, PairVectors)                                                        \
     Attributes void roundedFloats##Unit(const float* const* r, const float* k, int t, float* o, int n) {     \
-        roundedFloats<V>(r, k, t, o, n);                                                                     \
+        weightedSums<V, 1, 8>(r, k, t, n, nullptr, RoundedFloats{o});                                        \
     }                                                                                                        \
-    Attributes void scaledBytes##Unit(const float* const* r, const float* k, int t, float s, uchar* o,       \
-                                      int n) {                                                               \
-        scaledBytes<V>(r, k, t, s, o, n);                                                                    \
+    Attributes void scaledBytes##Unit(const float* const* r, const float* k, int t, float s,                 \
+                                      uchar* const* o, int n) {                                              \
+        weightedSums<V, 1, 8>(r, k, t, n, nullptr, ScaledBytes{{o[0], nullptr}, s});                         \
+    }                                                                                                        \
+    Attributes void scaledBytes2##Unit(const float* const* r, const float* k, int t, float s,                \
+                                       uchar* const* o, int n) {                                             \
+        weightedSums<V, 2, PairVectors>(r, k, t, n, nullptr, ScaledBytes{{o[0], o[1]}, s});                  \
     }                                                                                                        \
     Attributes void accumulated##Unit(const float* const* r, const float* k, int t, const float* i,          \
                                       float* o, int n) {                                                     \
-        accumulated<V>(r, k, t, i, o, n);                                                                    \
+        weightedSums<V, 1, 8>(r, k, t, n, i, Floats{o});                                                     \
     }                                                                                                        \
     Attributes void roundedBytes##Unit(const float* const* r, const float* k, int t, const float* i,         \
                                        uchar* o, int n) {                                                    \
-        roundedBytes<V>(r, k, t, i, o, n);                                                                   \
+        weightedSums<V, 1, 8>(r, k, t, n, i, RoundedBytes{o});                                               \
     }                                                                                                        \
-    constexpr Sums sums##Unit = {roundedFloats##Unit, scaledBytes##Unit, accumulated##Unit,                  \
-                                 roundedBytes##Unit};
+    constexpr Sums sums##Unit = {roundedFloats##Unit, scaledBytes##Unit, scaledBytes2##Unit,                 \
+                                 accumulated##Unit, roundedBytes##Unit};
 
-FILTER_SUMS(Baseline, , Floats4)
+FILTER_SUMS(Baseline, , Floats4, 4)
 #ifdef FILTER_X86
-FILTER_SUMS(Avx2, FILTER_AVX2, Floats8)
-FILTER_SUMS(Avx512, FILTER_AVX512, Floats16)
+FILTER_SUMS(Avx2, FILTER_AVX2, Floats8, 4)
+FILTER_SUMS(Avx512, FILTER_AVX512, Floats16, 8)
 #endif
 #undef FILTER_SUMS
 
@@ -235,26 +298,39 @@ void blurRow(const uchar* src, int w, const std::vector<float>& k, float* row, c
 
 // Blurs the rows, then the columns of the blurred rows, renormalising where the kernel reaches past
 // an end. Blurred rows are made as the column pass first needs them and kept in a ring, so each
-// output row is ready once the source row it replaces has been read.
+// output row is ready once the source row it replaces has been read. Away from the top and bottom,
+// output rows are made in pairs that share their blurred rows.
 void separableBlur(ResultRows::Band& band, int w, int h, const std::vector<float>& k) {
     const int m = int(k.size()) / 2, taps = int(k.size()), bytes = 4 * w;
-    const int ringRows = std::min(taps, h);
+    const int ringRows = std::min(taps + 1, h);
     std::vector<float> ring(size_t(ringRows) * bytes), row(bytes);
-    std::vector<const float*> rows(taps);
+    std::vector<const float*> rows(taps + 1);
+    float all = 0;
+    for (int i = 0; i < taps; ++i)
+        all += k[i];
     int made = std::max(0, band.begin - m);
-    for (int y = band.begin; y < band.end; ++y) {
-        for (; made < h && made <= y + m; ++made)
+    for (int y = band.begin; y < band.end;) {
+        const int count = y >= m && y + 1 + m < h && y + 1 < band.end ? 2 : 1;
+        for (; made < h && made <= y + count - 1 + m; ++made)
             blurRow(band.in(made), w, k, row.data(), rows.data(),
                     ring.data() + size_t(made % ringRows) * bytes);
-        const int firstTap = std::max(0, m - y), endTap = std::min(taps, h - y + m);
-        float used = 0;
-        for (int i = firstTap; i < endTap; ++i) {
-            rows[i - firstTap] = ring.data() + size_t((y + i - m) % ringRows) * bytes;
-            used += k[i];
+        uchar* out[2] = {band.row(y), band.row(y + 1)};
+        if (count == 2) {
+            for (int i = 0; i <= taps; ++i)
+                rows[i] = ring.data() + size_t((y + i - m) % ringRows) * bytes;
+            sums().scaledBytes2(rows.data(), k.data(), taps, 1.0f / all, out, bytes);
+        } else {
+            const int firstTap = std::max(0, m - y), endTap = std::min(taps, h - y + m);
+            float used = 0;
+            for (int i = firstTap; i < endTap; ++i) {
+                rows[i - firstTap] = ring.data() + size_t((y + i - m) % ringRows) * bytes;
+                used += k[i];
+            }
+            sums().scaledBytes(rows.data(), k.data() + firstTap, endTap - firstTap, 1.0f / used, out, bytes);
         }
-        sums().scaledBytes(rows.data(), k.data() + firstTap, endTap - firstTap, 1.0f / used, band.row(y),
-                           bytes);
-        band.stored(y);
+        for (int r = 0; r < count; ++r)
+            band.stored(y + r);
+        y += count;
     }
 }
 
@@ -311,11 +387,26 @@ struct WeightedRows {
         rows.clear();
         weights.clear();
     }
+    // The same rows from pixel x on.
+    const float* const* from(int x, std::vector<const float*>& scratch) const {
+        scratch.resize(rows.size());
+        for (size_t i = 0; i < rows.size(); ++i)
+            scratch[i] = rows[i] + 4 * size_t(x);
+        return scratch.data();
+    }
 };
 
+// Pixels [a, b) of a row of w pixels shifted by u, the edge pixels repeated past the sides.
+void shiftedPixels(const float* row, int w, int u, int a, int b, float* out) {
+    for (int x = a; x < b; ++x)
+        std::copy_n(row + 4 * size_t(std::clamp(x + u, 0, w - 1)), 4, out + 4 * size_t(x - a));
+}
+
 // Convolves all four channels of a band's rows with edge replication, rounding and clamping each
-// result. Each term sums its column weights down the rows, then its row weights along the sums;
-// the single taps follow, all added in one running sum per output byte.
+// result. Each term sums its column weights down the rows, then its row weights along the sums (a
+// column padded with the edge sums); the single taps follow, all added in one running sum per output
+// byte. Taps off the centre column read their rows shifted: where a shift stays inside the row that
+// is a pointer, nearer the sides a shifted copy, one tap at a time.
 void convolve(ResultRows::Band& band, int w, int h, const Kernel& kernel) {
     const Sums& s = sums();
     const int m = kernel.radius, bytes = 4 * w;
@@ -334,22 +425,29 @@ void convolve(ResultRows::Band& band, int w, int h, const Kernel& kernel) {
         }
         return row;
     };
-    WeightedRows vertical, sum;
-    bool started = false; // acc holds the running sum
-    auto flush = [&] {
-        if (sum.size() == 0)
-            return;
-        s.accumulated(sum.rows.data(), sum.weights.data(), sum.size(), started ? acc.data() : nullptr,
-                      acc.data(), bytes);
-        started = true;
-        sum.clear();
-    };
+    int uMin = 0, uMax = 0;
+    for (const Kernel::Tap& t : kernel.taps)
+        if (t.weight != 0) {
+            uMin = std::min(uMin, t.u);
+            uMax = std::max(uMax, t.u);
+        }
+    // Outputs [inside, insideEnd) read every tap's row without passing a side.
+    const int inside = std::min(w, -uMin), insideEnd = std::max(inside, w - uMax);
+    WeightedRows vertical, horizontal, taps;
+    std::vector<int> shifts;
+    std::vector<const float*> scratch;
     float* centre = column.data() + 4 * size_t(m);
     for (int y = band.begin; y < band.end; ++y) {
-        started = false;
+        bool started = false; // acc holds the sums of the terms before the last
         for (size_t t = 0; t < kernel.terms.size(); ++t) {
             const Kernel::Term& term = kernel.terms[t];
-            flush(); // the column is about to be replaced
+            if (t > 0 && horizontal.size() > 0) {
+                // The column is about to be replaced.
+                s.accumulated(horizontal.rows.data(), horizontal.weights.data(), horizontal.size(),
+                              started ? acc.data() : nullptr, acc.data(), bytes);
+                started = true;
+            }
+            horizontal.clear();
             for (int v = -m; v <= m; ++v)
                 vertical.add(floatRow(y + v), term.vertical[v + m]);
             s.accumulated(vertical.rows.data(), vertical.weights.data(), vertical.size(), nullptr, centre,
@@ -362,26 +460,44 @@ void convolve(ResultRows::Band& band, int w, int h, const Kernel& kernel) {
                     centre[bytes + 4 * x + c] = centre[bytes - 4 + c];
                 }
             for (int u = -m; u <= m; ++u)
-                sum.add(column.data() + 4 * (u + m), term.horizontal[u + m]);
+                horizontal.add(column.data() + 4 * (u + m), term.horizontal[u + m]);
         }
-        for (const Kernel::Tap& t : kernel.taps) {
-            if (t.weight == 0)
-                continue;
-            const float* row = floatRow(y + t.v);
-            if (t.u == 0) {
-                sum.add(row, t.weight);
-                continue;
+        taps.clear();
+        shifts.clear();
+        for (const Kernel::Tap& t : kernel.taps)
+            if (t.weight != 0) {
+                taps.add(floatRow(y + t.v), t.weight);
+                shifts.push_back(t.u);
             }
-            // A tap off the centre column reads the row shifted, edge columns repeated.
-            flush();
-            for (int x = 0; x < w; ++x)
-                std::copy_n(row + 4 * std::clamp(x + t.u, 0, w - 1), 4, shifted.data() + 4 * x);
-            sum.add(shifted.data(), t.weight);
-            flush();
+        uchar* out = band.row(y);
+        if (insideEnd > inside) {
+            WeightedRows all = horizontal;
+            for (int i = 0; i < taps.size(); ++i)
+                all.add(taps.rows[i] + 4 * shifts[i], taps.weights[i]);
+            s.roundedBytes(all.from(inside, scratch), all.weights.data(), all.size(),
+                           started ? acc.data() + 4 * inside : nullptr, out + 4 * inside,
+                           4 * (insideEnd - inside));
         }
-        s.roundedBytes(sum.rows.data(), sum.weights.data(), sum.size(), started ? acc.data() : nullptr,
-                       band.row(y), bytes);
-        sum.clear();
+        for (const auto& [a, b] : {std::pair(0, inside), std::pair(insideEnd, w)}) {
+            if (b <= a)
+                continue;
+            float* zone = acc.data() + 4 * a;
+            bool zoneStarted = started;
+            if (horizontal.size() > 0) {
+                s.accumulated(horizontal.from(a, scratch), horizontal.weights.data(), horizontal.size(),
+                              zoneStarted ? zone : nullptr, zone, 4 * (b - a));
+                zoneStarted = true;
+            }
+            for (int i = 0; i < taps.size(); ++i) {
+                shiftedPixels(taps.rows[i], w, shifts[i], a, b, shifted.data());
+                const float* row = shifted.data();
+                s.accumulated(&row, &taps.weights[i], 1, zoneStarted ? zone : nullptr, zone, 4 * (b - a));
+                zoneStarted = true;
+            }
+            if (!zoneStarted)
+                std::fill_n(zone, 4 * (b - a), 0.0f);
+            s.roundedBytes(nullptr, nullptr, 0, zone, out + 4 * a, 4 * (b - a));
+        }
         band.stored(y);
     }
 }
@@ -467,7 +583,7 @@ void filterGaussianBlur(QImage& image, float radius, float sigma) {
         return;
     const std::vector<float> k = blurKernel(width, sigma);
     const int w = image.width(), h = image.height();
-    ResultRows result(image, width / 2, 0, Store::Premultiply);
+    ResultRows result(image, width / 2, 0, Store::Premultiply, argb32Source, 2);
     result.forBands([&](ResultRows::Band& band) { separableBlur(band, w, h, k); });
     result.finish();
 }

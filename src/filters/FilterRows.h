@@ -71,7 +71,7 @@ public:
         }
 
         // Where output row y is built; call stored(y) when it is complete.
-        uchar* row(int y) { return m_pending.data() + size_t(y % (m_rows.m_held + 1)) * m_rowBytes; }
+        uchar* row(int y) { return m_pending.data() + size_t(y % m_rows.m_slots) * m_rowBytes; }
 
         void stored(int y) {
             if (y - m_rows.m_held >= begin)
@@ -85,7 +85,7 @@ public:
             , end(last)
             , m_rows(rows)
             , m_rowBytes(size_t(4) * size_t(rows.m_width))
-            , m_pending(size_t(rows.m_held + 1) * m_rowBytes) {
+            , m_pending(size_t(rows.m_slots) * m_rowBytes) {
             if (!rows.m_inPlace)
                 return;
             m_aboveRows = std::min(rows.m_read, begin);
@@ -112,16 +112,18 @@ public:
         std::vector<uchar> m_above, m_below, m_pending;
     };
 
-    // makeSource gives the straight source when the image cannot be used as it is.
+    // makeSource gives the straight source when the image cannot be used as it is; atOnce is how many
+    // output rows are built before the first of them is stored.
     ResultRows(QImage& image, int read, int held, Store store,
-               QImage (*makeSource)(const QImage&) = argb32Source)
+               QImage (*makeSource)(const QImage&) = argb32Source, int atOnce = 1)
         : m_image(image)
         , m_store(store)
         , m_width(image.width())
         , m_height(image.height())
         , m_inPlace(ownsStraightWords(image) && held < image.height())
         , m_read(read)
-        , m_held(m_inPlace ? held : 0) {
+        , m_held(m_inPlace ? held : 0)
+        , m_slots(m_held + atOnce) {
         if (m_inPlace) {
             m_dst = image.bits();
             m_bpl = image.bytesPerLine();
@@ -177,6 +179,7 @@ private:
     const int m_width, m_height;
     const bool m_inPlace;
     const int m_read, m_held; // a separate result holds nothing back
+    const int m_slots;        // rows being built or held back
     QImage m_source, m_out;
     const uchar* m_sourceBits = nullptr;
     qsizetype m_sourceBpl = 0;
