@@ -78,6 +78,30 @@ FILTER_VBMI void lookupVbmi(quint32* words, int n, const uchar (*tables)[256]) {
 }
 #endif
 
+#ifdef FILTER_X86
+// Sums of absolute differences from zero add up the bytes of each 64-bit lane, wherever they are in
+// it: masking one channel at a time gives that channel's sum.
+FILTER_AVX512 int addChannelSumsAvx512(const quint32* words, int n, quint64 (&sums)[3]) {
+    const __m512i zero = _mm512_setzero_si512();
+    __m512i total[3] = {zero, zero, zero};
+    int x = 0;
+    for (; x + 16 <= n; x += 16) {
+        const __m512i p = _mm512_loadu_si512(words + x);
+        for (int c = 0; c < 3; ++c) {
+            const __m512i channel = _mm512_and_si512(p, _mm512_set1_epi32(0xff << (8 * c)));
+            total[c] = _mm512_add_epi64(total[c], _mm512_sad_epu8(channel, zero));
+        }
+    }
+    for (int c = 0; c < 3; ++c) {
+        alignas(64) quint64 lanes[8];
+        _mm512_store_si512(lanes, total[c]);
+        for (quint64 lane : lanes)
+            sums[c] += lane;
+    }
+    return x;
+}
+#endif
+
 } // namespace
 
 Isa isa() {
@@ -102,6 +126,23 @@ void shiftWords(quint32* words, int n, quint32 add, quint32 sub) {
     }
 #endif
     shiftScalar(bytes + j, size_t(4) * n - j, up, down);
+}
+
+void addChannelSums(const quint32* words, int n, quint64 (&sums)[3]) {
+    int x = 0;
+#ifdef FILTER_X86
+    if (isa() == Isa::Avx512)
+        x = addChannelSumsAvx512(words, n, sums);
+#endif
+    quint32 blue = 0, green = 0, red = 0;
+    for (; x < n; ++x) {
+        blue += words[x] & 0xff;
+        green += words[x] >> 8 & 0xff;
+        red += words[x] >> 16 & 0xff;
+    }
+    sums[0] += blue;
+    sums[1] += green;
+    sums[2] += red;
 }
 
 WordTables::WordTables(const ByteTable& red, const ByteTable& green, const ByteTable& blue) {

@@ -22,6 +22,9 @@ bool hasByteLookup();
 // channel in `add` and `sub` (one of the two is zero); alpha bytes are kept.
 void shiftWords(quint32* words, int n, quint32 add, quint32 sub);
 
+// Adds the blue, green and red bytes of n words to sums[0], sums[1] and sums[2].
+void addChannelSums(const quint32* words, int n, quint64 (&sums)[3]);
+
 // Replaces each colour byte of n words through its channel's table; alpha bytes are kept.
 class WordTables {
 public:

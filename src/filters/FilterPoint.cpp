@@ -43,19 +43,10 @@ std::array<int, 3> colourMeans(const QImage& image) {
     const int bands = filterthreads::bandCount(h, w);
     std::vector<std::array<quint64, 3>> sums(bands, {0, 0, 0});
     filterthreads::forBands(h, bands, [&](int band, int begin, int end) {
-        for (int y = begin; y < end; ++y) {
-            // Whole words, so that the three sums vectorise.
-            const auto* p = reinterpret_cast<const quint32*>(image.constScanLine(y));
-            quint32 rowBlue = 0, rowGreen = 0, rowRed = 0;
-            for (int x = 0; x < w; ++x) {
-                rowBlue += p[x] & 0xff;
-                rowGreen += p[x] >> 8 & 0xff;
-                rowRed += p[x] >> 16 & 0xff;
-            }
-            sums[band][0] += rowBlue;
-            sums[band][1] += rowGreen;
-            sums[band][2] += rowRed;
-        }
+        quint64 s[3] = {0, 0, 0};
+        for (int y = begin; y < end; ++y)
+            addChannelSums(reinterpret_cast<const quint32*>(image.constScanLine(y)), w, s);
+        sums[band] = {s[0], s[1], s[2]};
     });
     std::array<quint64, 3> total{0, 0, 0};
     for (const auto& s : sums)
