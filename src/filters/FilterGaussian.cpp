@@ -41,7 +41,8 @@ int squareKernelWidth(float radius, double sigma) {
     for (int w = 5; w <= MaxSquareWidth + 2; w += 2) {
         if (w > 5)
             sum += 2 * gauss1D(w / 2, sigma);
-        if (int(gauss1D(w / 2, sigma) / sum * 65535) <= 0)
+        // Below one, as a vanishing weight that is not a number is too.
+        if (!(gauss1D(w / 2, sigma) / sum * 65535 >= 1))
             return w - 2;
     }
     return 0;
@@ -66,7 +67,7 @@ int blurWidth(float radius, double sigma, int cap) {
     if (radius > 0)
         return int(std::min(2.0 * std::ceil(double(radius)) + 1.0, double(cap)));
     int last = 1;
-    for (int w = 3; w <= cap && int(blurKernel(w, sigma)[0] * 255) > 0; w += 2)
+    for (int w = 3; w <= cap && blurKernel(w, sigma)[0] * 255 >= 1; w += 2)
         last = w;
     return last;
 }
@@ -348,6 +349,23 @@ struct Kernel {
     std::vector<Term> terms;
     std::vector<Tap> taps;
 
+    // True when no sum of weighted bytes can overflow a float: a sigma too small for its weights
+    // to be represented gives infinite or undefined ones.
+    bool usable() const {
+        double bound = 0;
+        for (const Term& t : terms) {
+            double h = 0, v = 0;
+            for (float x : t.horizontal)
+                h += std::abs(x);
+            for (float x : t.vertical)
+                v += std::abs(x);
+            bound += h * v;
+        }
+        for (const Tap& t : taps)
+            bound += std::abs(t.weight);
+        return bound * 255 < 1e37;
+    }
+
     // Scales the kernel to a sum of one, as convolution with a weighted mean does; a kernel summing
     // to zero is used as it is.
     void normalise() {
@@ -565,6 +583,10 @@ bool squareFilter(QImage& image, float radius, float sigma, Kernel (*makeKernel)
         return false;
     }
     const Kernel kernel = makeKernel(width, sigma);
+    if (!kernel.usable()) {
+        qWarning("%s: sigma %g gives weights out of range; the image is left unchanged", name, double(sigma));
+        return false;
+    }
     const int w = image.width(), h = image.height();
     ResultRows result(image, kernel.radius, 0, store);
     // Each band keeps as many float rows as its kernel reads; bands no shorter keep that to the image's size.

@@ -32,6 +32,9 @@ GRAPHICSOBJECTS_EXPORT void filterEdge(QImage& image);
 GRAPHICSOBJECTS_EXPORT void filterDespeckle(QImage& image);
 GRAPHICSOBJECTS_EXPORT void filterAntialias(QImage& image);
 GRAPHICSOBJECTS_EXPORT void filterGaussianBlur(QImage& image, float radius, float sigma);
+// The sharpen and emboss kernels are as wide as the radius (or, when it is not positive, sigma) asks;
+// one wider than 8191 pixels, or a sigma too small for float weights, is refused with a warning and
+// leaves the image unchanged.
 GRAPHICSOBJECTS_EXPORT void filterGaussianSharpen(QImage& image, float radius, float sigma);
 GRAPHICSOBJECTS_EXPORT void filterEmboss(QImage& image, float radius, float sigma);
 GRAPHICSOBJECTS_EXPORT void filterCharcoal(QImage& image);
