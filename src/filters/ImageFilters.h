@@ -7,8 +7,9 @@
 // In-place image filters. Each one replaces the image's contents and never reports failure; the
 // comments name the pixel handling, which decides the format the image is left in.
 
-// Threads the filters split an image's rows over: 0 (the default) uses every core, 1 keeps each call
-// on the caller's thread. The results are the same whatever the setting.
+// Threads the filters split an image's rows over: 0 (the default) uses every core, 1 keeps the
+// filters' own loops on the caller's thread (Qt may still convert an image's format on threads of its
+// own). The results are the same whatever the setting.
 GRAPHICSOBJECTS_EXPORT void setFilterThreads(int threads);
 GRAPHICSOBJECTS_EXPORT int filterThreads();
 
