@@ -1,6 +1,10 @@
-// Times every image filter on one seeded 4096 x 4096 ARGB32 image, single-threaded, and prints the
-// best of several runs in ms per megapixel next to the nearest ImageMagick and OpenCV operations
-// and a memcpy of the same image. Usage: bench_filters [runs] [name filter]
+// Times every image filter on one seeded 4096 x 4096 ARGB32 image next to the nearest OpenCV and
+// ImageMagick operations and a memcpy of the same image, on one thread and on all cores. The sides
+// take turns (ours, OpenCV, ImageMagick, memcpy, then all again on all cores, round after round) so
+// that a busy machine slows them alike, and each reports the median of its rounds in ms per
+// megapixel. Every side starts from a fresh copy of the image made outside the timing; OpenCV's
+// results and temporaries are allocated by an untimed first call and reused.
+// Usage: bench_filters [rounds] [name filter]
 
 #include "ImageFilters.h"
 
@@ -14,8 +18,10 @@
 #include <cstring>
 #include <functional>
 #include <limits>
+#include <memory>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #ifdef BENCH_OPENCV
@@ -38,18 +44,6 @@ double nowMs() {
     return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
 }
 
-// Best of `runs`; prepare() runs untimed before each timed call.
-double bestOf(int runs, const std::function<void()>& prepare, const std::function<void()>& run) {
-    double best = std::numeric_limits<double>::infinity();
-    for (int i = 0; i < runs; ++i) {
-        prepare();
-        const double t0 = nowMs();
-        run();
-        best = std::min(best, nowMs() - t0);
-    }
-    return best / Megapixels;
-}
-
 QImage seededImage() {
     QImage image(Side, Side, QImage::Format_ARGB32);
     std::mt19937 random(20200113);
@@ -62,7 +56,9 @@ QImage seededImage() {
 }
 
 #ifdef BENCH_OPENCV
-using CvOp = std::function<void(cv::Mat& src, cv::Mat& dst)>;
+// An OpenCV operation; a lambda keeps its temporaries in its own captures, so that they are
+// allocated once.
+using CvOp = std::function<void(const cv::Mat& src, cv::Mat& dst)>;
 
 cv::Mat lut4(const std::function<int(int)>& colour) {
     cv::Mat lut(1, 256, CV_8UC4);
@@ -74,8 +70,7 @@ cv::Mat lut4(const std::function<int(int)>& colour) {
 }
 
 CvOp perChannel(const std::function<void(cv::Mat&)>& op) {
-    return [op](cv::Mat& src, cv::Mat& dst) {
-        std::vector<cv::Mat> planes;
+    return [op, planes = std::vector<cv::Mat>()](const cv::Mat& src, cv::Mat& dst) mutable {
         cv::split(src, planes);
         for (int c = 0; c < 3; ++c)
             op(planes[c]);
@@ -84,29 +79,29 @@ CvOp perChannel(const std::function<void(cv::Mat&)>& op) {
 }
 
 CvOp filter2D(cv::Mat kernel) {
-    return [kernel](cv::Mat& src, cv::Mat& dst) {
+    return [kernel](const cv::Mat& src, cv::Mat& dst) {
         cv::filter2D(src, dst, -1, kernel, cv::Point(-1, -1), 0, cv::BORDER_REPLICATE);
     };
 }
 
-// The same weights as the library's sharpen kernel, normalised, at width 9 for sigma 1.
-cv::Mat gaussianSharpenKernel(int width, double sigma) {
-    cv::Mat k(width, width, CV_32F);
-    double sum = 0;
-    for (int v = 0; v < width; ++v)
-        for (int u = 0; u < width; ++u) {
-            const double du = u - width / 2, dv = v - width / 2;
-            k.at<float>(v, u) = float(std::exp(-(du * du + dv * dv) / (2 * sigma * sigma)));
-            sum += k.at<float>(v, u);
-        }
-    k.at<float>(width / 2, width / 2) = float(-2 * sum);
-    return k / cv::sum(k)[0];
+// Our Gaussian sharpen is (1 + b) x - b blur(x), b = S / (S + 1) for the sum S of the unnormalised
+// Gaussian weights (centre 1) of its square kernel: what a user writes with OpenCV.
+CvOp gaussianSharpen(int width, double sigma) {
+    double line = 0;
+    for (int u = -width / 2; u <= width / 2; ++u)
+        line += std::exp(-u * u / (2 * sigma * sigma));
+    const double b = line * line / (line * line + 1);
+    return [=, blur = cv::Mat()](const cv::Mat& src, cv::Mat& dst) mutable {
+        cv::GaussianBlur(src, blur, cv::Size(width, width), sigma, sigma, cv::BORDER_REPLICATE);
+        cv::addWeighted(src, 1 + b, blur, -b, 0, dst);
+    };
 }
 
 // Builds the displacement maps with the same formulas as the library, then remaps.
 CvOp remapOp(const std::function<void(float d, float radius, float& dx, float& dy)>& map) {
-    return [map](cv::Mat& src, cv::Mat& dst) {
-        cv::Mat mapX(src.size(), CV_32F), mapY(src.size(), CV_32F);
+    return [map, mapX = cv::Mat(), mapY = cv::Mat()](const cv::Mat& src, cv::Mat& dst) mutable {
+        mapX.create(src.size(), CV_32F);
+        mapY.create(src.size(), CV_32F);
         const float c = 0.5f * src.cols, radius = c;
         for (int y = 0; y < src.rows; ++y)
             for (int x = 0; x < src.cols; ++x) {
@@ -178,26 +173,25 @@ std::vector<Row> rows() {
     return {
         {"brightness +20", Family::Point, [](QImage& i) { filterBrightness(i, 20); },
          IM([](Magick::Image& im) { im.brightnessContrast(20 / 2.55, 0); }) "-brightness-contrast 7.8x0",
-         CV([](cv::Mat& s, cv::Mat& d) { cv::LUT(s, lut4([](int v) { return v + 20; }), d); }) "LUT"},
+         CV([](const cv::Mat& s, cv::Mat& d) { cv::LUT(s, lut4([](int v) { return v + 20; }), d); }) "LUT"},
         {"contrast 40", Family::Point, [](QImage& i) { filterContrast(i, 40); },
          IM([](Magick::Image& im) { im.brightnessContrast(0, 40 / 2.55); }) "-brightness-contrast 0x15.7",
-         CV([](cv::Mat& s, cv::Mat& d) {
+         CV([](const cv::Mat& s, cv::Mat& d) {
              const cv::Scalar m = cv::mean(s);
              cv::LUT(s, lut4([&](int v) { return int(m[0]) + (v - int(m[0])) * 256 / 216; }), d);
          }) "mean+LUT"},
         {"gamma 2.2", Family::Point, [](QImage& i) { filterGamma(i, 2.2); },
-         IM([](Magick::Image& im) { im.gamma(2.2); }) "-gamma 2.2", CV([](cv::Mat& s, cv::Mat& d) {
+         IM([](Magick::Image& im) { im.gamma(2.2); }) "-gamma 2.2", CV([](const cv::Mat& s, cv::Mat& d) {
              cv::LUT(s, lut4([](int v) { return int(std::pow(v / 255.0, 1 / 2.2) * 255); }), d);
          }) "LUT"},
         {"colorize 10,0,0", Family::Point, [](QImage& i) { filterColorize(i, 10, 0, 0); },
          IM([](Magick::Image& im) {
              im.brightnessContrastChannel(Magick::BlueChannel, 10 / 2.55, 0);
          }) "-channel B -brightness-contrast",
-         CV([](cv::Mat& s, cv::Mat& d) { cv::add(s, cv::Scalar(10, 0, 0, 0), d); }) "add Scalar"},
+         CV([](const cv::Mat& s, cv::Mat& d) { cv::add(s, cv::Scalar(10, 0, 0, 0), d); }) "add Scalar"},
         {"desaturate 0.5", Family::Point, [](QImage& i) { filterDesaturate(i, 0.5f); },
          IM([](Magick::Image& im) { im.modulate(100, 50, 100); }) "-modulate 100,50",
-         CV([](cv::Mat& s, cv::Mat& d) {
-             cv::Mat bgr, hsv;
+         CV([bgr = cv::Mat(), hsv = cv::Mat()](const cv::Mat& s, cv::Mat& d) mutable {
              cv::cvtColor(s, bgr, cv::COLOR_BGRA2BGR);
              cv::cvtColor(bgr, hsv, cv::COLOR_BGR2HSV);
              cv::multiply(hsv, cv::Scalar(1, 0.5, 1), hsv);
@@ -206,8 +200,7 @@ std::vector<Row> rows() {
          }) "cvtColor HSV x2"},
         {"grayscale", Family::Point, [](QImage& i) { filterGrayscale(i); },
          IM([](Magick::Image& im) { im.grayscale(MagickCore::Rec601LumaPixelIntensityMethod); }) "-grayscale",
-         CV([](cv::Mat& s, cv::Mat& d) {
-             cv::Mat grey;
+         CV([grey = cv::Mat()](const cv::Mat& s, cv::Mat& d) mutable {
              cv::cvtColor(s, grey, cv::COLOR_BGRA2GRAY);
              cv::cvtColor(grey, d, cv::COLOR_GRAY2BGRA);
          }) "cvtColor GRAY x2"},
@@ -218,14 +211,15 @@ std::vector<Row> rows() {
          IM([](Magick::Image& im) { im.equalize(); }) "-equalize",
          CV(perChannel([](cv::Mat& p) { cv::equalizeHist(p, p); })) "equalizeHist x3"},
         {"box blur r2", Family::Neighbourhood, [](QImage& i) { filterBlur(i, 2); }, IM(nullptr) "-",
-         CV([](cv::Mat& s, cv::Mat& d) { cv::blur(s, d, cv::Size(5, 5)); }) "blur 5x5"},
+         CV([](const cv::Mat& s, cv::Mat& d) { cv::blur(s, d, cv::Size(5, 5)); }) "blur 5x5"},
         {"sharpen", Family::Neighbourhood, [](QImage& i) { filterSharpen(i, 1); },
          IM(imConvolve(sharpen3, 1)) "-convolve 3x3",
          CV(filter2D(cv::Mat(3, 3, CV_32F, cv::Scalar(0)) +
                      (cv::Mat_<float>(3, 3) << 0, -1, 0, -1, 5, -1, 0, -1, 0))) "filter2D 3x3"},
         {"edge", Family::Neighbourhood, [](QImage& i) { filterEdge(i); },
-         IM([](Magick::Image& im) { im.edge(1); }) "-edge 1", CV([](cv::Mat& s, cv::Mat& d) {
-             cv::Mat gx, gy, ax, ay;
+         IM([](Magick::Image& im) { im.edge(1); }) "-edge 1",
+         CV([gx = cv::Mat(), gy = cv::Mat(), ax = cv::Mat(), ay = cv::Mat()](const cv::Mat& s,
+                                                                             cv::Mat& d) mutable {
              cv::Sobel(s, gx, CV_16S, 1, 0, 3, 1, 0, cv::BORDER_REPLICATE);
              cv::Sobel(s, gy, CV_16S, 0, 1, 3, 1, 0, cv::BORDER_REPLICATE);
              cv::convertScaleAbs(gx, ax);
@@ -238,12 +232,12 @@ std::vector<Row> rows() {
          IM(imConvolve(antialias3, 20)) "-convolve 3x3",
          CV(filter2D((cv::Mat_<float>(3, 3) << 1, 2, 1, 2, 8, 2, 1, 2, 1) / 20)) "filter2D 3x3"},
         {"gaussian blur s2", Family::Neighbourhood, [](QImage& i) { filterGaussianBlur(i, 0, 2); },
-         IM([](Magick::Image& im) { im.blur(0, 2); }) "-blur 0x2", CV([](cv::Mat& s, cv::Mat& d) {
+         IM([](Magick::Image& im) { im.blur(0, 2); }) "-blur 0x2", CV([](const cv::Mat& s, cv::Mat& d) {
              cv::GaussianBlur(s, d, cv::Size(11, 11), 2, 2, cv::BORDER_REPLICATE);
          }) "GaussianBlur 11x11"},
         {"gaussian sharpen s1", Family::Neighbourhood, [](QImage& i) { filterGaussianSharpen(i, 0, 1); },
          IM([](Magick::Image& im) { im.sharpen(0, 1); }) "-sharpen 0x1",
-         CV(filter2D(gaussianSharpenKernel(9, 1))) "filter2D 9x9"},
+         CV(gaussianSharpen(9, 1)) "GaussianBlur 9x9 + addWeighted"},
         {"emboss s1", Family::Neighbourhood, [](QImage& i) { filterEmboss(i, 0, 1); },
          IM([](Magick::Image& im) { im.emboss(0, 1); }) "-emboss 0x1", CV(nullptr) "-"},
         {"charcoal", Family::Neighbourhood, [](QImage& i) { filterCharcoal(i); },
@@ -256,77 +250,144 @@ std::vector<Row> rows() {
     };
 }
 
-void printFigure(double v) {
+// One side of a comparison: prepare() runs untimed before each timed run(); the side sets its
+// own thread count before each run.
+struct Contender {
+    std::function<void()> prepare, run;
+    std::vector<double> ms;
+
+    void time() {
+        prepare();
+        const double t0 = nowMs();
+        run();
+        ms.push_back(nowMs() - t0);
+    }
+    // Median in ms per megapixel; NaN for a side that never ran.
+    double median() {
+        if (ms.empty())
+            return std::numeric_limits<double>::quiet_NaN();
+        std::sort(ms.begin(), ms.end());
+        const size_t n = ms.size();
+        return (n % 2 ? ms[n / 2] : (ms[n / 2 - 1] + ms[n / 2]) / 2) / Megapixels;
+    }
+};
+
+// memcpy of the image, its rows split over `threads` threads.
+void copyRows(uchar* to, const uchar* from, size_t bytes, int threads) {
+    if (threads <= 1) {
+        std::memcpy(to, from, bytes);
+        return;
+    }
+    std::vector<std::thread> pool;
+    const size_t part = bytes / size_t(threads) / 64 * 64;
+    for (int t = 0; t < threads; ++t) {
+        const size_t begin = part * size_t(t), end = t + 1 == threads ? bytes : begin + part;
+        pool.emplace_back([=] { std::memcpy(to + begin, from + begin, end - begin); });
+    }
+    for (std::thread& t : pool)
+        t.join();
+}
+
+void printFigure(double v, const char* format = " %8.2f") {
     if (std::isfinite(v))
-        std::printf(" %9.2f", v);
+        std::printf(format, v);
     else
-        std::printf(" %9s", "-");
+        std::printf(" %8s", "-");
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const int runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
+    const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
     const std::string only = argc > 2 ? argv[2] : "";
     const double none = std::numeric_limits<double>::quiet_NaN();
+    const int cores = int(std::max(1u, std::thread::hardware_concurrency()));
+    const int modes[2] = {1, cores};
     const QImage base = seededImage();
 
 #ifdef BENCH_MAGICK
-    setenv("MAGICK_THREAD_LIMIT", "1", 1);
     Magick::InitializeMagick(*argv);
-    Magick::ResourceLimits::thread(1);
     Magick::Image magickBase(Side, Side, "BGRA", Magick::CharPixel, base.constBits());
 #endif
 #ifdef BENCH_OPENCV
-    cv::setNumThreads(1);
     const cv::Mat cvBase(Side, Side, CV_8UC4, const_cast<uchar*>(base.constBits()), base.bytesPerLine());
 #endif
-
     std::vector<uchar> from(base.sizeInBytes()), to(base.sizeInBytes());
-    std::memcpy(from.data(), base.constBits(), from.size());
-    const double floor = bestOf(
-        runs, [] {}, [&] { std::memcpy(to.data(), from.data(), to.size()); });
 
-    std::printf("%d x %d ARGB32, best of %d runs, ms per megapixel, single thread\n", Side, Side, runs);
-    std::printf("memcpy floor %.2f ms/MP\n\n", floor);
-    std::printf("%-20s %9s %9s %9s %8s %8s  %s\n", "filter", "ours", "Magick", "OpenCV", "IM/ours", "ours/CV",
-                "peers (ImageMagick | OpenCV)");
+    std::printf(
+        "%d x %d ARGB32, ms per megapixel, median of %d interleaved rounds, on 1 thread | %d threads\n", Side,
+        Side, rounds, cores);
+    std::printf("%-20s %8s %8s %8s %8s %8s | %8s %8s %8s %8s %8s  %s\n", "filter", "ours", "OpenCV", "Magick",
+                "ours/CV", "/memcpy", "ours", "OpenCV", "Magick", "ours/CV", "/memcpy",
+                "peers (OpenCV | ImageMagick)");
     for (const Row& row : rows()) {
         if (!only.empty() && std::string(row.name).find(only) == std::string::npos)
             continue;
+        // ours, OpenCV, ImageMagick, memcpy for each thread mode.
+        std::vector<Contender> sides(8);
         QImage work;
-        const double ours = bestOf(
-            runs, [&] { work = base.copy(); }, [&] { row.ours(work); });
-        double magick = none, opencv = none;
-#ifdef BENCH_MAGICK
-        if (row.magick) {
-            Magick::Image im;
-            magick = bestOf(
-                std::min(runs, 3),
-                [&] {
-                    im = magickBase;
-                    im.modifyImage();
-                },
-                [&] { row.magick(im); });
-        }
-#endif
+        for (int m = 0; m < 2; ++m) {
+            const int threads = modes[m];
+            Contender* side = &sides[4 * m];
+            side[0] = {[&, threads] {
+                           work = base.copy();
+                           setFilterThreads(threads);
+                       },
+                       [&] { row.ours(work); },
+                       {}};
 #ifdef BENCH_OPENCV
-        if (row.opencv) {
-            cv::Mat src, dst;
-            opencv = bestOf(
-                runs, [&] { src = cvBase.clone(); }, [&] { row.opencv(src, dst); });
-        }
+            if (row.opencv) {
+                auto src = std::make_shared<cv::Mat>(), dst = std::make_shared<cv::Mat>();
+                side[1] = {[=, &cvBase] {
+                               *src = cvBase.clone();
+                               cv::setNumThreads(threads);
+                           },
+                           [=, &row] { row.opencv(*src, *dst); },
+                           {}};
+            }
 #endif
+#ifdef BENCH_MAGICK
+            if (row.magick) {
+                auto im = std::make_shared<Magick::Image>();
+                side[2] = {[=, &magickBase] {
+                               *im = magickBase;
+                               im->modifyImage();
+                               Magick::ResourceLimits::thread(threads);
+                           },
+                           [=, &row] { row.magick(*im); },
+                           {}};
+            }
+#endif
+            if (row.family == Family::Point)
+                side[3] = {[&] { std::memcpy(from.data(), base.constBits(), from.size()); },
+                           [&, threads] { copyRows(to.data(), from.data(), to.size(), threads); },
+                           {}};
+        }
+        // An untimed first call allocates results, temporaries and threads (ImageMagick's are too
+        // slow to run twice).
+        for (int s = 0; s < 8; ++s)
+            if (sides[s].run && s % 4 != 2) {
+                sides[s].time();
+                sides[s].ms.clear();
+            }
+        for (int r = 0; r < rounds; ++r)
+            for (Contender& side : sides)
+                if (side.run)
+                    side.time();
         std::printf("%-20s", row.name);
-        printFigure(ours);
-        printFigure(magick);
-        printFigure(opencv);
-        printFigure(magick / ours);
-        printFigure(ours / opencv);
-        std::printf("  %s | %s", row.magickName, row.opencvName);
-        if (row.family == Family::Point)
-            std::printf("  [%.1fx memcpy]", ours / floor);
-        std::printf("\n");
+        for (int m = 0; m < 2; ++m) {
+            const double ours = sides[4 * m].median(), opencv = sides[4 * m + 1].median();
+            const double magick = sides[4 * m + 2].median(), floor = sides[4 * m + 3].median();
+            printFigure(ours);
+            printFigure(opencv);
+            printFigure(magick);
+            printFigure(ours / opencv);
+            printFigure(row.family == Family::Point ? ours / floor : none, " %7.1fx");
+            std::printf(m == 0 ? " |" : "");
+        }
+        std::printf("  %s | %s\n", row.opencvName, row.magickName);
+        std::fflush(stdout);
     }
+    setFilterThreads(0);
     return 0;
 }

@@ -14,16 +14,15 @@ namespace {
 
 constexpr float Pi = 3.14159265358979323846f;
 
-// Bilinear sample of a straight ARGB32 image; points outside give transparent black.
-inline quint32 sample(const QImage& src, float sx, float sy) {
-    const int w = src.width(), h = src.height();
+// Bilinear sample of the straight ARGB32 source of a band; points outside give transparent black.
+inline quint32 sample(const ResultRows::Band& src, int w, int h, float sx, float sy) {
     if (!(sx >= 0 && sy >= 0 && sx < float(w) && sy < float(h)))
         return 0;
     const int x0 = std::min(int(sx), w - 1), y0 = std::min(int(sy), h - 1);
     const int x1 = std::min(x0 + 1, w - 1), y1 = std::min(y0 + 1, h - 1);
     const float fx = sx - float(x0), fy = sy - float(y0);
-    const uchar* top = src.constScanLine(y0);
-    const uchar* bottom = src.constScanLine(y1);
+    const uchar* top = src.in(y0);
+    const uchar* bottom = src.in(y1);
 #if defined(__SSE2__) && Q_BYTE_ORDER == Q_LITTLE_ENDIAN
     // The four channels in the lanes of one register: the same operations, lane by lane.
     auto lanes = [](const uchar* p) {
@@ -58,14 +57,14 @@ inline quint32 sample(const QImage& src, float sx, float sy) {
 struct Geometry {
     float cx, cy, radius;
     float xScale = 1, yScale = 1;
-    explicit Geometry(const QImage& image)
-        : cx(0.5f * float(image.width()))
-        , cy(0.5f * float(image.height()))
+    Geometry(int w, int h)
+        : cx(0.5f * float(w))
+        , cy(0.5f * float(h))
         , radius(std::max(cx, cy)) {
-        if (image.width() > image.height())
-            yScale = float(image.width() / image.height());
-        else if (image.height() > image.width())
-            xScale = float(image.height() / image.width());
+        if (w > h)
+            yScale = float(w / h);
+        else if (h > w)
+            xScale = float(h / w);
     }
 };
 
@@ -74,28 +73,30 @@ struct Geometry {
 template <typename Map> void distort(QImage& image, Map map) {
     if (image.isNull())
         return;
-    // Samples may come from any row, so the result never shares the source's buffer.
-    ResultRows result(image, image.height(), QImage::Format_ARGB32);
-    const QImage& src = result.source();
-    const Geometry geo(src);
+    const int w = image.width(), h = image.height();
+    const Geometry geo(w, h);
     const float limit = geo.radius * geo.radius;
-    for (int y = 0; y < src.height(); ++y) {
-        const auto* in = reinterpret_cast<const quint32*>(src.constScanLine(y));
-        auto* o = reinterpret_cast<quint32*>(result.row(y));
-        const float dy = geo.yScale * (float(y) - geo.cy);
-        for (int x = 0; x < src.width(); ++x) {
-            const float dx = geo.xScale * (float(x) - geo.cx);
-            const float d = dx * dx + dy * dy;
-            if (d >= limit) {
-                o[x] = in[x];
-                continue;
+    // Samples may come from any row, so the result never shares the source's buffer.
+    ResultRows result(image, h, h, Store::Premultiply);
+    result.forBands([&](ResultRows::Band& band) {
+        for (int y = band.begin; y < band.end; ++y) {
+            const auto* in = reinterpret_cast<const quint32*>(band.in(y));
+            auto* o = reinterpret_cast<quint32*>(band.row(y));
+            const float dy = geo.yScale * (float(y) - geo.cy);
+            for (int x = 0; x < w; ++x) {
+                const float dx = geo.xScale * (float(x) - geo.cx);
+                const float d = dx * dx + dy * dy;
+                if (d >= limit) {
+                    o[x] = in[x];
+                    continue;
+                }
+                float mx = dx, my = dy;
+                map(d, geo.radius, mx, my);
+                o[x] = sample(band, w, h, mx / geo.xScale + geo.cx, my / geo.yScale + geo.cy);
             }
-            float mx = dx, my = dy;
-            map(d, geo.radius, mx, my);
-            o[x] = sample(src, mx / geo.xScale + geo.cx, my / geo.yScale + geo.cy);
+            band.stored(y);
         }
-        result.stored(y);
-    }
+    });
     result.finish();
 }
 

@@ -1,4 +1,4 @@
-#include "FilterPixels.h"
+#include "FilterKernels.h"
 #include "ImageFilters.h"
 
 using namespace filterpixels;
@@ -69,6 +69,11 @@ bool isIdentity(const ByteTable& t) {
 void applyStraightTables(QImage& image, const ByteTable& red, const ByteTable& green, const ByteTable& blue) {
     if (isIdentity(red) && isIdentity(green) && isIdentity(blue))
         return;
+    if (image.format() != QImage::Format_ARGB32_Premultiplied) {
+        const WordTables tables(red, green, blue);
+        forWordRows(image, [&](quint32* words, int w) { tables.apply(words, w); });
+        return;
+    }
     transformStraight(image, [&](uchar& r, uchar& g, uchar& b) {
         r = red[r];
         g = green[g];

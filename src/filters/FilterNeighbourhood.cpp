@@ -11,10 +11,10 @@ namespace {
 // Rows above, at and below output row y, the nearest row standing in past the top and bottom.
 struct Rows3 {
     const uchar *t, *m, *b;
-    Rows3(const QImage& src, int y)
-        : t(clampedRow(src, y - 1))
-        , m(src.constScanLine(y))
-        , b(clampedRow(src, y + 1)) {}
+    Rows3(const ResultRows::Band& band, int y)
+        : t(band.in(y - 1))
+        , m(band.in(y))
+        , b(band.in(y + 1)) {}
 };
 
 // Runs op on the bytes of the first and last pixel of a row, the nearest column standing in past
@@ -90,17 +90,21 @@ QImage straightSource(const QImage& image) {
         return argb32Source(image);
     QImage straight(image.size(), QImage::Format_ARGB32);
     const uchar* unpremultiply = unpremultiplyTable();
-    for (int y = 0; y < image.height(); ++y) {
-        const uchar* s = image.constScanLine(y);
-        uchar* d = straight.scanLine(y);
-        for (int x = 0; x < image.width(); ++x, s += 4, d += 4) {
-            const uchar* u = unpremultiply + s[Alpha] * 256;
-            d[Blue] = u[s[Blue]];
-            d[Green] = u[s[Green]];
-            d[Red] = u[s[Red]];
-            d[Alpha] = s[Alpha];
+    uchar* bits = straight.bits();
+    const qsizetype bpl = straight.bytesPerLine();
+    filterthreads::forRows(image.height(), image.width(), [&](int begin, int end) {
+        for (int y = begin; y < end; ++y) {
+            const uchar* s = image.constScanLine(y);
+            uchar* d = bits + y * bpl;
+            for (int x = 0; x < image.width(); ++x, s += 4, d += 4) {
+                const uchar* u = unpremultiply + s[Alpha] * 256;
+                d[Blue] = u[s[Blue]];
+                d[Green] = u[s[Green]];
+                d[Red] = u[s[Red]];
+                d[Alpha] = s[Alpha];
+            }
         }
-    }
+    });
     return straight;
 }
 
@@ -120,22 +124,22 @@ void boxRowInside(const quint32* prefix, int radius, Real reciprocal, uchar* out
         out[j] = boxMean(hi[j] - lo[j], reciprocal);
 }
 
-template <typename Real> void boxBlur(ResultRows& result, int radius) {
-    const QImage& src = result.source();
-    const int w = src.width(), h = src.height(), bytes = 4 * w;
+template <typename Real> void boxBlur(ResultRows::Band& band, int w, int h, int radius) {
+    const int bytes = 4 * w;
     std::vector<quint32> columns(bytes, 0), prefix(bytes + 4, 0);
-    for (int y = 0; y <= std::min(radius, h - 1); ++y) {
-        const uchar* s = src.constScanLine(y);
+    const int top = std::max(0, band.begin - radius), bottom = std::min(h - 1, band.begin + radius);
+    for (int y = top; y <= bottom; ++y) {
+        const uchar* s = band.in(y);
         for (int j = 0; j < bytes; ++j)
             columns[j] += s[j];
     }
-    int rowsIn = std::min(radius, h - 1) + 1;
+    int rowsIn = bottom - top + 1;
     // Pixels closer than the radius to a side have clipped windows of their own size.
     const int insideFrom = std::min(radius, w), insideTo = std::max(w - radius, insideFrom);
-    for (int y = 0; y < h; ++y) {
+    for (int y = band.begin; y < band.end; ++y) {
         for (int j = 0; j < bytes; ++j)
             prefix[j + 4] = prefix[j] + columns[j];
-        uchar* out = result.row(y);
+        uchar* out = band.row(y);
         boxRowInside(prefix.data(), radius, Real(1) / Real(rowsIn * (2 * radius + 1)), out, 4 * insideFrom,
                      4 * insideTo);
         for (int x = 0; x < w; x = x + 1 == insideFrom ? insideTo : x + 1) {
@@ -145,18 +149,18 @@ template <typename Real> void boxBlur(ResultRows& result, int radius) {
                 out[4 * x + c] = boxMean(prefix[4 * (right + 1) + c] - prefix[4 * left + c], reciprocal);
         }
         if (y + radius + 1 < h) {
-            const uchar* in = src.constScanLine(y + radius + 1);
+            const uchar* in = band.in(y + radius + 1);
             for (int j = 0; j < bytes; ++j)
                 columns[j] += in[j];
             ++rowsIn;
         }
         if (y - radius >= 0) {
-            const uchar* gone = src.constScanLine(y - radius);
+            const uchar* gone = band.in(y - radius);
             for (int j = 0; j < bytes; ++j)
                 columns[j] -= gone[j];
             --rowsIn;
         }
-        result.stored(y);
+        band.stored(y);
     }
 }
 
@@ -187,27 +191,36 @@ FILTER_ROW_LOOP void lowerSecond(const uchar* g, uchar* __restrict f, int n, int
 }
 
 // One hull step of the speckle removal over the inner positions of f and g (stride `stride`).
+// Each pass reads one buffer and writes the other, so its rows may be split over threads.
 template <bool Raise> void hullStep(uchar* f, uchar* g, int w, int h, int stride, int k) {
-    for (int y = 1; y <= h; ++y) {
-        const size_t row = size_t(y) * stride + 1;
-        (Raise ? raiseFirst : lowerFirst)(f + row, g + row, w, k);
-    }
-    for (int y = 1; y <= h; ++y) {
-        const size_t row = size_t(y) * stride + 1;
-        (Raise ? raiseSecond : lowerSecond)(g + row, f + row, w, k);
-    }
+    filterthreads::forRows(h, w, [&](int begin, int end) {
+        for (int y = begin + 1; y <= end; ++y) {
+            const size_t row = size_t(y) * stride + 1;
+            (Raise ? raiseFirst : lowerFirst)(f + row, g + row, w, k);
+        }
+    });
+    filterthreads::forRows(h, w, [&](int begin, int end) {
+        for (int y = begin + 1; y <= end; ++y) {
+            const size_t row = size_t(y) * stride + 1;
+            (Raise ? raiseSecond : lowerSecond)(g + row, f + row, w, k);
+        }
+    });
 }
 
 void despeckleChannel(QImage& image, int channel, std::vector<uchar>& f, std::vector<uchar>& g) {
     const int w = image.width(), h = image.height(), stride = w + 2;
+    uchar* bits = image.bits();
+    const qsizetype bpl = image.bytesPerLine();
     std::fill(f.begin(), f.end(), 0);
     std::fill(g.begin(), g.end(), 0);
-    for (int y = 0; y < h; ++y) {
-        const uchar* s = image.constScanLine(y) + channel;
-        uchar* d = f.data() + (y + 1) * stride + 1;
-        for (int x = 0; x < w; ++x)
-            d[x] = s[4 * x];
-    }
+    filterthreads::forRows(h, w, [&](int begin, int end) {
+        for (int y = begin; y < end; ++y) {
+            const uchar* s = bits + y * bpl + channel;
+            uchar* d = f.data() + size_t(y + 1) * stride + 1;
+            for (int x = 0; x < w; ++x)
+                d[x] = s[4 * x];
+        }
+    });
     static const int directions[4][2] = {{0, 1}, {1, 0}, {1, 1}, {-1, 1}};
     for (const auto& [dx, dy] : directions) {
         const int k = dy * stride + dx;
@@ -216,12 +229,14 @@ void despeckleChannel(QImage& image, int channel, std::vector<uchar>& f, std::ve
         hullStep<false>(f.data(), g.data(), w, h, stride, -k);
         hullStep<false>(f.data(), g.data(), w, h, stride, k);
     }
-    for (int y = 0; y < h; ++y) {
-        const uchar* s = f.data() + (y + 1) * stride + 1;
-        uchar* d = image.scanLine(y) + channel;
-        for (int x = 0; x < w; ++x)
-            d[4 * x] = s[x];
-    }
+    filterthreads::forRows(h, w, [&](int begin, int end) {
+        for (int y = begin; y < end; ++y) {
+            const uchar* s = f.data() + size_t(y + 1) * stride + 1;
+            uchar* d = bits + y * bpl + channel;
+            for (int x = 0; x < w; ++x)
+                d[4 * x] = s[x];
+        }
+    });
 }
 
 } // namespace
@@ -229,70 +244,76 @@ void despeckleChannel(QImage& image, int channel, std::vector<uchar>& f, std::ve
 void filterBlur(QImage& image, int radius) {
     if (radius < 1 || image.isNull() || qint64(image.width()) < 2 * qint64(radius))
         return;
-    ResultRows result(image, radius, image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32,
+    const int w = image.width(), h = image.height();
+    ResultRows result(image, radius, radius, image.hasAlphaChannel() ? Store::Premultiply : Store::Opaque,
                       straightSource);
     const qint64 side = 2 * qint64(radius) + 1;
-    if (side * side < 16000)
-        boxBlur<float>(result, radius);
-    else
-        boxBlur<double>(result, radius);
+    result.forBands([&](ResultRows::Band& band) {
+        if (side * side < 16000)
+            boxBlur<float>(band, w, h, radius);
+        else
+            boxBlur<double>(band, w, h, radius);
+    });
     result.finish();
 }
 
 void filterSharpen(QImage& image, int enable) {
     if (image.isNull() || enable < 1)
         return;
-    ResultRows result(image, 1, QImage::Format_ARGB32);
-    const QImage& src = result.source();
-    const int h = src.height(), bytes = 4 * src.width();
-    for (int y = 0; y < h; ++y) {
-        const uchar* c = src.constScanLine(y);
-        uchar* o = result.row(y);
-        if (y == 0 || y == h - 1 || bytes < 12) {
-            std::copy_n(c, bytes, o);
-        } else {
-            std::copy_n(c, 4, o);
-            std::copy_n(c + bytes - 4, 4, o + bytes - 4);
-            sharpenRow(src.constScanLine(y - 1), c, src.constScanLine(y + 1), o, 4, bytes - 4);
+    const int h = image.height(), bytes = 4 * image.width();
+    ResultRows result(image, 1, 1, Store::Premultiply);
+    result.forBands([&](ResultRows::Band& band) {
+        for (int y = band.begin; y < band.end; ++y) {
+            const uchar* c = band.in(y);
+            uchar* o = band.row(y);
+            if (y == 0 || y == h - 1 || bytes < 12) {
+                std::copy_n(c, bytes, o);
+            } else {
+                std::copy_n(c, 4, o);
+                std::copy_n(c + bytes - 4, 4, o + bytes - 4);
+                sharpenRow(band.in(y - 1), c, band.in(y + 1), o, 4, bytes - 4);
+            }
+            band.stored(y);
         }
-        result.stored(y);
-    }
+    });
     result.finish();
 }
 
 void filterEdge(QImage& image) {
     if (image.width() < 3 || image.height() < 3)
         return;
-    ResultRows result(image, 1, QImage::Format_RGB32);
-    const QImage& src = result.source();
-    const int w = src.width();
-    for (int y = 0; y < src.height(); ++y) {
-        const Rows3 r(src, y);
-        uchar* o = result.row(y);
-        edgePixels(r, o, w, [](int tl, int t, int tr, int l, int, int r, int bl, int b, int br) {
-            return edgeByte(tl, t, tr, l, r, bl, b, br);
-        });
-        edgeRow(r.t, r.m, r.b, o, 4, 4 * (w - 1));
-        copyAlpha(nullptr, o, w);
-        result.stored(y);
-    }
+    const int w = image.width();
+    ResultRows result(image, 1, 1, Store::Opaque);
+    result.forBands([&](ResultRows::Band& band) {
+        for (int y = band.begin; y < band.end; ++y) {
+            const Rows3 r(band, y);
+            uchar* o = band.row(y);
+            edgePixels(r, o, w, [](int tl, int t, int tr, int l, int, int r, int bl, int b, int br) {
+                return edgeByte(tl, t, tr, l, r, bl, b, br);
+            });
+            edgeRow(r.t, r.m, r.b, o, 4, 4 * (w - 1));
+            copyAlpha(nullptr, o, w);
+            band.stored(y);
+        }
+    });
     result.finish();
 }
 
 void filterAntialias(QImage& image) {
     if (image.width() < 3 || image.height() < 3)
         return;
-    ResultRows result(image, 1, QImage::Format_ARGB32);
-    const QImage& src = result.source();
-    const int w = src.width();
-    for (int y = 0; y < src.height(); ++y) {
-        const Rows3 r(src, y);
-        uchar* o = result.row(y);
-        edgePixels(r, o, w, antialiasByte);
-        antialiasRow(r.t, r.m, r.b, o, 4, 4 * (w - 1));
-        copyAlpha(r.m, o, w);
-        result.stored(y);
-    }
+    const int w = image.width();
+    ResultRows result(image, 1, 1, Store::Premultiply);
+    result.forBands([&](ResultRows::Band& band) {
+        for (int y = band.begin; y < band.end; ++y) {
+            const Rows3 r(band, y);
+            uchar* o = band.row(y);
+            edgePixels(r, o, w, antialiasByte);
+            antialiasRow(r.t, r.m, r.b, o, 4, 4 * (w - 1));
+            copyAlpha(r.m, o, w);
+            band.stored(y);
+        }
+    });
     result.finish();
 }
 
@@ -325,11 +346,13 @@ void filterCharcoal(QImage& image) {
 void filterGrayscale(QImage& image) {
     if (image.isNull())
         return;
-    ResultRows result(image, 0, QImage::Format_RGB32);
-    const QImage& src = result.source();
-    for (int y = 0; y < src.height(); ++y) {
-        greyRow(src.constScanLine(y), result.row(y), src.width());
-        result.stored(y);
-    }
+    const int w = image.width();
+    ResultRows result(image, 0, 0, Store::Opaque);
+    result.forBands([&](ResultRows::Band& band) {
+        for (int y = band.begin; y < band.end; ++y) {
+            greyRow(band.in(y), band.row(y), w);
+            band.stored(y);
+        }
+    });
     result.finish();
 }

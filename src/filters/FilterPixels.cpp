@@ -1,5 +1,7 @@
 #include "FilterRows.h"
 
+#include <vector>
+
 namespace filterpixels {
 
 const uchar* unpremultiplyTable() {
@@ -13,53 +15,105 @@ const uchar* unpremultiplyTable() {
     return table.data();
 }
 
-void assignPremultiplied(QImage& image, QImage&& result) {
-    if (result.format() == QImage::Format_ARGB32) {
-        for (int y = 0; y < result.height(); ++y)
-            premultiplyRow(result.constScanLine(y), result.scanLine(y), result.width());
-    }
-    result.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied);
-    image = std::move(result);
+void premultiplyInPlace(QImage& image) {
+    if (image.format() == QImage::Format_ARGB32)
+        forWordRows(image, [](quint32* words, int w) {
+            premultiplyRow(reinterpret_cast<const uchar*>(words), reinterpret_cast<uchar*>(words), w);
+        });
+    image.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-Histograms straightHistograms(const QImage& image) {
-    // Alternate pixels count into two banks, so that equal neighbours do not wait on each other.
-    std::array<std::array<quint64, 256>, 6> bank{};
-    auto& [red, green, blue, red2, green2, blue2] = bank;
+namespace {
+
+// Counts of straight colours. Large images count green and blue together, with one increment in a
+// table of 65536 pairs, and red alone: two increments a pixel instead of three, the dearest part of
+// the histograms, for a table that takes longer to clear and add up than a small image to count.
+// Alternate pixels count into two banks, so that runs of equal pixels do not wait on each other's
+// increments. 32-bit counts, added into the totals before they can overflow.
+class Counts {
+public:
+    explicit Counts(bool pairs)
+        : m_pairs(pairs ? 2 << 16 : 0) {}
+
+    void word(int bank, quint32 q) {
+        if (m_pairs.empty()) {
+            channels(bank, (q >> 16) & 0xff, (q >> 8) & 0xff, q & 0xff);
+            return;
+        }
+        ++m_pairs[size_t(bank) << 16 | (q & 0xffff)];
+        ++m_single[bank][Histograms::R][(q >> 16) & 0xff];
+    }
+    void channels(int bank, uint red, uint green, uint blue) {
+        ++m_single[bank][Histograms::R][red];
+        ++m_single[bank][Histograms::G][green];
+        ++m_single[bank][Histograms::B][blue];
+    }
+    void addTo(Histograms& h) {
+        for (int bank = 0; bank < 2; ++bank) {
+            for (int c = 0; c < 3; ++c)
+                for (int level = 0; level < 256; ++level)
+                    h.count[c][level] += m_single[bank][c][level];
+            if (m_pairs.empty())
+                continue;
+            const quint32* pairs = m_pairs.data() + (size_t(bank) << 16);
+            for (int green = 0; green < 256; ++green)
+                for (int blue = 0; blue < 256; ++blue) {
+                    h.count[Histograms::G][green] += pairs[green << 8 | blue];
+                    h.count[Histograms::B][blue] += pairs[green << 8 | blue];
+                }
+        }
+        std::fill(m_pairs.begin(), m_pairs.end(), 0);
+        m_single = {};
+    }
+
+private:
+    std::vector<quint32> m_pairs; // [bank][green << 8 | blue]
+    std::array<std::array<std::array<quint32, 256>, 3>, 2> m_single{};
+};
+
+void countRows(const QImage& image, int begin, int end, Histograms& h) {
     const bool premultiplied = image.format() == QImage::Format_ARGB32_Premultiplied;
     const uchar* unpremultiply = unpremultiplyTable();
     const int w = image.width();
-    for (int y = 0; y < image.height(); ++y) {
+    Counts counts(!premultiplied && qint64(end - begin) * w >= qint64(1) << 20);
+    qint64 counted = 0;
+    for (int y = begin; y < end; ++y) {
         const auto* p = reinterpret_cast<const quint32*>(image.constScanLine(y));
         if (premultiplied) {
             for (int x = 0; x < w; ++x) {
                 const uchar* u = unpremultiply + (p[x] >> 24) * 256;
-                ++red[u[(p[x] >> 16) & 0xff]];
-                ++green[u[(p[x] >> 8) & 0xff]];
-                ++blue[u[p[x] & 0xff]];
+                counts.channels(x & 1, u[(p[x] >> 16) & 0xff], u[(p[x] >> 8) & 0xff], u[p[x] & 0xff]);
             }
-            continue;
+        } else {
+            int x = 0;
+            for (; x + 2 <= w; x += 2) {
+                counts.word(0, p[x]);
+                counts.word(1, p[x + 1]);
+            }
+            if (x < w)
+                counts.word(0, p[x]);
         }
-        int x = 0;
-        for (; x + 1 < w; x += 2) {
-            const quint32 a = p[x], b = p[x + 1];
-            ++red[(a >> 16) & 0xff];
-            ++green[(a >> 8) & 0xff];
-            ++blue[a & 0xff];
-            ++red2[(b >> 16) & 0xff];
-            ++green2[(b >> 8) & 0xff];
-            ++blue2[b & 0xff];
-        }
-        if (x < w) {
-            ++red[(p[x] >> 16) & 0xff];
-            ++green[(p[x] >> 8) & 0xff];
-            ++blue[p[x] & 0xff];
+        counted += w;
+        if (counted >= qint64(1) << 30) {
+            counts.addTo(h);
+            counted = 0;
         }
     }
+    counts.addTo(h);
+}
+
+} // namespace
+
+Histograms straightHistograms(const QImage& image) {
+    const int bands = filterthreads::bandCount(image.height(), image.width());
+    std::vector<Histograms> parts(bands);
+    filterthreads::forBands(image.height(), bands,
+                            [&](int band, int begin, int end) { countRows(image, begin, end, parts[band]); });
     Histograms h;
-    for (int c = 0; c < 3; ++c)
-        for (int level = 0; level < 256; ++level)
-            h.count[c][level] = bank[c][level] + bank[c + 3][level];
+    for (const Histograms& part : parts)
+        for (int c = 0; c < 3; ++c)
+            for (int level = 0; level < 256; ++level)
+                h.count[c][level] += part.count[c][level];
     return h;
 }
 

@@ -3,6 +3,8 @@
 // Pixel handling shared by the filters: channel offsets, the three ways of reading and writing
 // pixels (raw words, straight colour, converted images) and edge-replicating row access.
 
+#include "FilterThreads.h"
+
 #include <QImage>
 
 #include <algorithm>
@@ -19,10 +21,10 @@ constexpr int Blue = 3, Green = 2, Red = 1, Alpha = 0;
 
 using ByteTable = std::array<uchar, 256>;
 
-// Hot row loops also get an AVX2 clone, picked when the library loads; both clones do the same
-// integer or float operations in the same order, so the results do not depend on the machine.
+// Hot row loops also get AVX-512 and AVX2 clones, picked when the library loads; every clone does the
+// same integer or float operations in the same order, so the results do not depend on the machine.
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
-#define FILTER_ROW_LOOP __attribute__((target_clones("avx2", "default")))
+#define FILTER_ROW_LOOP __attribute__((target_clones("arch=x86-64-v4", "avx2", "default")))
 #else
 #define FILTER_ROW_LOOP
 #endif
@@ -67,38 +69,47 @@ inline bool ownsStraightWords(const QImage& image) {
     return (f == QImage::Format_ARGB32 || f == QImage::Format_RGB32) && image.isDetached();
 }
 
-// Ends a converted filter: the image becomes the straight result in premultiplied format. Done
-// here rather than by QImage::convertTo, which may spread large images over a thread pool.
-void assignPremultiplied(QImage& image, QImage&& result);
+// Leaves a straight ARGB32 (or RGB32) image premultiplied, in premultiplied format. Done here
+// rather than by QImage::convertTo, whose threads would not follow the filters' setting.
+void premultiplyInPlace(QImage& image);
 
-inline const uchar* clampedRow(const QImage& image, int y) {
-    return image.constScanLine(std::clamp(y, 0, image.height() - 1));
+// Ends a converted filter: the image becomes the straight result in premultiplied format.
+inline void assignPremultiplied(QImage& image, QImage&& result) {
+    premultiplyInPlace(result);
+    image = std::move(result);
+}
+
+// Calls f(words, width) on every row of a 32-bit image, the rows split over the filter threads.
+template <typename F> void forWordRows(QImage& image, F f) {
+    const int w = image.width(), h = image.height();
+    if (w == 0 || h == 0)
+        return;
+    uchar* base = image.bits();
+    const qsizetype bpl = image.bytesPerLine();
+    filterthreads::forRows(h, w, [&](int begin, int end) {
+        for (int y = begin; y < end; ++y)
+            f(reinterpret_cast<quint32*>(base + y * bpl), w);
+    });
 }
 
 // Calls f(red, green, blue) with each pixel's straight colour and stores the colour it leaves,
 // premultiplying again where the image is premultiplied. Alpha is kept.
 template <typename F> void transformStraight(QImage& image, F f) {
     makeWordImage(image);
-    const int w = image.width(), h = image.height();
-    if (w == 0 || h == 0)
-        return;
     const bool premultiplied = image.format() == QImage::Format_ARGB32_Premultiplied;
     const uchar* unpremultiply = unpremultiplyTable();
-    uchar* base = image.bits();
-    const qsizetype bpl = image.bytesPerLine();
-    for (int y = 0; y < h; ++y) {
-        uchar* p = base + y * bpl;
+    forWordRows(image, [&](quint32* words, int w) {
         if (!premultiplied) {
             // Whole words: one store per pixel instead of one per channel.
-            auto* words = reinterpret_cast<quint32*>(p);
             for (int x = 0; x < w; ++x) {
                 const quint32 px = words[x];
                 uchar r = uchar(px >> 16), g = uchar(px >> 8), b = uchar(px);
                 f(r, g, b);
                 words[x] = (px & 0xff000000u) | quint32(r) << 16 | quint32(g) << 8 | b;
             }
-            continue;
+            return;
         }
+        auto* p = reinterpret_cast<uchar*>(words);
         for (int x = 0; x < w; ++x, p += 4) {
             const int a = p[Alpha];
             const uchar* u = unpremultiply + a * 256;
@@ -108,7 +119,7 @@ template <typename F> void transformStraight(QImage& image, F f) {
             p[Green] = premultiplyByte(g, a);
             p[Blue] = premultiplyByte(b, a);
         }
-    }
+    });
 }
 
 // Counts of the straight red, green and blue levels (no map reads alpha's).

@@ -1,7 +1,9 @@
-#include "FilterPixels.h"
+#include "FilterKernels.h"
+#include "FilterThreads.h"
 #include "ImageFilters.h"
 
 #include <cmath>
+#include <vector>
 
 using namespace filterpixels;
 
@@ -10,27 +12,20 @@ namespace {
 // Replaces the colour bytes of every pixel through one table per channel; alpha is left alone.
 void applyColourTables(QImage& image, const ByteTable& blue, const ByteTable& green, const ByteTable& red) {
     makeWordImage(image);
-    const int w = image.width(), h = image.height();
-    if (w == 0 || h == 0)
-        return;
-    uchar* base = image.bits();
-    const qsizetype bpl = image.bytesPerLine();
-    for (int y = 0; y < h; ++y) {
-        uchar* p = base + y * bpl;
-        for (int x = 0; x < w; ++x, p += 4) {
-            p[Blue] = blue[p[Blue]];
-            p[Green] = green[p[Green]];
-            p[Red] = red[p[Red]];
-        }
-    }
+    const WordTables tables(red, green, blue);
+    forWordRows(image, [&](quint32* words, int w) { tables.apply(words, w); });
 }
 
-ByteTable shiftTable(int delta) {
-    delta = std::clamp(delta, -255, 255);
-    ByteTable t;
-    for (int i = 0; i < 256; ++i)
-        t[i] = clampByte(i + delta);
-    return t;
+// Adds delta[c] to channel c's bytes (blue, green, red), clamped.
+void shiftColours(QImage& image, int blue, int green, int red) {
+    makeWordImage(image);
+    quint32 add = 0, sub = 0;
+    const int deltas[3] = {blue, green, red};
+    for (int c = 0; c < 3; ++c) {
+        const int d = std::clamp(deltas[c], -255, 255);
+        (d > 0 ? add : sub) |= quint32(std::abs(d)) << (8 * c);
+    }
+    forWordRows(image, [&](quint32* words, int w) { shiftWords(words, w, add, sub); });
 }
 
 ByteTable contrastTable(int mean, int amount) {
@@ -42,25 +37,23 @@ ByteTable contrastTable(int mean, int amount) {
     return t;
 }
 
-// Channel means of the colour bytes, truncated.
+// Channel means of the colour bytes, truncated; each band of rows sums its own part.
 std::array<int, 3> colourMeans(const QImage& image) {
     const int w = image.width(), h = image.height();
-    quint64 blue = 0, green = 0, red = 0;
-    for (int y = 0; y < h; ++y) {
-        // Whole words, so that the three sums vectorise.
-        const auto* p = reinterpret_cast<const quint32*>(image.constScanLine(y));
-        quint32 rowBlue = 0, rowGreen = 0, rowRed = 0;
-        for (int x = 0; x < w; ++x) {
-            rowBlue += p[x] & 0xff;
-            rowGreen += p[x] >> 8 & 0xff;
-            rowRed += p[x] >> 16 & 0xff;
-        }
-        blue += rowBlue;
-        green += rowGreen;
-        red += rowRed;
-    }
+    const int bands = filterthreads::bandCount(h, w);
+    std::vector<std::array<quint64, 3>> sums(bands, {0, 0, 0});
+    filterthreads::forBands(h, bands, [&](int band, int begin, int end) {
+        quint64 s[3] = {0, 0, 0};
+        for (int y = begin; y < end; ++y)
+            addChannelSums(reinterpret_cast<const quint32*>(image.constScanLine(y)), w, s);
+        sums[band] = {s[0], s[1], s[2]};
+    });
+    std::array<quint64, 3> total{0, 0, 0};
+    for (const auto& s : sums)
+        for (int c = 0; c < 3; ++c)
+            total[c] += s[c];
     const quint64 n = quint64(w) * quint64(h);
-    return {int(blue / n), int(green / n), int(red / n)};
+    return {int(total[0] / n), int(total[1] / n), int(total[2] / n)};
 }
 
 // Straight colour to hue (kept exact), saturation and value with 8-bit components and back, with
@@ -89,12 +82,11 @@ FILTER_ROW_LOOP void desaturateRow(quint32* words, int w, float keep) {
 } // namespace
 
 void filterBrightness(QImage& image, int delta) {
-    const ByteTable t = shiftTable(delta);
-    applyColourTables(image, t, t, t);
+    shiftColours(image, delta, delta, delta);
 }
 
 void filterColorize(QImage& image, int blue, int green, int red) {
-    applyColourTables(image, shiftTable(blue), shiftTable(green), shiftTable(red));
+    shiftColours(image, blue, green, red);
 }
 
 void filterGamma(QImage& image, double gamma) {
@@ -130,6 +122,5 @@ void filterDesaturate(QImage& image, float amount) {
         });
         return;
     }
-    for (int y = 0; y < image.height(); ++y)
-        desaturateRow(reinterpret_cast<quint32*>(image.scanLine(y)), image.width(), keep);
+    forWordRows(image, [keep](quint32* words, int w) { desaturateRow(words, w, keep); });
 }

@@ -7,6 +7,12 @@
 // In-place image filters. Each one replaces the image's contents and never reports failure; the
 // comments name the pixel handling, which decides the format the image is left in.
 
+// Threads the filters split an image's rows over: 0 (the default) uses every core, 1 keeps the
+// filters' own loops on the caller's thread (Qt may still convert an image's format on threads of its
+// own). The results are the same whatever the setting.
+GRAPHICSOBJECTS_EXPORT void setFilterThreads(int threads);
+GRAPHICSOBJECTS_EXPORT int filterThreads();
+
 // Point operations on the colour bytes of 32-bit pixels; alpha is never changed and the format kept.
 GRAPHICSOBJECTS_EXPORT void filterBrightness(QImage& image, int delta);
 GRAPHICSOBJECTS_EXPORT void filterContrast(QImage& image, int amount);
@@ -27,6 +33,9 @@ GRAPHICSOBJECTS_EXPORT void filterEdge(QImage& image);
 GRAPHICSOBJECTS_EXPORT void filterDespeckle(QImage& image);
 GRAPHICSOBJECTS_EXPORT void filterAntialias(QImage& image);
 GRAPHICSOBJECTS_EXPORT void filterGaussianBlur(QImage& image, float radius, float sigma);
+// The sharpen and emboss kernels are as wide as the radius (or, when it is not positive, sigma) asks;
+// one wider than 8191 pixels, or a sigma too small for float weights, is refused with a warning and
+// leaves the image unchanged.
 GRAPHICSOBJECTS_EXPORT void filterGaussianSharpen(QImage& image, float radius, float sigma);
 GRAPHICSOBJECTS_EXPORT void filterEmboss(QImage& image, float radius, float sigma);
 GRAPHICSOBJECTS_EXPORT void filterCharcoal(QImage& image);

@@ -1,6 +1,7 @@
 #include "FilterTestImages.h"
 #include "ImageFilters.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -9,6 +10,14 @@ const QImage::Format premultiplied = QImage::Format_ARGB32_Premultiplied;
 
 void rule(const char* name, const Filter& filter, const QImage& before, const QImage& after) {
     QTest::newRow(name) << filter << before << after;
+}
+
+// The first row of an image repeated h times.
+QImage stacked(const QImage& image, int h) {
+    QImage out(image.width(), h, image.format());
+    for (int y = 0; y < h; ++y)
+        std::copy_n(image.constScanLine(0), 4 * image.width(), out.scanLine(y));
+    return out;
 }
 
 // Opaque words read the same in both formats.
@@ -175,6 +184,42 @@ private slots:
             rule(name, filter, uniform, asPremultiplied(uniform));
     }
     void unchanged() { check(); }
+
+    // Square kernels are as wide as asked, however small the image: on equal rows each row of the
+    // result is the result of that row alone, whatever the image's height (the rows of the kernel
+    // add the same row again; equalising counts every level as many times over).
+    void kernelsWiderThanTheImage_data() {
+        QTest::addColumn<Filter>("filter");
+        QTest::addColumn<QImage>("before");
+        QTest::addColumn<QImage>("after");
+        const QImage row = columns({0xff2080c0, 0x80ff4000, 0xff10e070});
+        for (const auto& [name, filter] : std::initializer_list<std::pair<const char*, Filter>>{
+                 {"gaussian sharpen, radius 8", [](QImage& i) { filterGaussianSharpen(i, 8, 3); }},
+                 {"gaussian sharpen, width from sigma 3", [](QImage& i) { filterGaussianSharpen(i, 0, 3); }},
+                 {"emboss, radius 6", [](QImage& i) { filterEmboss(i, 6, 2); }},
+                 {"emboss, width from sigma 1.5", [](QImage& i) { filterEmboss(i, 0, 1.5f); }}})
+            rule(name, filter, stacked(row, 40), stacked(applied(filter, row), 40));
+    }
+    void kernelsWiderThanTheImage() { check(); }
+
+    // A kernel too wide for any use is refused with one warning, not narrowed; so are weights too
+    // large for floats.
+    void refusesAbsurdKernels_data() {
+        QTest::addColumn<Filter>("filter");
+        QTest::newRow("sharpen, radius") << Filter([](QImage& i) { filterGaussianSharpen(i, 1e9f, 1); });
+        QTest::newRow("sharpen, sigma") << Filter([](QImage& i) { filterGaussianSharpen(i, 0, 1e30f); });
+        QTest::newRow("emboss, radius") << Filter([](QImage& i) { filterEmboss(i, 40000, 2); });
+        QTest::newRow("sharpen, tiny sigma") << Filter([](QImage& i) { filterGaussianSharpen(i, 2, 1e-30f); });
+    }
+    void refusesAbsurdKernels() {
+        QFETCH(Filter, filter);
+        const QImage before = seeded(5, 4, 8);
+        QImage image = before;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("the image is left unchanged"));
+        filter(image);
+        QVERIFY(image == before);
+        QCOMPARE(image.format(), before.format());
+    }
 
 private:
     void check() {
