@@ -15,10 +15,13 @@ private slots:
     void penAndFontReachTheLabel();
 };
 
-// Measures past the table read 0; a new item is being created and has nothing to compute.
+// Measures past the table read 0; a new item is being created and has nothing to compute; labels and
+// their leader lines are red, the leader dotted.
 void TestBaseItem::newItemDefaults() {
     TestItem item;
     QCOMPARE(item.accessmesure(12) + item.accessmesureP(1000), 0.0);
+    QCOMPARE(item.label()->textColor(), QColor(Qt::red));
+    QVERIFY(item.penCentroidText().style() == Qt::DotLine && item.penCentroidText().isCosmetic());
     QCOMPARE(item.modeEdition(), AbstractBaseItem::EditionCreating);
     QVERIFY(!item.computeMesures(nullptr));
 }
