@@ -1,82 +1,48 @@
-#include "FrameworkFixtures.h"
-#include "StartTool.h"
+#include "DrawingView.h"
 #include "TestItem.h"
-
-#include <QSignalSpy>
-
-#include <memory>
 
 class TestDrawing : public QObject {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup() { m_shown.reset(); }
     void unknownToolStartsNothing();
     void dragCreatesASelectedItem();
-    void creationByClicksGoesOnUntilComplete();
     void abandonedItemIsDiscarded_data();
     void abandonedItemIsDiscarded();
-
-private:
-    std::unique_ptr<ShownScene> m_shown;
 };
 
-void TestDrawing::init() {
-    m_shown = std::make_unique<ShownScene>();
-    QVERIFY(m_shown->exposed());
-}
-
 void TestDrawing::unknownToolStartsNothing() {
-    QCOMPARE(startTool(&m_shown->scene, QStringLiteral("NoSuchItem")), nullptr);
-    QCOMPARE(m_shown->scene.itemInCreation(), nullptr);
-    QVERIFY(m_shown->scene.items().isEmpty());
+    DrawingView v;
+    QCOMPARE(startTool(&v.scene, QStringLiteral("NoSuchItem")), nullptr);
+    QCOMPARE(v.scene.itemInCreation(), nullptr);
+    QVERIFY(v.scene.items().isEmpty());
 }
 
 // Moves before the press are not the item's; Shift constrains; afterwards the scene selects as usual.
 void TestDrawing::dragCreatesASelectedItem() {
-    ShownScene& s = *m_shown;
+    DrawingView v;
+    QVERIFY(v.exposed);
     auto* item = new TestItem;
-    QSignalSpy accepted(&s.scene, &AbstractScene::itemAccepted);
-    s.scene.startTool(item);
-    QCOMPARE(s.scene.itemInCreation(), item);
-    QCOMPARE(item->LinkScene(), &s.scene);
-    QTest::mouseMove(s.viewport(), s.at(10, 10));
-    QTest::mouseMove(s.viewport(), s.at(20, 20));
+    QSignalSpy accepted(&v.scene, &AbstractScene::itemAccepted);
+    v.scene.startTool(item);
+    QCOMPARE(v.scene.itemInCreation(), item);
+    QCOMPARE(item->LinkScene(), &v.scene);
+    v.move({10, 10});
+    v.move({20, 20});
     QVERIFY(item->moves.isEmpty());
-    QTest::mousePress(s.viewport(), Qt::LeftButton, Qt::ShiftModifier, s.at(50, 60));
+    v.press({50, 60}, Qt::ShiftModifier);
     QVERIFY(item->constrained());
-    QTest::mouseMove(s.viewport(), s.at(80, 90));
-    QTest::mouseRelease(s.viewport(), Qt::LeftButton, {}, s.at(80, 90));
+    v.move({80, 90});
+    v.release({80, 90});
     QCOMPARE(accepted.count(), 1);
     QCOMPARE(accepted.first().first().value<AbstractBaseItem*>(), item);
     QVERIFY(item->isSelected());
-    QCOMPARE(s.scene.itemInCreation(), nullptr);
+    QCOMPARE(v.scene.itemInCreation(), nullptr);
     QCOMPARE(item->presses, QList<QPointF>{QPointF(50, 60)});
     QCOMPARE(item->moves.last(), QPointF(80, 90));
 
-    QTest::mouseClick(s.viewport(), Qt::LeftButton, {}, s.at(350, 250));
+    QTest::mouseClick(v.view.viewport(), Qt::LeftButton, {}, v.at({350, 250}));
     QVERIFY(!item->isSelected());
     QCOMPARE(item->presses.size(), 1);
-}
-
-void TestDrawing::creationByClicksGoesOnUntilComplete() {
-    ShownScene& s = *m_shown;
-    auto* item = new TestItem;
-    item->pressesToComplete = 4;
-    QSignalSpy accepted(&s.scene, &AbstractScene::itemAccepted);
-    s.scene.startTool(item);
-    const QList<QPointF> corners = {{100, 50}, {150, 100}, {100, 150}, {50, 100}};
-    for (int i = 0; i < corners.size(); ++i) {
-        QTest::mouseClick(s.viewport(), Qt::LeftButton, {}, s.at(corners[i].x(), corners[i].y()));
-        QCOMPARE(accepted.count(), i == 3 ? 1 : 0);
-        if (i < 3) {
-            // Between clicks the moves reach the item (a rubber band follows the cursor).
-            const int before = item->moves.size();
-            QTest::mouseMove(s.viewport(), s.at(corners[i + 1].x(), corners[i + 1].y()));
-            QVERIFY(item->moves.size() > before);
-        }
-    }
-    QCOMPARE(item->presses, corners);
 }
 
 // Every discarded item is announced, so that a host can reset its tool.
@@ -89,23 +55,24 @@ void TestDrawing::abandonedItemIsDiscarded_data() {
 
 void TestDrawing::abandonedItemIsDiscarded() {
     QFETCH(int, how);
-    ShownScene& s = *m_shown;
+    DrawingView v;
+    QVERIFY(v.exposed);
     auto* item = new TestItem;
     item->accept = false;
-    QSignalSpy accepted(&s.scene, &AbstractScene::itemAccepted);
-    QSignalSpy rejections(&s.scene, &AbstractScene::itemRejected);
+    QSignalSpy accepted(&v.scene, &AbstractScene::itemAccepted);
+    QSignalSpy rejections(&v.scene, &AbstractScene::itemRejected);
     QSignalSpy destroyed(item, &QObject::destroyed);
-    s.scene.startTool(item);
+    v.scene.startTool(item);
     if (how == 2)
-        QTest::keyClick(s.viewport(), Qt::Key_Escape);
+        QTest::keyClick(v.view.viewport(), Qt::Key_Escape);
     else
-        QTest::mouseClick(s.viewport(), how == 0 ? Qt::LeftButton : Qt::RightButton, {}, s.at(50, 60));
+        QTest::mouseClick(v.view.viewport(), how == 0 ? Qt::LeftButton : Qt::RightButton, {}, v.at({50, 60}));
     QCOMPARE(destroyed.count(), 1);
     QCOMPARE(rejections.count(), 1);
     QCOMPARE(rejections.first().first().toString(), QString("TestItem"));
     QCOMPARE(accepted.count(), 0);
-    QCOMPARE(s.scene.itemInCreation(), nullptr);
-    QVERIFY(s.scene.items().isEmpty());
+    QCOMPARE(v.scene.itemInCreation(), nullptr);
+    QVERIFY(v.scene.items().isEmpty());
 }
 
 QTEST_MAIN(TestDrawing)

@@ -1,8 +1,5 @@
-#include "FrameworkFixtures.h"
-#include "HoverEventItem.h"
+#include "DrawingView.h"
 #include "TestItem.h"
-
-#include <QSignalSpy>
 
 #include <cmath>
 
@@ -166,10 +163,10 @@ void TestHandgrips::drag_data() {
 
 void TestHandgrips::drag() {
     QFETCH(bool, locked);
-    ShownScene s;
-    QVERIFY(s.exposed());
+    DrawingView v;
+    QVERIFY(v.exposed);
     auto* item = new TestItem;
-    s.scene.addItem(item);
+    v.scene.addItem(item);
     item->addGrip(0, HoverEventItem::Move, {100, 100});
     item->forceSelection();
     HoverEventItem* grip = item->handgripItems().first();
@@ -178,18 +175,16 @@ void TestHandgrips::drag() {
     QSignalSpy init(grip, &HoverEventItem::initPos);
     QSignalSpy moved(grip, &HoverEventItem::moved);
     QSignalSpy release(grip, &HoverEventItem::releasePos);
-    const QPoint start = s.at(100, 100), end = start + QPoint(10, 5);
-    QTest::mousePress(s.viewport(), Qt::LeftButton, {}, start);
-    QTest::mouseMove(s.viewport(), end);
-    QTest::mouseRelease(s.viewport(), Qt::LeftButton, {}, end);
+    const QPointF start = v.view.mapToScene(v.at({100, 100})), end = start + QPointF(10, 5);
+    v.drag(start, end);
     if (locked) {
         QCOMPARE(init.count() + moved.count() + release.count(), 0);
         return;
     }
     QCOMPARE(init.count(), 1);
-    QCOMPARE(init.first().first().toPointF(), s.view.mapToScene(start));
+    QCOMPARE(init.first().first().toPointF(), start);
     QVERIFY(moved.count() >= 1);
-    QCOMPARE(moved.last().first().toPointF(), s.view.mapToScene(end));
+    QCOMPARE(moved.last().first().toPointF(), end);
     QCOMPARE(release.count(), 1);
     QCOMPARE(item->pressed, 1);
     QCOMPARE(item->updated, moved.count());
@@ -198,21 +193,21 @@ void TestHandgrips::drag() {
 
 // A grip keeps its size on screen at any zoom, and lights up under the cursor.
 void TestHandgrips::gripOnScreen() {
-    ShownScene s;
-    QVERIFY(s.exposed());
+    DrawingView v;
+    QVERIFY(v.exposed);
     auto* grip = new HoverEventItem(nullptr, nullptr, 0, HoverEventItem::Move);
-    s.scene.addItem(grip);
+    v.scene.addItem(grip);
     grip->setPos(100, 100);
     for (double zoom : {0.25, 4.0, 1.0}) {
-        s.view.setTransform(QTransform::fromScale(zoom, zoom));
+        v.view.setTransform(QTransform::fromScale(zoom, zoom));
         const QRectF onScreen =
-            grip->deviceTransform(s.view.viewportTransform()).mapRect(grip->path().boundingRect());
+            grip->deviceTransform(v.view.viewportTransform()).mapRect(grip->path().boundingRect());
         QCOMPARE(onScreen.width(), double(HoverEventItemSize()));
     }
     QVERIFY(!grip->isHighlighted());
-    QTest::mouseMove(s.viewport(), s.at(100, 100));
+    v.move({100, 100});
     QTRY_VERIFY(grip->isHighlighted());
-    QTest::mouseMove(s.viewport(), s.at(300, 250));
+    v.move({300, 250});
     QTRY_VERIFY(!grip->isHighlighted());
 }
 

@@ -37,32 +37,24 @@ void TestMeasures::formatTextMesure_data() {
     QTest::addColumn<QString>("unit");
     QTest::addColumn<QString>("labelled");
     QTest::addColumn<QString>("plain");
-    const struct {
-        const char* row;
-        int index;
-        double value;
-        int decimals;
-        const char* unit;
-        const char* labelled;
-        const char* plain;
-    } rows[] = {
-        {"centroid has no number", 0, 3.0, 2, "mm", "centroid:", ""},
-        {"distance with unit", 1, 12.5, 2, "mm", "dist1:12.50*mm", "12.50*mm"},
-        {"second distance, micrometres", 2, 0.5, 3, "µm", "dist2:0.500*µm", "0.50*mm"},
-        {"angle without unit", 3, 45.0, 1, "mm", "ang1:45.0", "45.00"},
-        {"second angle", 4, -30.25, 2, "mm", "ang2:-30.25", "-30.25"},
-        {"area without unit", 5, 100.0, 2, "mm", "aera:100.00", "100.00"},
-        {"perimeter", 6, 40.0, 2, "cm", "perim:40.00*cm", "40.00*mm"},
-        {"second radius, no decimals", 8, 2.0, 0, "mm", "rad2:2*mm", "2.00*mm"},
-        {"diameter rounds", 9, 2.346, 2, "in", "diam:2.35*in", "2.35*mm"},
-        {"custom", 10, 7.0, 1, "mm", "cust:7.0", "7.00"},
-        {"reserved is never printed", 11, 7.0, 2, "mm", "", ""},
-        {"negative index", -1, 7.0, 2, "mm", "", ""},
-        {"no measure", 100, 7.0, 2, "mm", "", ""},
+    const auto row = [](const char* name, int index, double value, int decimals, const char* unit,
+                        const char* labelled, const char* plain) {
+        QTest::newRow(name) << index << value << decimals << QString(unit) << QString(labelled)
+                            << QString(plain);
     };
-    for (const auto& r : rows)
-        QTest::newRow(r.row) << r.index << r.value << r.decimals << QString(r.unit) << QString(r.labelled)
-                             << QString(r.plain);
+    row("centroid has no number", 0, 3.0, 2, "mm", "centroid:", "");
+    row("distance with unit", 1, 12.5, 2, "mm", "dist1:12.50*mm", "12.50*mm");
+    row("second distance, micrometres", 2, 0.5, 3, "µm", "dist2:0.500*µm", "0.50*mm");
+    row("angle without unit", 3, 45.0, 1, "mm", "ang1:45.0", "45.00");
+    row("second angle", 4, -30.25, 2, "mm", "ang2:-30.25", "-30.25");
+    row("area without unit", 5, 100.0, 2, "mm", "aera:100.00", "100.00");
+    row("perimeter", 6, 40.0, 2, "cm", "perim:40.00*cm", "40.00*mm");
+    row("second radius, no decimals", 8, 2.0, 0, "mm", "rad2:2*mm", "2.00*mm");
+    row("diameter rounds", 9, 2.346, 2, "in", "diam:2.35*in", "2.35*mm");
+    row("custom", 10, 7.0, 1, "mm", "cust:7.0", "7.00");
+    row("reserved is never printed", 11, 7.0, 2, "mm", "", "");
+    row("negative index", -1, 7.0, 2, "mm", "", "");
+    row("no measure", 100, 7.0, 2, "mm", "", "");
 }
 
 void TestMeasures::formatTextMesure() {

@@ -50,9 +50,8 @@ private slots:
     void focusOutRemovesOnlyEmptyText();
     void linkedTextFollowsMeasure_data();
     void linkedTextFollowsMeasure();
-    void everyWayOfUnlinkingStopsFollowing_data();
-    void everyWayOfUnlinkingStopsFollowing();
-    void resetTextKeepsTheSource();
+    void unlinking_data();
+    void unlinking();
     void deletingTheTextFirstRemovesTheItem();
     void cornerGripRotatesAboutTheCentre();
     void dialogFormatsTheSelection();
@@ -121,27 +120,26 @@ void TestTextItem::linkedTextFollowsMeasure() {
     QFETCH(QString, expected);
     MeasuringItem source;
     source.measure(kind, 10);
-    _AUTOPOINTPARAMS record;
-    record.center = QPointF(120, 80);
-    record.source = &source;
-    eTextItem text(nullptr, 1, &record);
-    QVERIFY(text.creationStarted() && text.textItem()->isLinked());
+    auto text = generated<eTextItem>({&source, {}, {}, QPointF(120, 80), 0, 0, {}});
+    QVERIFY(text->creationStarted() && text->textItem()->isLinked());
     source.measure(kind, 25);
-    QCOMPARE(text.text(), expected);
-    QVERIFY(near(text.centroid(), record.center, 1e-9));
+    QCOMPARE(text->text(), expected);
+    QVERIFY(near(text->centroid(), QPointF(120, 80), 1e-9));
     // The link is saved by name, for the host to make again.
-    QCOMPARE(saved(&text).value("linkname"), QStringLiteral("Ruler1"));
-    checkXmlRoundTrip(&text);
+    QCOMPARE(saved(text.get()).value("linkname"), QStringLiteral("Ruler1"));
+    checkXmlRoundTrip(text.get());
 }
 
-void TestTextItem::everyWayOfUnlinkingStopsFollowing_data() {
+void TestTextItem::unlinking_data() {
     QTest::addColumn<int>("way");
     QTest::addColumn<QString>("textAfter");
     QTest::newRow("unassociate without item") << 1 << "Ruler1 dist1:5.00 mm";
     QTest::newRow("menu") << 2 << "Ruler1 dist1:5.00 mm";
+    // Without a source, setText clears the link name and the text, not the link.
+    QTest::newRow("reset text") << 3 << "Ruler1 dist1:20.00 mm";
 }
 
-void TestTextItem::everyWayOfUnlinkingStopsFollowing() {
+void TestTextItem::unlinking() {
     QFETCH(int, way);
     QFETCH(QString, textAfter);
     MeasuringItem source;
@@ -153,25 +151,15 @@ void TestTextItem::everyWayOfUnlinkingStopsFollowing() {
     QCOMPARE(menu.actions().size(), 2);
     if (way == 1)
         text.unassociate(nullptr, nullptr);
-    else
+    else if (way == 2)
         text.applyContextMenu(menu.actions().at(1)->data().toInt());
+    else
+        text.setText(nullptr);
+    QCOMPARE(text.text(), way == 3 ? QString(" ") : textAfter);
     source.measure(AbstractBaseItem::Dist1, 40);
     QCOMPARE(text.text(), textAfter);
-    QCOMPARE(text.linkedItem(), nullptr);
-    QVERIFY(text.getLinkName().isEmpty() && !text.textItem()->isLinked());
-}
-
-// Without a source, setText clears the link name and the text, not the link.
-void TestTextItem::resetTextKeepsTheSource() {
-    MeasuringItem source;
-    eTextItem text(nullptr, 1, nullptr);
-    text.associate(&source, nullptr);
-    text.setText(nullptr);
-    QCOMPARE(text.text(), QString(" "));
-    QVERIFY(text.getLinkName().isEmpty());
-    source.measure(AbstractBaseItem::Dist1, 40);
-    QCOMPARE(text.linkedItem(), &source);
-    QCOMPARE(text.text(), QString("Ruler1 dist1:20.00 mm"));
+    QCOMPARE(text.linkedItem(), way == 3 ? &source : nullptr);
+    QVERIFY(text.getLinkName().isEmpty() && text.textItem()->isLinked() == (way == 3));
     QCOMPARE(saved(&text).value("alpha"), QString("255"));
 }
 

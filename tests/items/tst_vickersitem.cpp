@@ -12,11 +12,7 @@ QList<QPointF> rhombus(double d1, double d2) {
 
 std::unique_ptr<VickersPItem> fromRecord(const QList<QPointF>& corners, double load = 0,
                                          AbstractBaseItem* source = nullptr) {
-    _AUTOPOINTPARAMS params;
-    params.points = corners;
-    params.load = load;
-    params.source = source;
-    return std::make_unique<VickersPItem>(nullptr, 1, &params);
+    return generated<VickersPItem>({source, corners, {}, {}, 0, load, {}});
 }
 
 VickersPItem* loadedVickers(const Attributes& attributes, std::unique_ptr<AbstractBaseItem>& holder) {
@@ -133,8 +129,7 @@ void TestVickersItem::hostRecords() {
     QCOMPARE(taken->calibration().factor, 1.0);
     QCOMPARE(taken->accessmesure(9), source->accessmesure(9));
 
-    _AUTOPOINTPARAMS params;
-    params.load = 1.96;
+    _AUTOPOINTPARAMS params{nullptr, {}, {}, {}, 0, 1.96, {}};
     source->suspendComputation(true);
     source->setSpecificparameters(QString(), &params);
     QCOMPARE(source->charge(), 0.98);

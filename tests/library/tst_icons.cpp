@@ -5,9 +5,8 @@
 #include <QDir>
 #include <QPainter>
 #include <QPixmap>
+#include <QRegularExpression>
 #include <QTest>
-
-#include <algorithm>
 
 namespace {
 
@@ -18,6 +17,14 @@ int opaquePixels(const QImage& image) {
             count += qAlpha(image.pixel(x, y)) > 128;
     }
     return count;
+}
+
+// The icons' names, without the @2x files.
+QStringList iconNames() {
+    return QDir(":/", "*.png")
+        .entryList(QDir::Files)
+        .filter(QRegularExpression("^[^@]*$"))
+        .replaceInStrings(".png", "");
 }
 
 } // namespace
@@ -45,11 +52,8 @@ void TestIcons::everyNamedIconIsThere() {
 
 void TestIcons::loads_data() {
     QTest::addColumn<QString>("name");
-    const QStringList files = QDir(":/", "*.png").entryList(QDir::Files);
-    for (const QString& file : files) {
-        if (!file.endsWith("@2x.png"))
-            QTest::newRow(qPrintable(file)) << file.chopped(4);
-    }
+    for (const QString& name : iconNames())
+        QTest::newRow(qPrintable(name)) << name;
 }
 
 // Each icon comes at 1x and 2x, 32 px except the text dialog's 16 px buttons, drawn on a
@@ -79,10 +83,7 @@ void TestIcons::highDensityScreenGetsDoubleIcon() {
 // Every icon at 16 px, 32 px and from its @2x file, on a light and a dark ground, for review by eye:
 // icons_contact_sheet.png in the test's working folder.
 void TestIcons::contactSheet() {
-    QStringList names = QDir(":/", "*.png").entryList(QDir::Files);
-    names.erase(
-        std::remove_if(names.begin(), names.end(), [](const QString& n) { return n.endsWith("@2x.png"); }),
-        names.end());
+    const QStringList names = iconNames();
     const int cell = 180;
     const int rowHeight = 84;
     const int columns = 2;
@@ -91,7 +92,7 @@ void TestIcons::contactSheet() {
     sheet.fill(Qt::white);
     QPainter painter(&sheet);
     for (int i = 0; i < names.size(); ++i) {
-        const QString name = names[i].chopped(4);
+        const QString& name = names[i];
         // Read as images: the @2x file must not stand in for the 1x one here.
         QImage base(":/" + name + ".png");
         QImage doubled(":/" + name + "@2x.png");

@@ -163,25 +163,20 @@ void TestToolsCatalogue::sharedDisplayedNameGoesToLaterClass() {
 void TestToolsCatalogue::iconPaths_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("icon");
-    const struct {
-        const char* row;
-        const char* name;
-        const char* icon;
-    } rows[] = {
-        {"tool", "LineItem", "line"},
-        {"anchor shares the point's", "AnchorPointItem", "point"},
-        {"intersection shows the tangent line", "Intersection", "tanline"},
-        {"tangent shows parallels", "Tangent", "parallel"},
-        {"stamp shows the ruler", "StampItem", "qrule"},
-        {"listed, drawn with the pencil", "CrossHItem", "pencil"},
-        {"unlisted, without a name", "VickersPItem", "poly"},
-        {"unlisted, named itself", "FlattenItem", "arrow"},
-        {"empty name", "", "pencil"},
-        {"class name in other case", "lineitem", "pencil"},
-        {"unknown", "Protractor", "pencil"},
+    const auto row = [](const char* name, const char* className, const char* icon) {
+        QTest::newRow(name) << QString(className) << QString(":/%1.png").arg(icon);
     };
-    for (const auto& row : rows)
-        QTest::newRow(row.row) << QString(row.name) << QString(":/%1.png").arg(row.icon);
+    row("tool", "LineItem", "line");
+    row("anchor shares the point's", "AnchorPointItem", "point");
+    row("intersection shows the tangent line", "Intersection", "tanline");
+    row("tangent shows parallels", "Tangent", "parallel");
+    row("stamp shows the ruler", "StampItem", "qrule");
+    row("listed, drawn with the pencil", "CrossHItem", "pencil");
+    row("unlisted, without a name", "VickersPItem", "poly");
+    row("unlisted, named itself", "FlattenItem", "arrow");
+    row("empty name", "", "pencil");
+    row("class name in other case", "lineitem", "pencil");
+    row("unknown", "Protractor", "pencil");
 }
 
 void TestToolsCatalogue::iconPaths() {
@@ -204,11 +199,8 @@ void TestToolsCatalogue::tablesCoverTheCatalogueOnce() {
 void TestToolsCatalogue::refusals_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("toolFactory");
+    // A class given to the other factory: onlyItsOwnFactoryBuildsAClass.
     QTest::newRow("class name in other case") << "pointitem" << true;
-    QTest::newRow("measure name to tool factory") << "Distance" << true;
-    QTest::newRow("annotation name to measure factory") << "eTextItem" << false;
-    QTest::newRow("tool name to measure factory") << "LineItem" << false;
-    QTest::newRow("unlisted name to measure factory") << "ArcItem" << false;
     QTest::newRow("unknown") << "HexagonItem" << true;
     QTest::newRow("empty") << "" << false;
     QTest::newRow("surrounding blanks") << " LineItem " << true;

@@ -3,6 +3,7 @@
 #include "AbstractBaseItem.h"
 #include "AbstractScene.h"
 #include "CommonParams.h"
+#include "HostTypes.h"
 #include "HoverEventItem.h"
 #include "ItemFactory.h"
 #include "ItemRegistry.h"
@@ -66,6 +67,12 @@ struct DrawingView {
         drag(from, to, modifiers);
         return item.data();
     }
+    // The same for the class T, cast to it.
+    template <typename T>
+    T* draw(const QPointF& from, const QPointF& to, double factor = 1.0,
+            Qt::KeyboardModifiers modifiers = {}) {
+        return qgraphicsitem_cast<T*>(draw(T::staticMetaObject.className(), from, to, factor, modifiers));
+    }
     // Creates an item of the class by single clicks (Vickers corners, a text's place).
     AbstractBaseItem* click(const QString& className, const QList<QPointF>& points) {
         QPointer<AbstractBaseItem> item = startTool(&scene, className);
@@ -82,6 +89,11 @@ struct DrawingView {
         }
     }
 };
+
+// An item generated from a context record, as a host generates one without the mouse.
+template <typename T> std::unique_ptr<T> generated(_AUTOPOINTPARAMS params) {
+    return std::make_unique<T>(nullptr, 1, &params);
+}
 
 // Records the three signals of a measure edit.
 struct EditSpy {
