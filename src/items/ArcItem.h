@@ -19,10 +19,11 @@ public:
     // arc runs the shorter way from start to end.
     Q_INVOKABLE ArcItem(QGraphicsItem* parent, int id, void* context);
 
+    // Remembers the measure under MenuKey.
+    void applyContextMenu(int data) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    void applyContextMenu(int data) override;
     void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
 
 protected:

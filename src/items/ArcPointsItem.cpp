@@ -3,7 +3,7 @@
 #include <algorithm>
 
 ArcPointsItem::ArcPointsItem(QGraphicsItem* parent, int id, void* context)
-    : FittedRoundItem(parent, true, WayKey) {
+    : FittedRoundItem(parent, true, "arcpoints_way") {
     initialise(id, context, MesureKey, MesureDefault);
 }
 
@@ -13,7 +13,7 @@ std::optional<RoundShape> ArcPointsItem::shapeOfFit(const QList<QPointF>& points
     for (int i : fit.kept)
         kept.append(points.value(i));
     const std::optional<Arc> arc = fitArc(kept);
-    return arc ? std::optional<RoundShape>(roundShapeOf(*arc)) : std::nullopt;
+    return arc ? std::optional<RoundShape>(*arc) : std::nullopt;
 }
 
 std::optional<std::pair<double, double>> ArcPointsItem::sectorOf(const QList<QPointF>& clicks) const {

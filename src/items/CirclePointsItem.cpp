@@ -1,12 +1,12 @@
 #include "CirclePointsItem.h"
 
 CirclePointsItem::CirclePointsItem(QGraphicsItem* parent, int id, void* context)
-    : FittedRoundItem(parent, false, WayKey) {
+    : FittedRoundItem(parent, false, "circlepoints_way") {
     initialise(id, context, MesureKey, MesureDefault);
 }
 
 std::optional<RoundShape> CirclePointsItem::shapeOfFit(const QList<QPointF>&, const CircleFit& fit) const {
-    return roundShapeOf(Circle{fit.centre, fit.radius});
+    return RoundShape(Circle{fit.centre, fit.radius});
 }
 
 std::optional<std::pair<double, double>> CirclePointsItem::sectorOf(const QList<QPointF>& clicks) const {

@@ -231,13 +231,16 @@ void FittedRoundItem::applyContextMenu(int data) {
 }
 
 QVariant FittedRoundItem::itemChange(GraphicsItemChange change, const QVariant& value) {
-    if (change == ItemSceneHasChanged) {
-        disconnect(m_imageConnection);
-        if (auto* host = qobject_cast<AbstractScene*>(value.value<QGraphicsScene*>()))
-            m_imageConnection =
-                connect(host, &AbstractScene::imageChanged, this, &FittedRoundItem::sceneImageChanged);
-    }
+    if (change == ItemSceneHasChanged)
+        followScene(qobject_cast<AbstractScene*>(value.value<QGraphicsScene*>()));
     return RoundItem::itemChange(change, value);
+}
+
+void FittedRoundItem::followScene(AbstractScene* host) {
+    disconnect(m_imageConnection);
+    if (host)
+        m_imageConnection =
+            connect(host, &AbstractScene::imageChanged, this, &FittedRoundItem::sceneImageChanged);
 }
 
 void FittedRoundItem::sceneImageChanged() {

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+class AbstractScene;
 class QGraphicsPathItem;
 
 // Base of the circle and the arc fitted to any number of points. The points are clicked (a double
@@ -77,6 +78,8 @@ protected:
     void readGeometry(const QDomElement& e) override;
 
 private:
+    // Searches again on the images the host scene shows from now on.
+    void followScene(AbstractScene* host);
     void sceneImageChanged();
     void searchAgain();
 

@@ -41,9 +41,10 @@ QString exactPointsText(const QList<QPointF>& points) {
 QList<QPointF> readScenePoints(const QDomElement& e, const QString& key) {
     QList<QPointF> points;
     for (const QString& part : e.attribute(key).split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-        bool ok = false;
-        const QPointF p = stringToVariant(part, QMetaType::QPointF, &ok).toPointF();
-        if (ok && scenePoint(p))
+        const QStringList xy = part.split(QLatin1Char('x'));
+        bool okX = false, okY = false;
+        const QPointF p = xy.size() == 2 ? QPointF(xy[0].toDouble(&okX), xy[1].toDouble(&okY)) : QPointF();
+        if (okX && okY && scenePoint(p))
             points.append(p);
     }
     return points;
@@ -60,18 +61,10 @@ double turnDegrees(double a) {
     return w > 180 ? w - 360 : w;
 }
 
-RoundShape roundShapeOf(const Circle& circle) {
-    RoundShape shape;
-    shape.centre = circle.centre;
-    shape.radius = circle.radius;
-    return shape;
-}
-
-RoundShape roundShapeOf(const Arc& arc) {
-    RoundShape shape = roundShapeOf(Circle{arc.centre, arc.radius});
-    shape.startAngle = arc.startAngle;
-    shape.spanAngle = arc.spanAngle;
-    return shape;
+RoundShape::RoundShape(const Circle& circle)
+    : RoundShape() {
+    centre = circle.centre;
+    radius = circle.radius;
 }
 
 QString exactNumber(double v) {
@@ -150,8 +143,7 @@ void RoundItem::applyShape(const RoundShape& shape) {
     m_shape = shape;
     m_hasShape = true;
     if (m_arc)
-        child<QGraphicsPathItem>()->setPath(
-            arcPath(Arc{shape.centre, shape.radius, shape.startAngle, shape.spanAngle}));
+        child<QGraphicsPathItem>()->setPath(arcPath(shape));
     else
         child<QGraphicsEllipseItem>()->setRect(square(shape));
     update();
@@ -229,15 +221,16 @@ bool RoundItem::endEdition() {
 
 QList<AbstractBaseItem::Handle> RoundItem::handles() const {
     QList<Handle> result;
-    for (int i = 0; i < m_mline.size(); ++i)
-        result.append({i, HoverEventItem::Move, m_mline[i]});
+    int id = 0;
+    for (const QPointF& p : m_mline)
+        result.append({id++, HoverEventItem::Move, p});
     return result;
 }
 
 void RoundItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
-    if (id < 0 || id >= m_mline.size())
-        return;
     QList<QPointF> points = m_mline;
+    if (id < 0 || id >= points.size())
+        return;
     points[id] = mapFromScene(scenePos);
     setPoints(points);
     emit mesureChanged(this);

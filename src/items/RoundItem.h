@@ -6,22 +6,19 @@
 
 #include <optional>
 
-// A circle, or an arc of one, in item coordinates. Angles are in degrees in scene orientation: the
-// point at angle a is centre + radius (cos a, sin a), so a positive span turns clockwise on screen. A
+// A circle, or an arc of one, in item coordinates, with the angles of the arcs (GeometryArcs.h): a
 // circle spans a full turn.
-struct RoundShape {
-    QPointF centre;
-    double radius = 0;
-    double startAngle = 0;
-    double spanAngle = 360;
+struct RoundShape : Arc {
+    RoundShape() { spanAngle = 360; }
+    RoundShape(const Circle& circle);
+    RoundShape(const Arc& arc)
+        : Arc(arc) {}
     // For a fit: the points it kept, and their largest and root-mean-square distance from the circle.
     QList<int> kept;
     double maxDeviation = 0;
     double rmsDeviation = 0;
 };
 
-RoundShape roundShapeOf(const Circle& circle);
-RoundShape roundShapeOf(const Arc& arc);
 // Direction of v in degrees, as the arcs' angles, and an angle brought into (-180, 180].
 double degreesOf(const QPointF& v);
 double turnDegrees(double a);
