@@ -86,11 +86,13 @@ void EllipseItem::mousePress(QGraphicsSceneMouseEvent* event) {
     m_creationStarted = true;
 }
 
+// The press is the anchor, whichever way the drag goes.
 void EllipseItem::mouseMove(QGraphicsSceneMouseEvent* event) {
+    const QPointF anchor = m_mline[0];
     const QPointF p = mapFromScene(event->scenePos());
-    const QPointF corner = m_constrained ? constraint_square(m_mline[0], p) : p;
-    setRect(QRectF(m_mline[0], corner).normalized());
-    m_mline[1] = corner;
+    const QPointF corner = m_constrained ? constraint_square(anchor, p) : p;
+    setRect(QRectF(anchor, corner).normalized());
+    m_mline = {anchor, corner};
     computeMesures(nullptr);
 }
 

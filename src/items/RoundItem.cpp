@@ -165,9 +165,9 @@ bool RoundItem::setPoints(const QList<QPointF>& points) {
 
 void RoundItem::setStale(bool stale, const QString& why) {
     m_stale = stale;
-    setToolTip(!stale          ? QString()
-               : why.isEmpty() ? tr("These points define no circle: the last shape they defined is shown")
-                               : why);
+    const QString none = m_arc ? tr("These points define no arc: the last one they defined is shown")
+                               : tr("These points define no circle: the last one they defined is shown");
+    setToolTip(!stale ? QString() : why.isEmpty() ? none : why);
 }
 
 void RoundItem::mousePress(QGraphicsSceneMouseEvent* event) {

@@ -135,11 +135,11 @@ void TestCircleFamily::drawnShapes_data() {
     QTest::newRow("fitted to clicks")
         << "CirclePointsItem" << QList<QPointF>{{200, 150}, {200, 150}, {150, 200}, {100, 150}, {150, 100}}
         << exact << "aera:1963.50";
-    QTest::newRow("ellipse") << "EllipseItem" << QList<QPointF>{{100, 120}, {200, 180}}
-                             << Mesures{{K::Dist1, 50}, {K::Dist2, 30},       {K::Ang1, 0},
-                                        {K::Rad1, 25},  {K::Rad2, 15},        {K::Aera, 375 * M_PI},
-                                        {K::Cust, 0.8}, {K::Perim, perimeter}}
-                             << QString("perim:%1*um").arg(perimeter, 0, 'f', 2);
+    QTest::newRow("ellipse, dragged up")
+        << "EllipseItem" << QList<QPointF>{{200, 180}, {100, 120}}
+        << Mesures{{K::Dist1, 50}, {K::Dist2, 30},        {K::Ang1, 0},   {K::Rad1, 25},
+                   {K::Rad2, 15},  {K::Aera, 375 * M_PI}, {K::Cust, 0.8}, {K::Perim, perimeter}}
+        << QString("perim:%1*um").arg(perimeter, 0, 'f', 2);
     QTest::newRow("arc by centre") << "ArcItem" << QList<QPointF>{{150, 150}, {200, 150}, {150, 200}}
                                    << quarter << "rad1:25.00*um";
     QTest::newRow("arc through 3") << "Arc3PointsItem"
