@@ -18,11 +18,11 @@ namespace {
 // Shorter axes are refused by the grips: they would flatten the ellipse into a segment.
 constexpr double MinSemiAxis = 0.5;
 
-struct GripSpec {
+struct AxisGrip {
     int position;
     int kind;
 };
-constexpr GripSpec ellipseGrips[] = {
+constexpr AxisGrip ellipseGrips[] = {
     {HoverEventItem::MiddleRight, HoverEventItem::ResizeHorizontal},
     {HoverEventItem::TopMiddle, HoverEventItem::ResizeVertical},
     {HoverEventItem::TopRight, HoverEventItem::Rotation},
@@ -144,7 +144,7 @@ QList<AbstractBaseItem::MenuEntry> EllipseItem::mesureMenu() const {
 
 QList<AbstractBaseItem::Handle> EllipseItem::handles() const {
     QList<Handle> result;
-    for (const GripSpec& grip : ellipseGrips)
+    for (const AxisGrip& grip : ellipseGrips)
         result.append({grip.position, grip.kind, HoverEventItem::positionOnRect(rect(), grip.position)});
     return result;
 }
