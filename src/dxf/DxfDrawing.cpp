@@ -108,6 +108,32 @@ void Drawing::addEllipse(const QPointF& centre, const QPointF& majorAxis, double
          centre - majorAxis + minor});
 }
 
+void Drawing::addArc(const QPointF& centre, double radius, double startDegrees, double endDegrees,
+                     const EntityStyle& style) {
+    const auto at = [&](double degrees) {
+        const double a = degrees * M_PI / 180.0;
+        return centre + QPointF(std::cos(a), std::sin(a)) * radius;
+    };
+    // The extents take the ends and every quarter point the arc passes.
+    const double sweep = std::fmod(std::fmod(endDegrees - startDegrees, 360.0) + 360.0, 360.0);
+    QList<QPointF> bounds = {at(startDegrees), at(endDegrees)};
+    for (int quarter = 0; quarter < 4; ++quarter) {
+        const double from = std::fmod(std::fmod(quarter * 90.0 - startDegrees, 360.0) + 360.0, 360.0);
+        if (from <= sweep)
+            bounds.append(at(quarter * 90.0));
+    }
+    add("ARC", style,
+        {{100, "AcDbCircle"},
+         {10, centre.x()},
+         {20, centre.y()},
+         {30, 0},
+         {40, radius},
+         {100, "AcDbArc"},
+         {50, startDegrees},
+         {51, endDegrees}},
+        bounds);
+}
+
 void Drawing::addSolidHatch(const QList<QPolygonF>& loops, const EntityStyle& style) {
     QList<Tag> tags = {{100, "AcDbHatch"},
                        {10, 0},

@@ -65,6 +65,9 @@ public:
     void addPolyline(const QPolygonF& points, bool closed, const EntityStyle& style);
     void addCircle(const QPointF& centre, double radius, const EntityStyle& style);
     void addEllipse(const QPointF& centre, const QPointF& majorAxis, double ratio, const EntityStyle& style);
+    // The arc runs anticlockwise (y up) from startDegrees to endDegrees.
+    void addArc(const QPointF& centre, double radius, double startDegrees, double endDegrees,
+                const EntityStyle& style);
     void addSolidHatch(const QList<QPolygonF>& loops, const EntityStyle& style);
     void addText(const TextRun& run, const EntityStyle& style);
     // The image with its lower left corner at insert; u and v are the sides of one pixel along its

@@ -6,6 +6,7 @@
 #include <QTextItem>
 
 #include <cmath>
+#include <optional>
 
 namespace {
 
@@ -28,6 +29,76 @@ QPolygonF openedLoop(QPolygonF polygon) {
     if (polygon.size() > 1 && polygon.first() == polygon.last())
         polygon.removeLast();
     return polygon;
+}
+
+// An arc in drawing coordinates: anticlockwise (y up) from start to end, in degrees.
+struct CircularArc {
+    QPointF centre;
+    double radius = 0;
+    double startDegrees = 0;
+    double endDegrees = 0;
+};
+
+double degreesOf(const QPointF& v) {
+    return std::atan2(v.y(), v.x()) * 180.0 / M_PI;
+}
+
+// v brought into (-180, 180].
+double turn(double degrees) {
+    const double w = std::fmod(std::fmod(degrees, 360.0) + 360.0, 360.0);
+    return w > 180.0 ? w - 360.0 : w;
+}
+
+QPointF bezierAt(const QPointF& p0, const QPointF& c1, const QPointF& c2, const QPointF& p1, double t) {
+    const double s = 1 - t;
+    return s * s * s * p0 + 3 * s * s * t * c1 + 3 * s * t * t * c2 + t * t * t * p1;
+}
+
+// A path that is one open run of cubic curves on one circle, each within 1e-6 of its radius, as
+// arcPath (GeometryArcs.h) draws an arc, is written as that arc. QPainterPath::arcTo strays 3e-4 of
+// the radius from its circle, too far to tell the circle of a short arc: such arcs stay polylines.
+std::optional<CircularArc> circularArc(const QPainterPath& path, const QTransform& t) {
+    const int count = path.elementCount();
+    if (!t.isAffine() || count < 4 || (count - 1) % 3 != 0 || !path.elementAt(0).isMoveTo())
+        return std::nullopt;
+    // Points on the curve: the ends and three inner points of each segment.
+    QList<QPointF> on = {t.map(QPointF(path.elementAt(0)))};
+    for (int i = 1; i < count; i += 3) {
+        if (path.elementAt(i).type != QPainterPath::CurveToElement)
+            return std::nullopt;
+        const QPointF start = on.last();
+        const QPointF c1 = t.map(QPointF(path.elementAt(i)));
+        const QPointF c2 = t.map(QPointF(path.elementAt(i + 1)));
+        const QPointF end = t.map(QPointF(path.elementAt(i + 2)));
+        for (double at : {0.25, 0.5, 0.75})
+            on.append(bezierAt(start, c1, c2, end, at));
+        on.append(end);
+    }
+    const QPointF a = on.first(), b = on[on.size() / 2], c = on.last();
+    const QPointF u = b - a, v = c - a;
+    const double cross = u.x() * v.y() - u.y() * v.x();
+    const double uu = QPointF::dotProduct(u, u), vv = QPointF::dotProduct(v, v);
+    if (!(std::abs(cross) > 1e-9 * std::max(uu, vv)))
+        return std::nullopt;
+    const QPointF offset((v.y() * uu - u.y() * vv) / (2 * cross), (u.x() * vv - v.x() * uu) / (2 * cross));
+    CircularArc arc{a + offset, length(offset)};
+    double sweep = 0, previous = degreesOf(a - arc.centre);
+    for (const QPointF& p : on) {
+        if (!(std::abs(length(p - arc.centre) - arc.radius) <= 1e-6 * arc.radius))
+            return std::nullopt;
+        const double step = turn(degreesOf(p - arc.centre) - previous);
+        if (step * sweep < 0)
+            return std::nullopt;
+        sweep += step;
+        previous += step;
+    }
+    if (!(std::abs(sweep) < 360.0))
+        return std::nullopt;
+    arc.startDegrees = degreesOf((sweep > 0 ? a : c) - arc.centre);
+    arc.endDegrees = degreesOf((sweep > 0 ? c : a) - arc.centre);
+    for (double* angle : {&arc.startDegrees, &arc.endDegrees})
+        *angle = *angle < 0 ? *angle + 360.0 : *angle;
+    return arc;
 }
 
 } // namespace
@@ -138,6 +209,10 @@ void DxfPaintEngine::drawPath(const QPainterPath& path) {
         fill(path);
     if (!hasPen())
         return;
+    if (const std::optional<CircularArc> arc = circularArc(path, m_toDxf)) {
+        m_drawing.addArc(arc->centre, arc->radius, arc->startDegrees, arc->endDegrees, penStyle());
+        return;
+    }
     for (const QPolygonF& polygon : path.toSubpathPolygons(m_toDxf)) {
         const bool closed = polygon.size() > 2 && polygon.first() == polygon.last();
         stroke(closed ? openedLoop(polygon) : polygon, closed);

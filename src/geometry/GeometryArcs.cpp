@@ -74,3 +74,23 @@ double arcSagitta(double radius, double spanAngle) {
 double arcLength(double radius, double spanAngle) {
     return arcMeasure(radius, spanAngle, [](double r, double s) { return r * s; });
 }
+
+QPainterPath arcPath(const Arc& arc) {
+    const double span = std::clamp(arc.spanAngle, -360.0, 360.0);
+    if (!std::isfinite(arc.centre.x()) || !std::isfinite(arc.centre.y()) || !std::isfinite(arc.radius) ||
+        !std::isfinite(arc.startAngle) || !std::isfinite(span))
+        return QPainterPath();
+    const int pieces = std::max(1, int(std::ceil(std::fabs(span) / 22.5)));
+    const double step = span / pieces * Pi / 180;
+    // Control points at 4/3 tan(step / 4) of the radius along the tangents.
+    const double reach = 4.0 / 3.0 * std::tan(step / 4) * arc.radius;
+    const auto at = [&](double a) { return arc.centre + arc.radius * QPointF(std::cos(a), std::sin(a)); };
+    const auto tangent = [](double a) { return QPointF(-std::sin(a), std::cos(a)); };
+    const double start = arc.startAngle * Pi / 180;
+    QPainterPath path(at(start));
+    for (int i = 0; i < pieces; ++i) {
+        const double a0 = start + i * step, a1 = start + (i + 1) * step;
+        path.cubicTo(at(a0) + reach * tangent(a0), at(a1) - reach * tangent(a1), at(a1));
+    }
+    return path;
+}

@@ -3,6 +3,7 @@
 #include "graphicsobjects_export.h"
 
 #include <QList>
+#include <QPainterPath>
 #include <QPointF>
 
 #include <optional>
@@ -33,3 +34,8 @@ GRAPHICSOBJECTS_EXPORT double arcChord(double radius, double spanAngle);
 // Height of the arc above its chord (more than the radius for spans beyond 180 degrees).
 GRAPHICSOBJECTS_EXPORT double arcSagitta(double radius, double spanAngle);
 GRAPHICSOBJECTS_EXPORT double arcLength(double radius, double spanAngle);
+
+// The arc as a path of cubic curves of at most 22.5 degrees, each starting and ending exactly on the
+// circle with its control points on the tangents there: the path keeps within 1e-7 of the radius, so
+// that a reader (the DXF export) can tell the arc it draws. Empty when a number is not finite.
+GRAPHICSOBJECTS_EXPORT QPainterPath arcPath(const Arc& arc);

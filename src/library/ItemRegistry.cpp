@@ -2,17 +2,24 @@
 
 #include "AnchorPointItem.h"
 #include "Angle.h"
+#include "Arc3PointsItem.h"
+#include "ArcItem.h"
+#include "ArcPointsItem.h"
 #include "Arrow2Item.h"
 #include "ArrowItem.h"
 #include "Circle3.h"
+#include "Circle3PointsItem.h"
 #include "CircleItem.h"
 #include "CircleNote.h"
+#include "CirclePItem.h"
+#include "CirclePointsItem.h"
 #include "CrossHItem.h"
 #include "CrossItem.h"
 #include "CrossVItem.h"
 #include "Custom1.h"
-#include "Distance.h"
 #include "DXFItem.h"
+#include "Distance.h"
+#include "EllipseItem.h"
 #include "Intersection.h"
 #include "ItemTypes.h"
 #include "LineItem.h"
@@ -33,12 +40,27 @@
 #include <QCoreApplication>
 
 #include <new>
+#include <type_traits>
+#include <utility>
 
 namespace ItemRegistry {
 namespace {
 
+// Classes that can refuse a host record say so through refusedRecord(); the factory then builds nothing.
+template <class Item, class = void> struct RefusesRecords : std::false_type {};
+template <class Item>
+struct RefusesRecords<Item, std::void_t<decltype(std::declval<const Item&>().refusedRecord())>>
+    : std::true_type {};
+
 template <class Item> AbstractBaseItem* create(QGraphicsItem* parent, int id, void* context) {
-    return new (std::nothrow) Item(parent, id, context);
+    Item* item = new (std::nothrow) Item(parent, id, context);
+    if constexpr (RefusesRecords<Item>::value) {
+        if (item && item->refusedRecord()) {
+            delete item;
+            return nullptr;
+        }
+    }
+    return item;
 }
 
 // A class that is built: its type, measure parameter and constructor come from the class.
@@ -68,14 +90,14 @@ QList<Row> makeRows() {
         built<LineItem>(QT_TRANSLATE_NOOP("NAMES", "LineItem"), L::Tools, 1, D::Translated, ":/line.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "PolylineItem"), T::PolylineItem, L::Tools, 12, D::Translated, ":/poly.png"),
         planned(QT_TRANSLATE_NOOP("NAMES", "PolygonItem"), T::PolygonItem, L::Tools, 11, D::Translated, ":/polyclosed.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "EllipseItem"), T::EllipseItem, L::Tools, 4, D::Translated, ":/ellipse.png"),
+        built<EllipseItem>(QT_TRANSLATE_NOOP("NAMES", "EllipseItem"), L::Tools, 4, D::Translated, ":/ellipse.png"),
         built<CircleItem>(QT_TRANSLATE_NOOP("NAMES", "CircleItem"), L::Tools, 5, D::Translated, ":/circle.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "CirclePItem"), T::CirclePItem, L::Tools, 6, D::Translated, ":/circleP.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "CirclePointsItem"), T::CirclePointsItem, L::None, 0, D::Translated, ":/circle.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "Circle3PointsItem"), T::Circle3PointsItem, L::Tools, 7, D::Translated, ":/circle.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "ArcPointsItem"), T::ArcPointsItem, L::None, 0, D::Translated, ":/arc.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "Arc3PointsItem"), T::Arc3PointsItem, L::Tools, 8, D::Translated, ":/arc.png"),
-        planned("ArcItem", T::ArcItem, L::None, 0, D::Absent, pencil),
+        built<CirclePItem>(QT_TRANSLATE_NOOP("NAMES", "CirclePItem"), L::Tools, 6, D::Translated, ":/circleP.png"),
+        built<CirclePointsItem>(QT_TRANSLATE_NOOP("NAMES", "CirclePointsItem"), L::None, 0, D::Translated, ":/circle.png"),
+        built<Circle3PointsItem>(QT_TRANSLATE_NOOP("NAMES", "Circle3PointsItem"), L::Tools, 7, D::Translated, ":/circle.png"),
+        built<ArcPointsItem>(QT_TRANSLATE_NOOP("NAMES", "ArcPointsItem"), L::None, 0, D::Translated, ":/arc.png"),
+        built<Arc3PointsItem>(QT_TRANSLATE_NOOP("NAMES", "Arc3PointsItem"), L::Tools, 8, D::Translated, ":/arc.png"),
+        built<ArcItem>("ArcItem", L::None, 0, D::Absent, pencil),
         planned(QT_TRANSLATE_NOOP("NAMES", "CurveItem"), T::CurveItem, L::Tools, 9, D::Translated, ":/curve.png"),
         built<RectangleItem>(QT_TRANSLATE_NOOP("NAMES", "RectangleItem"), L::Tools, 10, D::Translated, ":/rectangle.png"),
         built<CrossItem>(QT_TRANSLATE_NOOP("NAMES", "CrossItem"), L::Tools, 13, D::Translated, ":/orthosnap.png"),

@@ -95,6 +95,13 @@ def describe(e, folder):
         d.update(points=[xy(p) for p in e.get_points("xy")], closed=e.closed)
     elif t == "CIRCLE":
         d.update(center=xy(e.dxf.center), radius=e.dxf.radius)
+    elif t == "ARC":
+        d.update(
+            center=xy(e.dxf.center),
+            radius=e.dxf.radius,
+            start=e.dxf.start_angle,
+            end=e.dxf.end_angle,
+        )
     elif t == "ELLIPSE":
         d.update(center=xy(e.dxf.center), major=xy(e.dxf.major_axis), ratio=e.dxf.ratio)
     elif t == "HATCH":

@@ -1,4 +1,5 @@
 #include "AbstractScene.h"
+#include "GeometryArcs.h"
 #include "TestItem.h"
 #include "Tools2DXF.h"
 
@@ -105,6 +106,8 @@ private slots:
     void emptyScene();
     void brushes_data();
     void brushes();
+    void arcsBecomeArcEntities_data();
+    void arcsBecomeArcEntities();
     void rasterContentBecomesImages();
     void textBeyondTheBasicPlane_data();
     void textBeyondTheBasicPlane();
@@ -375,6 +378,69 @@ void TestDxfExport::brushes() {
         QVERIFY(std::any_of(corners.begin(), corners.end(),
                             [&](const QPointF& c) { return near(point(v), toDxf(c)); }));
     QCOMPARE(report["entities"].toArray().size(), 2);
+}
+
+// An arc drawn as arcPath draws it, shown at one scale, is an ARC whatever its span and direction;
+// stretched, bent both ways, a curve of its own or QPainterPath::arcTo's looser arc, a polyline.
+void TestDxfExport::arcsBecomeArcEntities_data() {
+    QTest::addColumn<QPainterPath>("path");
+    QTest::addColumn<QTransform>("transform");
+    QTest::addColumn<double>("radius"); // 0: no ARC
+    QTest::addColumn<double>("start");  // anticlockwise, y up, as DXF angles run
+    QTest::addColumn<double>("end");
+    // Centre (140, 140), radius 40; the arcs' angles turn clockwise on screen.
+    const auto arc = [](double start, double span) {
+        return arcPath(Arc{QPointF(140, 140), 40, start, span});
+    };
+    const QTransform none;
+    QTest::newRow("quarter") << arc(0, -90) << none << 40.0 << 0.0 << 90.0;
+    QTest::newRow("200 degrees clockwise") << arc(-30, 200) << none << 40.0 << 190.0 << 30.0;
+    QTest::newRow("10 degrees across 0") << arc(5, -10) << none << 40.0 << 355.0 << 5.0;
+    QTest::newRow("turned and doubled")
+        << arc(0, -90) << QTransform().translate(140, 140).rotate(30).scale(2, 2).translate(-140, -140)
+        << 80.0 << 330.0 << 60.0;
+    QTest::newRow("stretched") << arc(0, -90) << QTransform::fromScale(1.5, 1) << 0.0 << 0.0 << 0.0;
+    QPainterPath bend = arc(0, -90);
+    bend.connectPath(arcPath(Arc{QPointF(140, 60), 40, 90, 90}));
+    QTest::newRow("two arcs bending both ways") << bend << none << 0.0 << 0.0 << 0.0;
+    QPainterPath cubic(QPointF(100, 100));
+    cubic.cubicTo(QPointF(120, 60), QPointF(160, 60), QPointF(180, 110));
+    QTest::newRow("a curve of its own") << cubic << none << 0.0 << 0.0 << 0.0;
+    QPainterPath qtArc;
+    qtArc.arcMoveTo(QRectF(100, 100, 80, 80), 0);
+    qtArc.arcTo(QRectF(100, 100, 80, 80), 0, 90);
+    QTest::newRow("QPainterPath::arcTo") << qtArc << none << 0.0 << 0.0 << 0.0;
+}
+
+void TestDxfExport::arcsBecomeArcEntities() {
+    QFETCH(QPainterPath, path);
+    QFETCH(QTransform, transform);
+    QFETCH(double, radius);
+    QFETCH(double, start);
+    QFETCH(double, end);
+    AbstractScene scene(kSceneRect);
+    scene.addPath(path, QPen(Qt::blue, 1))->setTransform(transform);
+    const QJsonObject report =
+        exportAndRead(scene, QString("arc-%1.dxf").arg(QTest::currentDataTag()).replace(' ', '-'));
+    QVERIFY(!report.isEmpty());
+    verifyClean(report);
+    const QList<QJsonObject> arcs = ofType(report, "ARC");
+    QCOMPARE(arcs.size(), radius > 0 ? 1 : 0);
+    QCOMPARE(ofType(report, "LWPOLYLINE").size(), radius > 0 ? 0 : 1);
+    if (arcs.isEmpty())
+        return;
+    QVERIFY(near(point(arcs[0]["center"]), toDxf(transform.map(QPointF(140, 140))), 1e-3));
+    QVERIFY(std::abs(arcs[0]["radius"].toDouble() - radius) < 1e-3);
+    QVERIFY(std::abs(arcs[0]["start"].toDouble() - start) < 1e-3);
+    QVERIFY(std::abs(arcs[0]["end"].toDouble() - end) < 1e-3);
+    // The extents hold the whole arc, not only its ends.
+    const QRectF extents =
+        QRectF(point(report["extmin"]), point(report["extmax"])).adjusted(-1e-6, -1e-6, 1e-6, 1e-6);
+    const double sweep = std::fmod(end - start + 360.0, 360.0);
+    for (int i = 0; i <= 100; ++i) {
+        const double a = (start + sweep * i / 100) * M_PI / 180;
+        QVERIFY(extents.contains(point(arcs[0]["center"]) + radius * QPointF(std::cos(a), std::sin(a))));
+    }
 }
 
 // The scene's image and pixmap items become IMAGE entities over PNG files beside the drawing, one file

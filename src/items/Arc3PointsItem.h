@@ -1,0 +1,25 @@
+#pragma once
+
+#include "ItemTypes.h"
+#include "RoundItem.h"
+
+// An arc through its start, a point on it and its end, clicked in that order; after two clicks a
+// rubber-band arc follows the cursor. Collinear points are refused as for the three-point circle.
+// Measures: radius (rad1), opening angle in degrees (ang1), chord (dist1), length (perim) and sagitta
+// (dist2).
+class GRAPHICSOBJECTS_EXPORT Arc3PointsItem : public RoundItem {
+    Q_OBJECT
+public:
+    GRAPHICSOBJECTS_ITEM_TYPE(Arc3PointsItem)
+    static constexpr const char* MesureKey = "arc3points_mesureIndex";
+    static constexpr int MesureDefault = Rad1;
+
+    // context: optional _AUTOPOINTPARAMS with the three points.
+    Q_INVOKABLE Arc3PointsItem(QGraphicsItem* parent, int id, void* context);
+
+protected:
+    bool announcesStart() const override { return true; }
+    std::optional<RoundShape> shapeFrom(const QList<QPointF>& points) const override;
+    // A centre and radius give no ends.
+    QList<QPointF> pointsOnCircle(const QPointF&, double) const override { return {}; }
+};
