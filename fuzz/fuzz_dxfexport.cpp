@@ -5,6 +5,7 @@
 //
 // Input: a stream of operations, each a byte choosing what to add followed by the bytes it reads, in
 // order (braced initialisers and named locals keep the reads in sequence); a short input reads as zeros.
+#include "FuzzApplication.h"
 #include <GraphicsObjects/GraphicsObjects.h>
 
 #include <QApplication>
@@ -27,18 +28,6 @@
 #include <limits>
 
 namespace {
-
-void ensureApplication() {
-    static QApplication* app = nullptr;
-    if (app)
-        return;
-    qputenv("QT_QPA_PLATFORM",
-            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
-    static int argc = 1;
-    static char name[] = "fuzz_dxfexport";
-    static char* argv[] = {name, nullptr};
-    app = new QApplication(argc, argv);
-}
 
 class Input {
 public:
@@ -308,7 +297,7 @@ void checkNumbers(const QString& fileName) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    ensureApplication();
+    ensureFuzzApplication();
     static QTemporaryDir dir;
     const QString fileName = dir.filePath(QStringLiteral("fuzz.dxf"));
     QFile::remove(fileName);

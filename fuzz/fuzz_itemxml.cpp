@@ -2,6 +2,7 @@
 // fail nor crash, and whatever was read must save again.
 //
 // Input: lines of "key=value"; each becomes an attribute of the element the items read.
+#include "FuzzApplication.h"
 #include <GraphicsObjects/GraphicsObjects.h>
 
 #include <QApplication>
@@ -12,20 +13,6 @@
 #include <memory>
 
 namespace {
-
-// Never destroyed: the fuzzer exits without unwinding, and a static QApplication would outlive Qt's
-// own statics.
-void ensureApplication() {
-    static QApplication* app = nullptr;
-    if (app)
-        return;
-    qputenv("QT_QPA_PLATFORM",
-            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
-    static int argc = 1;
-    static char name[] = "fuzz_itemxml";
-    static char* argv[] = {name, nullptr};
-    app = new QApplication(argc, argv);
-}
 
 QDomElement elementFrom(QDomDocument& doc, const QByteArray& input) {
     QDomElement e = doc.createElement(QStringLiteral("item"));
@@ -45,7 +32,7 @@ QDomElement elementFrom(QDomDocument& doc, const QByteArray& input) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    ensureApplication();
+    ensureFuzzApplication();
     QDomDocument doc;
     const QDomElement e = elementFrom(doc, QByteArray(reinterpret_cast<const char*>(data), int(size)));
     for (QString className : toolFactoryClassNames() + mesureFactoryClassNames()) {

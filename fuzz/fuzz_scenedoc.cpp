@@ -1,5 +1,6 @@
 // Feeds arbitrary bytes to the scene document reader as gotool and hosts use it: reading must
 // never crash, and whatever was read must write again and read back with the same items.
+#include "FuzzApplication.h"
 #include <GraphicsObjects/GraphicsObjects.h>
 
 #include <QApplication>
@@ -9,20 +10,6 @@
 #include <cstdlib>
 
 namespace {
-
-// Never destroyed: the fuzzer exits without unwinding, and a static QApplication would outlive Qt's
-// own statics.
-void ensureApplication() {
-    static QApplication* app = nullptr;
-    if (app)
-        return;
-    qputenv("QT_QPA_PLATFORM",
-            qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
-    static int argc = 1;
-    static char name[] = "fuzz_scenedoc";
-    static char* argv[] = {name, nullptr};
-    app = new QApplication(argc, argv);
-}
 
 QStringList classesOf(const SceneDocument& document) {
     QStringList classes;
@@ -34,7 +21,7 @@ QStringList classesOf(const SceneDocument& document) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    ensureApplication();
+    ensureFuzzApplication();
     QByteArray bytes(reinterpret_cast<const char*>(data), int(size));
     QBuffer input(&bytes);
     input.open(QIODevice::ReadOnly);

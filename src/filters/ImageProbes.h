@@ -75,7 +75,7 @@ struct RegionOutline {
     QRect bounds;
 };
 
-// The 8-connected region of pixels whose colour lies within `tolerance` of the seed pixel's in every
+// The 8-connected region of pixels whose colour lies within `tolerance` of the clicked pixel's in every
 // channel (for a grey image: whose grey level does), with its outlines. The tolerance is clamped to
 // 0..255 (255 takes the whole image); simplification 0 keeps the exact pixel-edge outlines, which
 // then enclose exactly pixelCount unit squares. Empty for a seed off the image.
