@@ -18,15 +18,19 @@ public:
     // Moves vertex `index` of a path made of one subpath of straight lines; the closing element of a
     // closed subpath follows vertex 0.
     void moveVertex(int index, const QPointF& p);
-    // Closed outlines are hit anywhere inside; open ones within half this width of the line.
+    // Closed outlines are hit anywhere inside, open ones only near the line; both within a few units of
+    // the line.
     void setFilledShape(bool filled);
 
     QRectF boundingRect() const override;
     QPainterPath shape() const override;
+    // Answered without the shape for paths of straight lines, in time linear in their length.
+    bool contains(const QPointF& p) const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 private:
     void changed();
+    double reach() const;
 
     QPainterPath m_path;
     mutable QPainterPath m_shape;
@@ -34,4 +38,5 @@ private:
     mutable QRectF m_bounds;
     mutable bool m_boundsValid = false;
     bool m_filled = true;
+    bool m_straight = true;
 };

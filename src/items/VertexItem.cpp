@@ -57,6 +57,10 @@ OutlineShape* VertexItem::outline() const {
     return child<OutlineShape>();
 }
 
+bool VertexItem::contains(const QPointF& p) const {
+    return outline()->contains(p);
+}
+
 void VertexItem::takeRecord(const _AUTOPOINTPARAMS* params) {
     if (!params)
         return;

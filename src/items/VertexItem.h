@@ -26,7 +26,7 @@ public:
     static constexpr int MaxVertices = 4194304;
     // Beyond this many vertices a drag step updates the area, perimeter and centroid only; the hull
     // measures and the crossing test follow when the grip is released.
-    static constexpr int LiveHullLimit = 20000;
+    static constexpr int LiveHullLimit = 5000;
     enum MenuCommand { SimplifyCommand = -100, DeleteVertexCommand = -101 };
 
     bool isClosed() const { return m_closed; }
@@ -48,6 +48,8 @@ public:
 
     long mesuresFlag() const override { return 0x200; }
     QPointF centroid() override { return m_centroidPoint; }
+    // Hit tests by the outline, without stroking it (see OutlineShape).
+    bool contains(const QPointF& p) const override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
