@@ -3,6 +3,7 @@
 #include "GeometryFinite.h"
 #include "GeometryHull.h"
 #include "GeometryPolygonMetrics.h"
+#include "GeometrySegments.h"
 #include "GeometrySelfIntersection.h"
 #include "GeometrySimplify.h"
 #include "HoverEventItem.h"
@@ -27,8 +28,9 @@ namespace {
 constexpr double Pi = 3.14159265358979323846;
 // A click this close (view pixels) to the first vertex closes an outline being drawn.
 constexpr double CloseDistance = 8;
-// Menu and Delete reach a vertex this close (item units) to where the menu opened.
+// Menu and Delete reach a vertex this close (item units) to where the menu opened, and a click an edge.
 constexpr double VertexReach = 10;
+constexpr double EdgeReach = 10;
 constexpr int MaxSimplifyPasses = 12;
 
 // View pixels per scene unit in the view the event came from.
@@ -294,10 +296,18 @@ void VertexItem::findNearGrips(const QPointF& p, double radius) {
     for (const auto& entry : std::as_const(near))
         ids.append(entry.second);
     std::sort(ids.begin(), ids.end());
-    if (ids == m_nearGrips)
-        return;
-    m_nearGrips = ids;
-    refreshHandgrips();
+    if (ids != m_nearGrips) {
+        m_nearGrips = ids;
+        // A selected outline that had no grip near the cursor has none to move yet.
+        if (m_handgripItems.isEmpty())
+            showHandgrips();
+        else
+            refreshHandgrips();
+    }
+    // Grips of close vertices overlap: the nearest lies on top.
+    for (const auto& entry : std::as_const(near))
+        if (HoverEventItem* grip = handgrip(entry.second))
+            grip->setZValue(-entry.first);
 }
 
 void VertexItem::hoverMoveEvent(QGraphicsSceneHoverEvent* event) {
@@ -332,7 +342,7 @@ int VertexItem::insertVertexAt(const QPointF& p) {
     if (!editsVertices() || !usable(p) || m_mline.size() >= MaxVertices)
         return -1;
     const QList<QPointF> before = m_mline;
-    if (!createPointIfNeeded(p, m_mline, m_closed))
+    if (!createPointIfNeeded(p, m_mline, m_closed) && !insertOnAxisParallelEdge(p))
         return -1;
     int index = 0;
     while (index < before.size() && samePoint(before[index], m_mline[index]))
@@ -342,6 +352,21 @@ int VertexItem::insertVertexAt(const QPointF& p) {
     updateMesures(false);
     emit mesureChanged(this);
     return index;
+}
+
+// An edge parallel to an axis has an empty bounding rectangle, which createPointIfNeeded never reaches:
+// it is reached within the same distance.
+bool VertexItem::insertOnAxisParallelEdge(const QPointF& p) {
+    const int n = int(m_mline.size());
+    for (int i = 0; i < (m_closed ? n : n - 1) && n >= 2; ++i) {
+        const QPointF a = m_mline[i];
+        const QPointF b = m_mline[(i + 1) % n];
+        if ((a.x() == b.x() || a.y() == b.y()) && distancePointToSegment(p, a, b) < EdgeReach) {
+            insertPoint(i + 1, p, m_mline);
+            return true;
+        }
+    }
+    return false;
 }
 
 bool VertexItem::removeVertex(int index) {
@@ -491,15 +516,7 @@ void VertexItem::writeGeometry(QDomElement& e) const {
 }
 
 void VertexItem::readGeometry(const QDomElement& e) {
-    setPos(0, 0);
-    m_modeEdition = EditionComplete;
-    transmitFont(m_font2);
-    if (!setVertices(readCoords(e.attribute(QStringLiteral("coords")))))
-        setVertices(QPolygonF());
-    restoreMesures();
-}
-
-void VertexItem::restoreMesures() {
+    // The saved measures stand when they are numbers; otherwise they are measured again.
     double saved[MesuresCount], savedP[MesuresCount];
     std::copy(std::begin(m_mesure), std::end(m_mesure), saved);
     std::copy(std::begin(m_mesureP), std::end(m_mesureP), savedP);
@@ -507,7 +524,12 @@ void VertexItem::restoreMesures() {
     const bool keep = std::all_of(std::begin(saved), std::end(saved), number) &&
                       std::all_of(std::begin(savedP), std::end(savedP), number) &&
                       std::any_of(std::begin(savedP), std::end(savedP), [](double v) { return v != 0; });
-    if (!updateMesures(false) || !keep)
+    setPos(0, 0);
+    m_modeEdition = EditionComplete;
+    transmitFont(m_font2);
+    if (!setVertices(readCoords(e.attribute(QStringLiteral("coords")))))
+        setVertices(QPolygonF());
+    if (!keep || m_mline.size() < minimumVertices())
         return;
     std::copy(std::begin(saved), std::end(saved), m_mesure);
     std::copy(std::begin(savedP), std::end(savedP), m_mesureP);

@@ -109,9 +109,8 @@ protected:
     static QString coordsText(const QPolygonF& points);
     static QPolygonF readCoords(const QString& text);
     void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
     // The saved measures stand when they are numbers; otherwise they are measured again.
-    void restoreMesures();
+    void readGeometry(const QDomElement& e) override;
 
     void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* event) override;
@@ -127,6 +126,7 @@ protected:
 private:
     // The vertex the menu or the Delete key acts on: the hovered grip's, else the one near p.
     int vertexToDelete(const QPointF& p) const;
+    bool insertOnAxisParallelEdge(const QPointF& p);
     void findNearGrips(const QPointF& p, double radius);
 
     bool m_closed;
