@@ -31,6 +31,7 @@
 #include "SceneDocument.h"
 
 // DXF output
+#include "VDxfCurvesAsSplines.h"
 #include "VDxfPaintDevice.h"
 
 // DXF input

@@ -1,6 +1,6 @@
 #include "DxfPaintEngine.h"
 
-#include "VDxfPaintDevice.h"
+#include "VDxfCurvesAsSplines.h"
 
 #include <QFontMetricsF>
 #include <QPainterPath>

@@ -11,24 +11,6 @@
 #include <cmath>
 #include <vector>
 
-namespace {
-
-thread_local int curvesAsSplines = 0;
-
-} // namespace
-
-VDxfCurvesAsSplines::VDxfCurvesAsSplines() {
-    ++curvesAsSplines;
-}
-
-VDxfCurvesAsSplines::~VDxfCurvesAsSplines() {
-    --curvesAsSplines;
-}
-
-bool VDxfCurvesAsSplines::active() {
-    return curvesAsSplines > 0;
-}
-
 VDxfPaintDevice::VDxfPaintDevice()
     : m_engine(std::make_unique<DxfPaintEngine>()) {
     m_engine->setCanvas(0.0, m_resolution);

@@ -2,7 +2,7 @@
 
 #include "GeometrySplines.h"
 #include "OutlineShape.h"
-#include "VDxfPaintDevice.h"
+#include "VDxfCurvesAsSplines.h"
 
 #include <QPainter>
 

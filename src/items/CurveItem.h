@@ -15,12 +15,12 @@ public:
     static constexpr const char* MesureKey = "curve_mesureIndex";
     static constexpr int MesureDefault = Dist1;
 
-    // context: optional _AUTOPOINTPARAMS whose points (scene) are the points the curve passes through;
-    // its source gives the calibration.
+    // A host record (_AUTOPOINTPARAMS, optional) gives the points the curve passes through, in scene
+    // coordinates, and through its source the calibration.
     Q_INVOKABLE CurveItem(QGraphicsItem* parent, int id, void* context);
 
-    QList<MenuEntry> mesureMenu() const override;
     bool endEdition() override;
+    QList<MenuEntry> mesureMenu() const override;
 
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 

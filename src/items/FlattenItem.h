@@ -18,11 +18,10 @@ public:
     GRAPHICSOBJECTS_ITEM_TYPE(FlattenItem)
     static constexpr const char* MesureKey = "flatten_mesureIndex";
     static constexpr int MesureDefault = Dist1;
-    static constexpr double DefaultBand = 20;
-    static constexpr double MaxBand = 10000;
-    // The band grip's id, apart from the vertices'.
-    static constexpr int BandGrip = -1;
-    enum MenuCommand { StraightenCommand = -1 };
+    // The band grip's id, apart from the vertices', and the menu's command.
+    enum { BandGrip = -1, StraightenCommand = -1 };
+    // Band widths, in pixels.
+    static constexpr double DefaultBand = 20, MaxBand = 10000;
 
     // context: optional _AUTOPOINTPARAMS whose points (scene) are the path and radius, when positive,
     // half the band width; its source gives the calibration.

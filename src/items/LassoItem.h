@@ -24,10 +24,9 @@ public:
     GRAPHICSOBJECTS_ITEM_TYPE(LassoItem)
     static constexpr const char* MesureKey = "lasso_mesureIndex";
     static constexpr int MesureDefault = Aera;
-    // The tolerance of the first region, before any was segmented.
-    static constexpr int DefaultTolerance = 32;
-    static constexpr int MaxTolerance = 255;
     enum MenuCommand { ToleranceCommand = -1 };
+    // Grey levels: the tolerance of the first region, before any was segmented, and the largest.
+    static constexpr int DefaultTolerance = 32, MaxTolerance = 255;
 
     // context: optional _AUTOPOINTPARAMS: center is the seed (scene), radius the tolerance when
     // positive; its source gives the calibration. The region is grown at once when the item is on a

@@ -47,23 +47,23 @@ public:
 
     long mesuresFlag() const override { return 0x200; }
     QPointF centroid() override { return centre(); }
+    // Press on the centre, drag to the first corner.
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     bool endEdition() override;
+    QList<Handle> handles() const override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
+    // Measures, sides, and the turn into a free polygon.
     QList<MenuEntry> mesureMenu() const override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
 public slots:
     bool computeMesures(void*) override;
 
-protected:
+private:
     void writeGeometry(QDomElement& e) const override;
     void readGeometry(const QDomElement& e) override;
-
-private:
     void rebuild();
 
     int m_sides = DefaultSides;

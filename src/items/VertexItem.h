@@ -50,10 +50,11 @@ public:
     QPointF centroid() override { return m_centroidPoint; }
     // Hit tests by the outline, without stroking it (see OutlineShape).
     bool contains(const QPointF& p) const override;
+    // Drawing: a vertex per press, the edge to the cursor between presses.
+    bool drawnByClicks() const override { return true; }
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    bool drawnByClicks() const override { return true; }
     typModeEdition completeCreation() override;
     bool endEdition() override;
     QList<Handle> handles() const override;

@@ -1,7 +1,7 @@
 #include "AbstractScene.h"
 #include "TestItem.h"
 #include "Tools2DXF.h"
-#include "VDxfPaintDevice.h"
+#include "VDxfCurvesAsSplines.h"
 
 #include <QDir>
 #include <QDomDocument>
