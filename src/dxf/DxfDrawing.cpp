@@ -82,6 +82,31 @@ void Drawing::addPolyline(const QPolygonF& points, bool closed, const EntityStyl
     add("LWPOLYLINE", style, std::move(tags), points);
 }
 
+void Drawing::addBezierSpline(const QPolygonF& controls, const EntityStyle& style) {
+    const int pieces = int((controls.size() - 1) / 3);
+    if (pieces < 1)
+        return;
+    const int count = 3 * pieces + 1;
+    // Planar (8), degree 3; every inner knot three times, so that each piece is its own Bezier curve.
+    QList<Tag> tags = {{100, "AcDbSpline"}, {210, 0},    {220, 0}, {230, 1},    {70, 8},    {71, 3},
+                       {72, count + 4},     {73, count}, {74, 0},  {42, 1e-10}, {43, 1e-10}};
+    for (int k = 0; k < 4; ++k)
+        tags.append({40, 0});
+    for (int piece = 1; piece < pieces; ++piece)
+        for (int k = 0; k < 3; ++k)
+            tags.append({40, piece});
+    for (int k = 0; k < 4; ++k)
+        tags.append({40, pieces});
+    const QList<QPointF> used = controls.mid(0, count);
+    for (const QPointF& p : used) {
+        tags.append({10, p.x()});
+        tags.append({20, p.y()});
+        tags.append({30, 0});
+    }
+    // A Bezier curve stays within the hull of its control points.
+    add("SPLINE", style, std::move(tags), used);
+}
+
 void Drawing::addCircle(const QPointF& centre, double radius, const EntityStyle& style) {
     add("CIRCLE", style, {{100, "AcDbCircle"}, {10, centre.x()}, {20, centre.y()}, {30, 0}, {40, radius}},
         {centre - QPointF(radius, radius), centre + QPointF(radius, radius)});

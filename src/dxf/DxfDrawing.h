@@ -63,6 +63,9 @@ class Drawing {
 public:
     void addLine(const QPointF& from, const QPointF& to, const EntityStyle& style);
     void addPolyline(const QPolygonF& points, bool closed, const EntityStyle& style);
+    // A cubic spline made of Bezier pieces: the first point, then per piece two control points and
+    // its end (3 n + 1 points for n pieces).
+    void addBezierSpline(const QPolygonF& controls, const EntityStyle& style);
     void addCircle(const QPointF& centre, double radius, const EntityStyle& style);
     void addEllipse(const QPointF& centre, const QPointF& majorAxis, double ratio, const EntityStyle& style);
     // The arc runs anticlockwise (y up) from startDegrees to endDegrees.

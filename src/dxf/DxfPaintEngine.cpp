@@ -1,5 +1,7 @@
 #include "DxfPaintEngine.h"
 
+#include "VDxfCurvesAsSplines.h"
+
 #include <QFontMetricsF>
 #include <QPainterPath>
 #include <QPixmap>
@@ -99,6 +101,44 @@ std::optional<CircularArc> circularArc(const QPainterPath& path, const QTransfor
     for (double* angle : {&arc.startDegrees, &arc.endDegrees})
         *angle = *angle < 0 ? *angle + 360.0 : *angle;
     return arc;
+}
+
+// The subpaths of a path, each on its own.
+QList<QPainterPath> subpaths(const QPainterPath& path) {
+    QList<QPainterPath> out;
+    for (int i = 0; i < path.elementCount(); ++i) {
+        const QPainterPath::Element e = path.elementAt(i);
+        if (e.isMoveTo() || out.isEmpty()) {
+            out.append(QPainterPath(e));
+        } else if (e.isLineTo()) {
+            out.last().lineTo(e);
+        } else if (e.isCurveTo() && i + 2 < path.elementCount()) {
+            out.last().cubicTo(e, path.elementAt(i + 1), path.elementAt(i + 2));
+            i += 2;
+        }
+    }
+    return out;
+}
+
+// A subpath with curves as Bezier pieces (its straight pieces as curves with controls on them); empty
+// when it has no curve.
+QPolygonF bezierControls(const QPainterPath& subpath) {
+    QPolygonF controls;
+    bool curved = false;
+    for (int i = 0; i < subpath.elementCount(); ++i) {
+        const QPainterPath::Element e = subpath.elementAt(i);
+        if (e.isMoveTo()) {
+            controls.append(e);
+        } else if (e.isLineTo()) {
+            const QPointF from = controls.last();
+            controls << from + (QPointF(e) - from) / 3 << from + (QPointF(e) - from) * 2 / 3 << e;
+        } else if (e.isCurveTo() && i + 2 < subpath.elementCount()) {
+            controls << e << subpath.elementAt(i + 1) << subpath.elementAt(i + 2);
+            curved = true;
+            i += 2;
+        }
+    }
+    return curved ? controls : QPolygonF();
 }
 
 } // namespace
@@ -213,9 +253,19 @@ void DxfPaintEngine::drawPath(const QPainterPath& path) {
         m_drawing.addArc(arc->centre, arc->radius, arc->startDegrees, arc->endDegrees, penStyle());
         return;
     }
-    for (const QPolygonF& polygon : path.toSubpathPolygons(m_toDxf)) {
-        const bool closed = polygon.size() > 2 && polygon.first() == polygon.last();
-        stroke(closed ? openedLoop(polygon) : polygon, closed);
+    // Asked for, subpaths with curves become splines through the same control points, which an affine
+    // map keeps; the others, and every subpath under a perspective, polylines.
+    const bool splines = VDxfCurvesAsSplines::active() && m_toDxf.isAffine();
+    for (const QPainterPath& subpath : splines ? subpaths(path) : QList<QPainterPath>{path}) {
+        const QPolygonF controls = splines ? bezierControls(subpath) : QPolygonF();
+        if (!controls.isEmpty()) {
+            m_drawing.addBezierSpline(m_toDxf.map(controls), penStyle());
+            continue;
+        }
+        for (const QPolygonF& polygon : subpath.toSubpathPolygons(m_toDxf)) {
+            const bool closed = polygon.size() > 2 && polygon.first() == polygon.last();
+            stroke(closed ? openedLoop(polygon) : polygon, closed);
+        }
     }
 }
 

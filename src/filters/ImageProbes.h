@@ -78,6 +78,9 @@ struct RegionOutline {
 // The 8-connected region of pixels whose colour lies within `tolerance` of the clicked pixel's in every
 // channel (for a grey image: whose grey level does), with its outlines. The tolerance is clamped to
 // 0..255 (255 takes the whole image); simplification 0 keeps the exact pixel-edge outlines, which
-// then enclose exactly pixelCount unit squares. Empty for a seed off the image.
+// then enclose exactly pixelCount unit squares. Pixels set in `barrier` (an image of the same size,
+// non-zero grey level) never join the region, so regions can be kept apart; a barrier of another size
+// is ignored. Empty for a seed off the image or on the barrier.
 GRAPHICSOBJECTS_EXPORT std::optional<RegionOutline> growRegion(const QImage& image, const QPoint& seed,
-                                                               int tolerance, double simplification = 0.5);
+                                                               int tolerance, double simplification = 0.5,
+                                                               const QImage& barrier = QImage());

@@ -36,10 +36,18 @@ QPolygonF pixelEdgeOutline(const std::vector<cv::Point>& contour, const QPoint& 
 
 // The flood fill and its outlines; OpenCV reports failures (memory) by exceptions.
 std::optional<RegionOutline> traceRegion(const QImage& image, const QPoint& seed, int tolerance,
-                                         double simplification) {
+                                         double simplification, const QImage& barrier) {
     QImage rgb = image.convertToFormat(QImage::Format_RGB888);
     cv::Mat pixels(rgb.height(), rgb.width(), CV_8UC3, rgb.bits(), size_t(rgb.bytesPerLine()));
     cv::Mat mask = cv::Mat::zeros(rgb.height() + 2, rgb.width() + 2, CV_8UC1);
+    // The flood fill never crosses non-zero mask pixels; its own pixels are 255, the barrier's 1.
+    if (barrier.size() == image.size()) {
+        QImage grey = barrier.convertToFormat(QImage::Format_Grayscale8);
+        const cv::Mat blocked(grey.height(), grey.width(), CV_8UC1, grey.bits(), size_t(grey.bytesPerLine()));
+        if (blocked.at<uchar>(seed.y(), seed.x()) != 0)
+            return std::nullopt;
+        mask(cv::Rect(1, 1, rgb.width(), rgb.height())).setTo(1, blocked);
+    }
     const double range = std::clamp(tolerance, 0, 255);
     cv::Rect box;
     const int flags = 8 | cv::FLOODFILL_FIXED_RANGE | cv::FLOODFILL_MASK_ONLY | (255 << 8);
@@ -49,8 +57,8 @@ std::optional<RegionOutline> traceRegion(const QImage& image, const QPoint& seed
     // The region's own pixels (the flood mask has a one-pixel margin), doubled, with an empty border so
     // that no contour runs along the array's edge.
     cv::Mat doubled;
-    cv::resize(mask(cv::Rect(box.x + 1, box.y + 1, box.width, box.height)), doubled, cv::Size(), 2, 2,
-               cv::INTER_NEAREST);
+    const cv::Mat own = mask(cv::Rect(box.x + 1, box.y + 1, box.width, box.height)) == 255;
+    cv::resize(own, doubled, cv::Size(), 2, 2, cv::INTER_NEAREST);
     cv::copyMakeBorder(doubled, doubled, 1, 1, 1, 1, cv::BORDER_CONSTANT, cv::Scalar(0));
     std::vector<std::vector<cv::Point>> contours;
     std::vector<cv::Vec4i> hierarchy;
@@ -77,7 +85,7 @@ std::optional<RegionOutline> traceRegion(const QImage& image, const QPoint& seed
 } // namespace
 
 std::optional<RegionOutline> growRegion(const QImage& image, const QPoint& seed, int tolerance,
-                                        double simplification) {
+                                        double simplification, const QImage& barrier) {
     if (image.isNull() || !image.rect().contains(seed))
         return std::nullopt;
     if (!std::isfinite(simplification) || simplification < 0)
@@ -85,7 +93,7 @@ std::optional<RegionOutline> growRegion(const QImage& image, const QPoint& seed,
     // Beyond the image's size a coarser simplification changes nothing (and OpenCV squares it).
     simplification = std::min(simplification, double(image.width()) + image.height());
     try {
-        return traceRegion(image, seed, tolerance, simplification);
+        return traceRegion(image, seed, tolerance, simplification, barrier);
     } catch (const cv::Exception&) {
         return std::nullopt;
     } catch (const std::bad_alloc&) {

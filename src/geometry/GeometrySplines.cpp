@@ -143,3 +143,15 @@ double catmullRomLength(const QPolygonF& points, bool closed) {
     }
     return std::isfinite(length) ? length : 0;
 }
+
+QPolygonF catmullRomBezier(const QPolygonF& points, bool closed) {
+    const std::vector<Bezier> curve = spans(points, closed);
+    if (curve.empty())
+        return QPolygonF();
+    QPolygonF out;
+    out.reserve(qsizetype(3 * curve.size() + 1));
+    out.append(curve.front()[0]);
+    for (const Bezier& b : curve)
+        out << b[1] << b[2] << b[3];
+    return out;
+}

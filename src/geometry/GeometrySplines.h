@@ -19,3 +19,7 @@ GRAPHICSOBJECTS_EXPORT QPolygonF catmullRomPolyline(const QPolygonF& points, dou
 
 // Length of the curve, by adaptive Gauss-Legendre quadrature to about 1e-8 relative.
 GRAPHICSOBJECTS_EXPORT double catmullRomLength(const QPolygonF& points, bool closed = false);
+
+// The same curve as cubic Bezier pieces: its first point, then per span the two control points and the
+// span's end. Empty when the curve has fewer than two points or cannot be represented.
+GRAPHICSOBJECTS_EXPORT QPolygonF catmullRomBezier(const QPolygonF& points, bool closed = false);

@@ -16,15 +16,21 @@
 #include "CrossHItem.h"
 #include "CrossItem.h"
 #include "CrossVItem.h"
+#include "CurveItem.h"
 #include "Custom1.h"
 #include "DXFItem.h"
 #include "Distance.h"
 #include "EllipseItem.h"
+#include "FlattenItem.h"
 #include "Intersection.h"
 #include "ItemTypes.h"
+#include "LassoItem.h"
 #include "LineItem.h"
 #include "PixmapItem.h"
 #include "PointItem.h"
+#include "PolygonItem.h"
+#include "PolygonShapeItem.h"
+#include "PolylineItem.h"
 #include "Projection.h"
 #include "RectCalibItem.h"
 #include "RectangleItem.h"
@@ -88,8 +94,8 @@ QList<Row> makeRows() {
         built<PointItem>(QT_TRANSLATE_NOOP("NAMES", "PointItem"), L::Tools, 2, D::Translated, ":/point.png"),
         built<AnchorPointItem>(QT_TRANSLATE_NOOP("NAMES", "AnchorPointItem"), L::Tools, 3, D::Translated, ":/point.png"),
         built<LineItem>(QT_TRANSLATE_NOOP("NAMES", "LineItem"), L::Tools, 1, D::Translated, ":/line.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "PolylineItem"), T::PolylineItem, L::Tools, 12, D::Translated, ":/poly.png"),
-        planned(QT_TRANSLATE_NOOP("NAMES", "PolygonItem"), T::PolygonItem, L::Tools, 11, D::Translated, ":/polyclosed.png"),
+        built<PolylineItem>(QT_TRANSLATE_NOOP("NAMES", "PolylineItem"), L::Tools, 12, D::Translated, ":/poly.png"),
+        built<PolygonItem>(QT_TRANSLATE_NOOP("NAMES", "PolygonItem"), L::Tools, 11, D::Translated, ":/polyclosed.png"),
         built<EllipseItem>(QT_TRANSLATE_NOOP("NAMES", "EllipseItem"), L::Tools, 4, D::Translated, ":/ellipse.png"),
         built<CircleItem>(QT_TRANSLATE_NOOP("NAMES", "CircleItem"), L::Tools, 5, D::Translated, ":/circle.png"),
         built<CirclePItem>(QT_TRANSLATE_NOOP("NAMES", "CirclePItem"), L::Tools, 6, D::Translated, ":/circleP.png"),
@@ -98,13 +104,13 @@ QList<Row> makeRows() {
         built<ArcPointsItem>(QT_TRANSLATE_NOOP("NAMES", "ArcPointsItem"), L::None, 0, D::Translated, ":/arc.png"),
         built<Arc3PointsItem>(QT_TRANSLATE_NOOP("NAMES", "Arc3PointsItem"), L::Tools, 8, D::Translated, ":/arc.png"),
         built<ArcItem>("ArcItem", L::None, 0, D::Absent, pencil),
-        planned(QT_TRANSLATE_NOOP("NAMES", "CurveItem"), T::CurveItem, L::Tools, 9, D::Translated, ":/curve.png"),
+        built<CurveItem>(QT_TRANSLATE_NOOP("NAMES", "CurveItem"), L::Tools, 9, D::Translated, ":/curve.png"),
         built<RectangleItem>(QT_TRANSLATE_NOOP("NAMES", "RectangleItem"), L::Tools, 10, D::Translated, ":/rectangle.png"),
         built<CrossItem>(QT_TRANSLATE_NOOP("NAMES", "CrossItem"), L::Tools, 13, D::Translated, ":/orthosnap.png"),
         built<RectCalibItem>("RectCalibItem", L::None, 0, D::Itself, pencil),
-        planned("PolygonShapeItem", T::PolygonShapeItem, L::None, 0, D::Itself, pencil),
+        built<PolygonShapeItem>("PolygonShapeItem", L::None, 0, D::Itself, pencil),
         built<DXFItem>("DXFItem", L::None, 0, D::Absent, pencil),
-        planned(QT_TRANSLATE_NOOP("NAMES", "LassoItem"), T::LassoItem, L::None, 0, D::Translated, ":/poly.png"),
+        built<LassoItem>(QT_TRANSLATE_NOOP("NAMES", "LassoItem"), L::None, 0, D::Translated, ":/poly.png"),
         built<VickersPItem>("VickersPItem", L::None, 0, D::Absent, ":/poly.png"),
         built<RectangleItemFeret>("RectangleItemFeret", L::None, 0, D::Absent, pencil),
         built<RulerItem>(QT_TRANSLATE_NOOP("NAMES", "RulerItem"), L::Annotations, 7, D::Translated, ":/qrule.png"),
@@ -119,7 +125,7 @@ QList<Row> makeRows() {
         built<CrossVItem>(QT_TRANSLATE_NOOP("NAMES", "CrossVItem"), L::Annotations, 11, D::Translated, pencil),
         built<ArrowItem>(QT_TRANSLATE_NOOP("NAMES", "ArrowItem"), L::Annotations, 2, D::Translated, ":/arrow.png"),
         built<Arrow2Item>(QT_TRANSLATE_NOOP("NAMES", "Arrow2Item"), L::Annotations, 3, D::Translated, ":/arrow.png"),
-        planned("FlattenItem", T::FlattenItem, L::None, 0, D::Itself, ":/arrow.png"),
+        built<FlattenItem>("FlattenItem", L::None, 0, D::Itself, ":/arrow.png"),
         built<Distance>(QT_TRANSLATE_NOOP("NAMES", "Distance"), L::Mesures, 1, D::Translated, ":/distance.png"),
         built<Angle>(QT_TRANSLATE_NOOP("NAMES", "Angle"), L::Mesures, 2, D::Translated, ":/angle.png"),
         built<Circle3>(QT_TRANSLATE_NOOP("NAMES", "Circle3"), L::Mesures, 3, D::Translated, ":/circle.png"),

@@ -2,14 +2,10 @@
 
 #include "ClassNames.h"
 #include "ItemRegistry.h"
-#include "LassoShared.h"
+#include "LassoItem.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
-
-int g_lassoItemCount = 0;
-int g_lassoRegionCount = 0;
-QList<QPolygonF> g_lassoRegions;
 
 // Outside any namespace: Q_INIT_RESOURCE declares the resource's initialiser at its own scope.
 static void initIconResources() {
@@ -71,9 +67,7 @@ QMap<QString, QString>* getTools_NamesInvRef() {
 
 void InitToolsNames() {
     ensureIconResources();
-    g_lassoItemCount = 0;
-    g_lassoRegionCount = 0;
-    g_lassoRegions.clear();
+    LassoItem::resetShared();
 
     names().clear();
     for (const ItemRegistry::Row& row : ItemRegistry::rows()) {

@@ -93,6 +93,12 @@ def describe(e, folder):
         d.update(start=xy(e.dxf.start), end=xy(e.dxf.end))
     elif t == "LWPOLYLINE":
         d.update(points=[xy(p) for p in e.get_points("xy")], closed=e.closed)
+    elif t == "SPLINE":
+        d.update(
+            degree=e.dxf.degree,
+            controls=[xy(p) for p in e.control_points],
+            knots=[round(k, 9) for k in e.knots],
+        )
     elif t == "CIRCLE":
         d.update(center=xy(e.dxf.center), radius=e.dxf.radius)
     elif t == "ARC":

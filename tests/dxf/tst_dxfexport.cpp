@@ -2,6 +2,7 @@
 #include "GeometryArcs.h"
 #include "TestItem.h"
 #include "Tools2DXF.h"
+#include "VDxfCurvesAsSplines.h"
 
 #include <QDir>
 #include <QDomDocument>
@@ -26,6 +27,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -115,6 +117,8 @@ private slots:
     void failedWriteIsReported();
     void unwritableNumbersFailTheExport_data();
     void unwritableNumbersFailTheExport();
+    void curvesAsSplines_data();
+    void curvesAsSplines();
 
 private:
     // Exports the scene to a file of the test's directory and reads it back; empty when either fails.
@@ -621,6 +625,50 @@ void TestDxfExport::unwritableNumbersFailTheExport() {
     const QString name = owner.isEmpty() ? QString("PaintingItem") : owner;
     QVERIFY2(error.contains(fileName) && error.contains(name), qPrintable(error));
     QCOMPARE(contents(fileName), previous);
+}
+
+// Asked for, a path with curves keeps them: one SPLINE through the Bezier control points, its straight
+// pieces as curves with controls on them, each piece a Bezier curve of its own (knots threefold).
+void TestDxfExport::curvesAsSplines_data() {
+    QTest::addColumn<bool>("asked");
+    QTest::addColumn<bool>("turned");
+    QTest::newRow("asked") << true << false;
+    QTest::newRow("not asked: flattened") << false << false;
+    QTest::newRow("asked, under a turn") << true << true;
+}
+
+void TestDxfExport::curvesAsSplines() {
+    QFETCH(bool, asked);
+    QFETCH(bool, turned);
+    QPainterPath path(QPointF(10, 10));
+    path.cubicTo(QPointF(20, 40), QPointF(40, 40), QPointF(50, 10));
+    path.lineTo(QPointF(80, 10));
+    AbstractScene scene(kSceneRect);
+    auto* item = new PaintingItem([&](QPainter* painter) {
+        std::optional<VDxfCurvesAsSplines> splines;
+        if (asked)
+            splines.emplace();
+        painter->setPen(QPen(Qt::black, 1));
+        painter->drawPath(path);
+    });
+    item->setPos(100, 50);
+    item->setRotation(turned ? 30 : 0);
+    scene.addItem(item);
+    const QJsonObject report = exportAndRead(scene, QString("splines-%1-%2.dxf").arg(asked).arg(turned));
+    QVERIFY(!report.isEmpty());
+    verifyClean(report);
+    const QList<QJsonObject> splines = ofType(report, "SPLINE");
+    QCOMPARE(splines.size(), asked ? 1 : 0);
+    QCOMPARE(ofType(report, "LWPOLYLINE").size(), asked ? 0 : 1);
+    if (!asked)
+        return;
+    QCOMPARE(splines[0]["degree"].toInt(), 3);
+    QCOMPARE(splines[0]["knots"].toArray(), (QJsonArray{0, 0, 0, 0, 1, 1, 1, 2, 2, 2, 2}));
+    const QList<QPointF> controls = {{10, 10}, {20, 40}, {40, 40}, {50, 10}, {60, 10}, {70, 10}, {80, 10}};
+    const QJsonArray written = splines[0]["controls"].toArray();
+    QCOMPARE(written.size(), controls.size());
+    for (int i = 0; i < controls.size(); ++i)
+        QVERIFY(near(point(written[i]), toDxf(item->mapToScene(controls[i])), 1e-5));
 }
 
 QTEST_MAIN(TestDxfExport)

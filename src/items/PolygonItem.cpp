@@ -1,0 +1,12 @@
+#include "PolygonItem.h"
+
+PolygonItem::PolygonItem(QGraphicsItem* parent, int id, void* context)
+    : VertexItem(parent, true) {
+    initIdentity(id, MesureKey, MesureDefault);
+    takeRecord(startGenerated(context));
+}
+
+void PolygonItem::measure(bool live) {
+    const QPolygonF points = vertices();
+    takeOutlineMesures(measureOutline(points, !live || points.size() <= LiveHullLimit));
+}
