@@ -20,14 +20,22 @@
 #include "XmlRead.h"
 
 // Library interface
+#include "CalibrationDialog.h"
+#include "FilterCatalogue.h"
 #include "ItemFactory.h"
 #include "ItemRegistry.h"
+#include "ItemSnapshot.h"
+#include "MeasureNames.h"
+#include "MeasuresModel.h"
 #include "PointList.h"
+#include "SceneDocument.h"
 #include "StartTool.h"
+#include "ToolPalette.h"
 #include "Tools2DXF.h"
 #include "ToolsCatalogue.h"
+#include "UndoCommands.h"
+#include "UndoRecorder.h"
 #include "qtrans.h"
-#include "SceneDocument.h"
 
 // DXF output
 #include "VDxfPaintDevice.h"
@@ -70,8 +78,8 @@
 #include "CrossItem.h"
 #include "CrossVItem.h"
 #include "Custom1.h"
-#include "Distance.h"
 #include "DXFItem.h"
+#include "Distance.h"
 #include "FrameItem.h"
 #include "GuideItem.h"
 #include "Intersection.h"

@@ -1,11 +1,13 @@
 #include "SimpleTextItem.h"
 
+#include "AbstractScene.h"
 #include "HoverEventItem.h"
 
 #include <QBrush>
 #include <QGraphicsScene>
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
+#include <QPainter>
 
 SimpleTextItem::SimpleTextItem(QGraphicsItem* parent)
     : QGraphicsSimpleTextItem(parent) {
@@ -19,6 +21,16 @@ void SimpleTextItem::setTextColor(const QColor& color) {
 
 QColor SimpleTextItem::textColor() const {
     return brush().color();
+}
+
+void SimpleTextItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) {
+    const auto* host = qobject_cast<const AbstractScene*>(scene());
+    if (host && host->labelBackground() && !text().isEmpty()) {
+        // The plate contrasts with the text, whatever the image under it.
+        const bool darkText = textColor().lightnessF() < 0.5;
+        painter->fillRect(boundingRect(), darkText ? QColor(255, 255, 255, 200) : QColor(0, 0, 0, 200));
+    }
+    QGraphicsSimpleTextItem::paint(painter, option, widget);
 }
 
 void SimpleTextItem::mousePressEvent(QGraphicsSceneMouseEvent* event) {

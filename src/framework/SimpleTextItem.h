@@ -11,6 +11,8 @@ public:
 
     void setTextColor(const QColor& color);
     QColor textColor() const;
+    // Over a translucent plate when the scene asks for label backgrounds.
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 protected:
     // A label never hides a handgrip: a press over a visible grip goes on to the grip.
