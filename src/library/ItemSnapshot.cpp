@@ -91,12 +91,16 @@ AbstractBaseItem* ItemSnapshot::recreate(AbstractScene* scene,
 }
 
 void ItemSnapshot::restoreTextLink(AbstractScene* scene) const {
-    if (m_linkTarget.isEmpty())
+    if (m_className != QLatin1String("eTextItem"))
         return;
-    AbstractBaseItem* text = SceneItems::find(scene, m_uid);
+    auto* text = qobject_cast<eTextItem*>(SceneItems::find(scene, m_uid));
+    if (!text)
+        return;
     AbstractBaseItem* target = SceneItems::find(scene, m_linkTarget);
-    if (text && target)
+    if (target && target != text->linkedItem())
         text->associate(target, nullptr);
+    else if (m_linkTarget.isEmpty() && text->linkedItem())
+        text->unassociate(text->linkedItem(), nullptr);
 }
 
 namespace SceneItems {

@@ -37,7 +37,8 @@ public:
     // then find the one above them.
     AbstractBaseItem* recreate(AbstractScene* scene,
                                QHash<QString, AbstractBaseItem*>* byUid = nullptr) const;
-    // Makes the text follow again the item it followed when taken, if both are on the scene.
+    // Makes a text follow again the item it followed when taken, if both are on the scene, or
+    // follow none if it followed none.
     void restoreTextLink(AbstractScene* scene) const;
 
     bool operator==(const ItemSnapshot& other) const { return m_text == other.m_text; }

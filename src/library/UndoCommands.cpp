@@ -14,13 +14,7 @@ namespace {
 
 int replayDepth = 0;
 
-// Marks a command's own changes for the recorders listening to the scene.
-struct Replay {
-    Replay() { ++replayDepth; }
-    ~Replay() { --replayDepth; }
-    Replay(const Replay&) = delete;
-    Replay& operator=(const Replay&) = delete;
-};
+using SceneUndo::Replay;
 
 QString translated(const char* text) {
     return QCoreApplication::translate("SceneUndo", text);
@@ -35,6 +29,14 @@ void deleteItem(AbstractScene* scene, AbstractBaseItem* item) {
 
 bool SceneUndo::replaying() {
     return replayDepth > 0;
+}
+
+SceneUndo::Replay::Replay() {
+    ++replayDepth;
+}
+
+SceneUndo::Replay::~Replay() {
+    --replayDepth;
 }
 
 CreateItemCommand::CreateItemCommand(AbstractScene* scene, AbstractBaseItem* item, QUndoCommand* parent)

@@ -29,6 +29,16 @@ enum CommandId { GripDragId = 0x4701, MoveId };
 // command's own, not the user's.
 GRAPHICSOBJECTS_EXPORT bool replaying();
 
+// Held by a command while it changes the scene, so that recorders do not take the change for
+// the user's; the library's commands hold it, a host's own commands do too.
+class GRAPHICSOBJECTS_EXPORT Replay {
+public:
+    Replay();
+    ~Replay();
+    Replay(const Replay&) = delete;
+    Replay& operator=(const Replay&) = delete;
+};
+
 } // namespace SceneUndo
 
 // An item drawn on the scene: undo deletes it, redo makes it again.

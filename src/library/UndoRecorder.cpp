@@ -100,6 +100,9 @@ void UndoRecorder::released() {
     m_pressPositions.clear();
     if (!moves.isEmpty() && m_stack)
         m_stack->push(new MoveItemsCommand(m_scene, moves));
+    // The grip ends its drag as it gets this release; later ends of a change are no part of it.
+    QMetaObject::invokeMethod(
+        this, [this] { m_drag = 0; }, Qt::QueuedConnection);
 }
 
 bool UndoRecorder::showMenu(AbstractBaseItem* item, const QPoint& screenPos, bool editMenu) {
