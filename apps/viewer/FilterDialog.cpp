@@ -69,12 +69,14 @@ void FilterDialog::updatePreview() {
     m_filter.apply(preview, values());
     SceneUndo::Replay replay;
     m_scene->setImage(preview);
+    m_showing = true;
 }
 
 void FilterDialog::restore() {
     m_pause.stop();
-    if (m_scene->image().cacheKey() == m_original.cacheKey())
+    if (!m_showing)
         return;
+    m_showing = false;
     SceneUndo::Replay replay;
     m_scene->setImage(m_original);
 }

@@ -35,4 +35,5 @@ private:
     QList<QDoubleSpinBox*> m_boxes;
     QCheckBox* m_preview;
     QTimer m_pause;
+    bool m_showing = false; // the scene shows the preview
 };

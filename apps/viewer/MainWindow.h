@@ -1,6 +1,6 @@
 #pragma once
 
-#include <GraphicsObjects/SceneDocument.h>
+#include "SceneDocument.h"
 
 #include <QImage>
 #include <QMainWindow>

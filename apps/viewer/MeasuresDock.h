@@ -5,6 +5,7 @@
 class AbstractScene;
 class MeasuresModel;
 class QComboBox;
+class QGraphicsItem;
 class QTableView;
 
 // The measures table in a dock: one row per item, sortable, its selection and the scene's

@@ -78,10 +78,11 @@ AbstractBaseItem* ItemSnapshot::recreate(AbstractScene* scene,
         item = XBaseItemMesureCreate(name, nullptr, 0, nullptr);
     if (!item)
         return nullptr;
-    scene->addItem(item);
+    // Whole before it enters the scene: whoever watches the scene sees it as it was.
     item->setLinkScene(scene);
     applyTo(item);
     item->setFlags(QGraphicsItem::GraphicsItemFlags(m_flags));
+    scene->addItem(item);
     AbstractBaseItem* above = byUid ? byUid->value(m_above) : SceneItems::find(scene, m_above);
     if (above && above != item)
         item->stackBefore(above);

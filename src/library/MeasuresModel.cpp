@@ -58,6 +58,8 @@ MeasuresModel::MeasuresModel(AbstractScene* scene, QObject* parent)
         return;
     connect(scene, &AbstractScene::itemAdded, this, &MeasuresModel::addItem);
     connect(scene, &AbstractScene::itemRemoved, this, &MeasuresModel::removeObject);
+    // Drawn items may measure themselves without a signal.
+    connect(scene, &AbstractScene::itemAccepted, this, &MeasuresModel::refreshItem);
     for (QGraphicsItem* g : scene->items(Qt::AscendingOrder)) {
         if (!g->parentItem())
             addItem(AbstractBaseItem::fromGraphicsItem(g));

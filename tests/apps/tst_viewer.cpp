@@ -1,6 +1,7 @@
 // The viewer's main window driven as a user would: the bundled sample opened, a tool picked from the
 // palette and drawn, its row in the table, undo, save and reopen; damaged documents and failed saves;
 // selection both ways; calibration, filters, links, test loads, exports and the French names.
+#include "FilterDialog.h"
 #include "MainWindow.h"
 #include "MeasuresDock.h"
 #include "SceneView.h"
@@ -81,6 +82,8 @@ private slots:
         const int designation = model->columnCount() - 1;
         QCOMPARE(model->index(0, designation).data().toString(), QStringLiteral("511 HV 1"));
 
+        // At the natural size the mouse reaches whole pixels: 200 of them are 50 µm.
+        w.view()->setZoom(1);
         w.palette()->action("LineItem")->trigger();
         drag({100, 300}, {300, 300});
         QVERIFY(!w.palette()->action("LineItem")->isChecked());
@@ -183,7 +186,10 @@ private slots:
         QImage image(640, 480, QImage::Format_RGB32);
         image.fill(qRgb(200, 120, 40));
         m_window->scene()->setImage(image);
-        acceptNextDialog<QDialog>([this](QDialog*) { QVERIFY(m_window->scene()->image().allGray()); });
+        acceptNextDialog<FilterDialog>([this](FilterDialog* d) {
+            d->updatePreview();
+            QVERIFY(m_window->scene()->image().allGray());
+        });
         m_window->applyFilter("grayscale");
         QVERIFY(m_window->scene()->image().allGray());
         m_window->undoStack()->undo();
@@ -195,7 +201,8 @@ private slots:
         QVERIFY(w.openFile(SAMPLE_SCENE));
         w.palette()->action("eTextItem")->trigger();
         click({500, 440});
-        auto* text = qobject_cast<eTextItem*>(w.scene()->selectedItems().value(0));
+        auto* text =
+            qobject_cast<eTextItem*>(AbstractBaseItem::fromGraphicsItem(w.scene()->selectedItems().value(0)));
         QVERIFY(text);
         w.startLinkingText();
         QVERIFY(w.view()->picking());
