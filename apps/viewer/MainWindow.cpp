@@ -55,6 +55,7 @@ MainWindow::MainWindow(QWidget* parent)
             [this](QGraphicsItem* item) { m_view->centerOn(item); });
     m_view->viewport()->installEventFilter(this);
 
+    resizeDocks({m_dock}, {460}, Qt::Horizontal);
     readSettings();
     updateActions();
     updateTitle();

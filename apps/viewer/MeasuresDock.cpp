@@ -25,6 +25,8 @@ MeasuresDock::MeasuresDock(AbstractScene* scene, MeasuresModel* model, QWidget* 
     m_table->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->verticalHeader()->setVisible(false);
+    // The tool's displayed name says what the class says, in the user's language.
+    m_table->setColumnHidden(MeasuresModel::ClassColumn, true);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_style->addItem(tr("Comma separated, decimal point (1.5)"));
     m_style->addItem(tr("Semicolon separated, decimal comma (1,5)"));

@@ -4,6 +4,7 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QWheelEvent>
 
@@ -19,7 +20,13 @@ SceneView::SceneView(AbstractScene* scene, QWidget* parent)
     setResizeAnchor(QGraphicsView::AnchorViewCenter);
     setDragMode(QGraphicsView::RubberBandDrag);
     setMouseTracking(true);
-    setBackgroundBrush(QColor(64, 64, 64));
+}
+
+// Grey around the scene, white under a scene without an image; the scene then draws its image.
+void SceneView::drawBackground(QPainter* painter, const QRectF& rect) {
+    painter->fillRect(rect, QColor(64, 64, 64));
+    painter->fillRect(rect & sceneRect(), Qt::white);
+    QGraphicsView::drawBackground(painter, rect);
 }
 
 void SceneView::setZoom(double zoom) {

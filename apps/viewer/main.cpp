@@ -25,7 +25,7 @@ int main(int argc, char** argv) {
     InitToolsNames();
 
     // goviewer [FILE] [--screenshot OUT.png]: the screenshot shows FILE with its first item
-    // selected, as the README does, then the viewer quits.
+    // selected and label backgrounds on, as the README does, then the viewer quits.
     QStringList args = QApplication::arguments().mid(1);
     QString screenshot;
     const qsizetype option = args.indexOf(QStringLiteral("--screenshot"));
@@ -35,11 +35,12 @@ int main(int argc, char** argv) {
     }
     MainWindow window;
     if (!screenshot.isEmpty())
-        window.resize(1200, 720);
+        window.resize(1280, 760);
     window.show();
     if (!args.isEmpty())
         window.openFile(args.first());
     if (!screenshot.isEmpty()) {
+        window.scene()->setLabelBackground(true);
         if (AbstractBaseItem* first = window.measures()->item(0))
             first->setSelected(true);
         QTimer::singleShot(1000, &window, [&window, screenshot] {
