@@ -18,6 +18,7 @@
 #include <QSettings>
 #include <QStatusBar>
 #include <QSvgGenerator>
+#include <QTableView>
 #include <QUndoStack>
 
 namespace {
@@ -56,6 +57,7 @@ bool MainWindow::openFile(const QString& fileName) {
     if (!opened)
         return false;
     addRecentFile(info.absoluteFilePath());
+    m_dock->table()->resizeColumnsToContents();
     m_view->fit();
     updateActions();
     updateTitle();

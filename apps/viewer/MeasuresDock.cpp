@@ -27,7 +27,12 @@ MeasuresDock::MeasuresDock(AbstractScene* scene, MeasuresModel* model, QWidget* 
     m_table->verticalHeader()->setVisible(false);
     // The tool's displayed name says what the class says, in the user's language.
     m_table->setColumnHidden(MeasuresModel::ClassColumn, true);
-    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    // Sized once when a column comes: sizing on every change reads every row.
+    connect(model, &QAbstractItemModel::columnsInserted, this,
+            [this](const QModelIndex&, int first, int last) {
+                for (int c = first; c <= last; ++c)
+                    m_table->resizeColumnToContents(c);
+            });
     m_style->addItem(tr("Comma separated, decimal point (1.5)"));
     m_style->addItem(tr("Semicolon separated, decimal comma (1,5)"));
     auto* exportButton = new QPushButton(tr("Export CSV…"));

@@ -71,15 +71,18 @@ AbstractBaseItem* MeasuresModel::item(int row) const {
 }
 
 int MeasuresModel::row(const AbstractBaseItem* item) const {
-    return item ? rowOfObject(item) : -1;
+    const int at = item ? rowOfObject(item) : -1;
+    return at >= 0 && !m_rows.at(at).gone ? at : -1;
 }
 
 int MeasuresModel::rowOfObject(const QObject* object) const {
-    for (int i = 0; i < m_rows.size(); ++i) {
-        if (m_rows.at(i).object == object)
-            return i;
+    if (m_indexDirty) {
+        m_index.clear();
+        for (int i = 0; i < m_rows.size(); ++i)
+            m_index.insert(m_rows.at(i).object, i);
+        m_indexDirty = false;
     }
-    return -1;
+    return m_index.value(object, -1);
 }
 
 int MeasuresModel::measureColumn(const QString& name, const QString& unit) const {
@@ -101,60 +104,122 @@ void MeasuresModel::fill(Row& row) const {
     row.remarks = itemRemarks(item);
 }
 
+bool MeasuresModel::count(const Row& row, int delta) {
+    bool crossed = false;
+    for (const ItemMeasure& m : row.measures) {
+        auto& use = m_keyUse[m.name + QLatin1Char('\n') + m.unit];
+        use.first = Key{m.name, m.unit, m.rank};
+        crossed = crossed || use.second == 0 || use.second + delta == 0;
+        use.second += delta;
+    }
+    const auto remark = [&](const QString& text, int& uses) {
+        if (text.isEmpty())
+            return;
+        crossed = crossed || uses == 0 || uses + delta == 0;
+        uses += delta;
+    };
+    remark(row.remarks.designation, m_designations);
+    remark(row.remarks.warning, m_warnings);
+    return crossed;
+}
+
 void MeasuresModel::addItem(AbstractBaseItem* item) {
-    if (!item || rowOfObject(item) >= 0)
+    if (!item)
         return;
-    Row row{item, item, {}, {}, {}, {}, {}};
-    fill(row);
-    const int at = int(m_rows.size());
-    beginInsertRows(QModelIndex(), at, at);
-    m_rows.append(row);
-    endInsertRows();
+    const int existing = rowOfObject(item);
+    if (existing >= 0 && !m_rows.at(existing).gone)
+        return;
     const auto refresh = [this, item] { refreshItem(item); };
     connect(item, &AbstractBaseItem::mesureChanged, this, refresh);
     connect(item, &AbstractBaseItem::mesureChangedEND, this, refresh);
     connect(item, &AbstractBaseItem::itemChanged, this, refresh);
     connect(item, &QObject::destroyed, this, &MeasuresModel::removeObject);
-    syncColumns();
-    resort();
+    if (existing >= 0) {
+        // Back before its row went: the row is its own again.
+        Row& row = m_rows[existing];
+        row.gone = false;
+        row.item = item;
+        refreshItem(item);
+    } else {
+        Row row{item, item, {}, {}, {}, {}, {}};
+        fill(row);
+        const int at = int(m_rows.size());
+        beginInsertRows(QModelIndex(), at, at);
+        m_rows.append(row);
+        if (!m_indexDirty)
+            m_index.insert(item, at);
+        endInsertRows();
+        if (count(row, 1))
+            syncColumns();
+    }
     m_pending << item;
-    if (!m_refreshQueued) {
-        m_refreshQueued = true;
-        QMetaObject::invokeMethod(this, &MeasuresModel::refreshPending, Qt::QueuedConnection);
-    }
-}
-
-void MeasuresModel::refreshPending() {
-    m_refreshQueued = false;
-    const QList<QPointer<AbstractBaseItem>> pending = std::exchange(m_pending, {});
-    for (const QPointer<AbstractBaseItem>& item : pending) {
-        if (item)
-            refreshItem(item);
-    }
-}
-
-void MeasuresModel::refresh() {
-    m_pending.clear();
-    for (int i = 0; i < m_rows.size(); ++i) {
-        if (m_rows.at(i).item)
-            fill(m_rows[i]);
-    }
-    syncColumns();
-    if (!m_rows.isEmpty())
-        emit dataChanged(index(0, 0), index(int(m_rows.size()) - 1, columnCount() - 1));
-    resort();
+    schedule();
 }
 
 void MeasuresModel::removeObject(QObject* object) {
     const int at = rowOfObject(object);
-    if (at < 0)
+    if (at < 0 || m_rows.at(at).gone)
         return;
     // Still alive when it only left the scene.
     disconnect(object, nullptr, this, nullptr);
-    beginRemoveRows(QModelIndex(), at, at);
-    m_rows.removeAt(at);
-    endRemoveRows();
-    syncColumns();
+    m_rows[at].gone = true;
+    m_rows[at].item = nullptr;
+    m_anyGone = true;
+    schedule();
+}
+
+void MeasuresModel::schedule() {
+    if (m_scheduled)
+        return;
+    m_scheduled = true;
+    QMetaObject::invokeMethod(this, &MeasuresModel::runScheduled, Qt::QueuedConnection);
+}
+
+void MeasuresModel::runScheduled() {
+    m_scheduled = false;
+    compact();
+    const QList<QPointer<AbstractBaseItem>> pending = std::exchange(m_pending, {});
+    m_batch = true;
+    for (const QPointer<AbstractBaseItem>& item : pending) {
+        if (item)
+            refreshItem(item);
+    }
+    m_batch = false;
+    resort();
+}
+
+void MeasuresModel::compact() {
+    if (!std::exchange(m_anyGone, false))
+        return;
+    bool crossed = false;
+    for (int end = int(m_rows.size()) - 1; end >= 0; --end) {
+        if (!m_rows.at(end).gone)
+            continue;
+        int first = end;
+        while (first > 0 && m_rows.at(first - 1).gone)
+            --first;
+        for (int i = first; i <= end; ++i)
+            crossed = count(m_rows.at(i), -1) || crossed;
+        beginRemoveRows(QModelIndex(), first, end);
+        m_rows.remove(first, end - first + 1);
+        m_indexDirty = true;
+        endRemoveRows();
+        end = first;
+    }
+    if (crossed)
+        syncColumns();
+}
+
+void MeasuresModel::refresh() {
+    compact();
+    m_pending.clear();
+    m_batch = true;
+    for (const Row& row : std::as_const(m_rows)) {
+        if (row.item)
+            refreshItem(row.item);
+    }
+    m_batch = false;
+    resort();
 }
 
 void MeasuresModel::refreshItem(QObject* object) {
@@ -165,13 +230,18 @@ void MeasuresModel::refreshItem(QObject* object) {
     const auto before = keysOf(row.measures);
     const bool designation = !row.remarks.designation.isEmpty();
     const bool warning = !row.remarks.warning.isEmpty();
+    Row old = row;
     fill(row);
     if (keysOf(row.measures) != before || designation != !row.remarks.designation.isEmpty() ||
-        warning != !row.remarks.warning.isEmpty())
-        syncColumns();
+        warning != !row.remarks.warning.isEmpty()) {
+        const bool gone = count(old, -1);
+        const bool came = count(row, 1);
+        if (gone || came)
+            syncColumns();
+    }
     emit dataChanged(index(at, 0), index(at, columnCount() - 1));
     // A row that now stands out of order puts the table in order again.
-    if (m_sortColumn < 0)
+    if (m_sortColumn < 0 || m_batch)
         return;
     const QVariant here = sortValue(m_rows.at(at), m_sortColumn);
     const bool fits =
@@ -181,21 +251,13 @@ void MeasuresModel::refreshItem(QObject* object) {
         resort();
 }
 
-QList<MeasuresModel::Key> MeasuresModel::wantedKeys() const {
-    QList<Key> keys;
-    for (const Row& row : m_rows) {
-        for (const ItemMeasure& m : row.measures) {
-            const Key key{m.name, m.unit, m.rank};
-            if (!keys.contains(key))
-                keys.append(key);
-        }
-    }
-    std::sort(keys.begin(), keys.end());
-    return keys;
-}
-
 void MeasuresModel::syncColumns() {
-    const QList<Key> wanted = wantedKeys();
+    QList<Key> wanted;
+    for (auto it = m_keyUse.cbegin(); it != m_keyUse.cend(); ++it) {
+        if (it.value().second > 0)
+            wanted << it.value().first;
+    }
+    std::sort(wanted.begin(), wanted.end());
     // Both lists are in the same order: once the columns no longer wanted are gone, the current
     // ones are a subsequence of the wanted ones.
     for (int i = int(m_keys.size()) - 1; i >= 0; --i) {
@@ -212,10 +274,8 @@ void MeasuresModel::syncColumns() {
         m_keys.insert(i, wanted.at(i));
         endInsertColumns();
     }
-    const bool designation = std::any_of(m_rows.begin(), m_rows.end(),
-                                         [](const Row& r) { return !r.remarks.designation.isEmpty(); });
-    const bool warning =
-        std::any_of(m_rows.begin(), m_rows.end(), [](const Row& r) { return !r.remarks.warning.isEmpty(); });
+    const bool designation = m_designations > 0;
+    const bool warning = m_warnings > 0;
     const int remarks = FixedColumns + int(m_keys.size());
     if (designation != m_designation) {
         designation ? beginInsertColumns(QModelIndex(), remarks, remarks)
@@ -400,6 +460,7 @@ void MeasuresModel::resort() {
         sorted.append(m_rows.at(order.at(i)));
     }
     m_rows = sorted;
+    m_indexDirty = true;
     const QModelIndexList persistent = persistentIndexList();
     for (const QModelIndex& old : persistent)
         changePersistentIndex(old, index(newRowOf.at(old.row()), old.column()));
@@ -420,6 +481,8 @@ QString MeasuresModel::toCsv(QChar separator, QChar decimalMark) const {
         fields << csvField(h, separator);
     csv += fields.join(separator) + QStringLiteral("\r\n");
     for (const Row& row : m_rows) {
+        if (row.gone)
+            continue;
         fields.clear();
         for (int c = 0; c < columnCount(); ++c)
             fields << csvField(cellText(row, c, decimalMark), separator);
@@ -431,6 +494,8 @@ QString MeasuresModel::toCsv(QChar separator, QChar decimalMark) const {
 QByteArray MeasuresModel::toJson() const {
     QJsonArray items;
     for (const Row& row : m_rows) {
+        if (row.gone)
+            continue;
         QJsonArray measures;
         for (const ItemMeasure& m : row.measures)
             measures.append(QJsonObject{{QStringLiteral("name"), m.name},

@@ -4,6 +4,7 @@
 #include "graphicsobjects_export.h"
 
 #include <QAbstractTableModel>
+#include <QHash>
 #include <QList>
 #include <QPointer>
 
@@ -13,8 +14,10 @@ class AbstractScene;
 // The measures of a scene's items as a table: one row per top-level item (its class, displayed
 // name and GUID name), one column per measure name and unit that some item fills ("Length (µm)"),
 // and for Vickers indentations their designation and warning. It follows the scene live: items
-// added or removed, and each item's measure, change and deletion signals. Sortable by any column
-// (numbers by value, rows without one last); exports CSV and JSON.
+// added or removed, and each item's measure, change and deletion signals; the rows of items that
+// went are removed together once control is back in the event loop, so that clearing a large
+// scene stays linear. Sortable by any column (numbers by value, rows without one last); exports
+// CSV and JSON.
 class GRAPHICSOBJECTS_EXPORT MeasuresModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -72,6 +75,7 @@ private:
         QString name;
         QList<ItemMeasure> measures;
         ItemRemarks remarks;
+        bool gone = false; // its item left the scene: the row goes at the next compaction
     };
 
     void addItem(AbstractBaseItem* item);
@@ -79,9 +83,10 @@ private:
     void refreshItem(QObject* object);
     void fill(Row& row) const;
     int rowOfObject(const QObject* object) const;
-    // Brings the measure columns and the remark columns in line with the rows.
+    // Counts the columns a row fills; true when a column comes or goes.
+    bool count(const Row& row, int delta);
+    // Brings the measure columns and the remark columns in line with the counts.
     void syncColumns();
-    QList<Key> wantedKeys() const;
     int remarkColumn(int column) const; // 0 designation, 1 warning, -1 neither
     const ItemMeasure* measureAt(const Row& row, int column) const;
     QVariant sortValue(const Row& row, int column) const;
@@ -90,14 +95,24 @@ private:
     void resort();
     QStringList csvHeader() const;
     QString cellText(const Row& row, int column, QChar decimalMark) const;
-
-    void refreshPending();
+    // Work gathered until control is back in the event loop: reading items added, and removing the
+    // rows of items gone, each in one pass however many items came or went.
+    void schedule();
+    void runScheduled();
+    void compact();
 
     QPointer<AbstractScene> m_scene;
     QList<Row> m_rows;
+    mutable QHash<const QObject*, int> m_index; // row by item
+    mutable bool m_indexDirty = false;
     QList<QPointer<AbstractBaseItem>> m_pending; // added, to be read again
-    bool m_refreshQueued = false;
+    bool m_scheduled = false;
+    bool m_anyGone = false;
+    bool m_batch = false; // refreshing many rows: one sort at the end
     QList<Key> m_keys;
+    QHash<QString, std::pair<Key, int>> m_keyUse; // rows filling each column
+    int m_designations = 0;
+    int m_warnings = 0;
     bool m_designation = false;
     bool m_warning = false;
     int m_sortColumn = -1;

@@ -93,7 +93,7 @@ private slots:
         QVERIFY(w.measuresDock()->table()->selectionModel()->isRowSelected(4, {}));
 
         w.undoStack()->undo();
-        QCOMPARE(model->rowCount(), 4);
+        QTRY_COMPARE(model->rowCount(), 4);
         w.undoStack()->redo();
         QCOMPARE(model->rowCount(), 5);
         const QStringList before = tableText(model);
