@@ -46,6 +46,11 @@ MainWindow::MainWindow(QWidget* parent)
     connect(m_view, &SceneView::pickedItem, this, &MainWindow::linkSelectedText);
     connect(m_view, &SceneView::pickingCancelled, this, [this] { statusBar()->clearMessage(); });
     connect(m_scene, &QGraphicsScene::selectionChanged, this, &MainWindow::updateActions);
+    // Read once per image: the cursor's read-out must not scan it at every move.
+    connect(m_scene, &AbstractScene::imageChanged, this, [this] {
+        m_grayImage = m_scene->image().allGray();
+        updateActions();
+    });
     connect(m_scene, &AbstractScene::pickRefused, this,
             [this](AbstractBaseItem*, const QString& reason) { statusBar()->showMessage(reason, 4000); });
     connect(m_undo, &QUndoStack::cleanChanged, this, &MainWindow::updateTitle);
@@ -219,13 +224,13 @@ void MainWindow::showCursor(const QPointF& p) {
         return;
     }
     const QRgb rgb = image.pixel(pixel);
-    m_pixel->setText(image.allGray() ? tr("(%1, %2) value %3").arg(pixel.x()).arg(pixel.y()).arg(qGray(rgb))
-                                     : tr("(%1, %2) RGB %3, %4, %5")
-                                           .arg(pixel.x())
-                                           .arg(pixel.y())
-                                           .arg(qRed(rgb))
-                                           .arg(qGreen(rgb))
-                                           .arg(qBlue(rgb)));
+    m_pixel->setText(m_grayImage ? tr("(%1, %2) value %3").arg(pixel.x()).arg(pixel.y()).arg(qGray(rgb))
+                                 : tr("(%1, %2) RGB %3, %4, %5")
+                                       .arg(pixel.x())
+                                       .arg(pixel.y())
+                                       .arg(qRed(rgb))
+                                       .arg(qGreen(rgb))
+                                       .arg(qBlue(rgb)));
 }
 
 void MainWindow::updateActions() {

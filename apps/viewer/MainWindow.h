@@ -102,6 +102,7 @@ private:
     QString m_fileName;
     QString m_imageFile;   // the picture the scene shows, as read from its file
     qint64 m_imageKey = 0; // that picture's cacheKey: a filtered image is another one
+    bool m_grayImage = false;
     QString m_lastMessage;
     QPointer<AbstractBaseItem> m_linkingText;
 

@@ -2,6 +2,7 @@
 
 #include <GraphicsObjects/GraphicsObjects.h>
 
+#include <QGraphicsTextItem>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -143,9 +144,9 @@ void SceneView::keyPressEvent(QKeyEvent* event) {
         emit pickingCancelled();
         return;
     }
-    // Space held: the left button pans.
-    if (event->key() == Qt::Key_Space && !event->isAutoRepeat() && !m_scene->itemInCreation() &&
-        !m_scene->focusItem()) {
+    // Space held: the left button pans, unless a text is being typed.
+    const bool typing = dynamic_cast<QGraphicsTextItem*>(m_scene->focusItem());
+    if (event->key() == Qt::Key_Space && !event->isAutoRepeat() && !m_scene->itemInCreation() && !typing) {
         setDragMode(QGraphicsView::ScrollHandDrag);
         return;
     }
