@@ -5,7 +5,10 @@
 
 #include <GraphicsObjects/GraphicsObjects.h>
 
+#include <QApplication>
 #include <QBuffer>
+#include <QContextMenuEvent>
+#include <QTimer>
 #include <QUndoStack>
 
 namespace {
@@ -120,6 +123,36 @@ private slots:
         v.stack.push(new MenuChoiceCommand(&v.scene, line, angle->data().toInt(), angle->text()));
         QCOMPARE(line->mesureIndex(), int(AbstractBaseItem::Ang1));
         v.checkUndoRedo(v.saved(), before);
+    }
+
+    // A right click shows the item's menu with the host's entries after its own; a choice in it is
+    // a command.
+    void contextMenuThroughTheRecorder() {
+        UndoView v;
+        QVERIFY(v.exposed);
+        AbstractBaseItem* line = v.draw("LineItem", {50, 50}, {200, 50});
+        QStringList shown;
+        connect(&v.recorder, &UndoRecorder::contextMenuAboutToShow, this,
+                [&](AbstractBaseItem* item, QMenu* menu) {
+                    QCOMPARE(item, line);
+                    menu->addAction("host entry");
+                });
+        QTimer::singleShot(0, [&] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            QVERIFY(menu);
+            for (QAction* a : menu->actions())
+                shown << a->text();
+            const qsizetype entry = shown.indexOf("Ang1");
+            menu->setActiveAction(menu->actions().value(entry));
+            QTest::keyClick(menu, entry >= 0 ? Qt::Key_Return : Qt::Key_Escape);
+        });
+        const QPoint at = v.at({120, 50});
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, v.view.viewport()->mapToGlobal(at));
+        QApplication::sendEvent(v.view.viewport(), &event);
+        QCOMPARE(shown.last(), QStringLiteral("host entry"));
+        QCOMPARE(line->mesureIndex(), int(AbstractBaseItem::Ang1));
+        v.stack.undo();
+        QCOMPARE(line->mesureIndex(), int(AbstractBaseItem::Dist1));
     }
 
     // Each item gets back the calibration it had, the scene's or its own.
