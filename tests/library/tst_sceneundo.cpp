@@ -41,6 +41,9 @@ struct UndoView : DrawingView {
 class TestSceneUndo : public QObject {
     Q_OBJECT
 private slots:
+    // Menu choices are remembered for the next item: each test starts from the defaults.
+    void init() { setCommonParams(QMap<QString, QVariant>()); }
+
     void everyClassUndoesItsCreationAndDeletion_data() {
         QTest::addColumn<QString>("className");
         for (const ItemRegistry::Row& row : ItemRegistry::rows()) {
