@@ -23,7 +23,7 @@ struct ImageFilterInfo;
 namespace SceneUndo {
 
 // Ids for QUndoCommand::id(): commands of one id may merge.
-enum CommandId { GripDragId = 0x4701, MoveId };
+enum CommandId { GripDragId = 0x4701 };
 
 // True while a command applies its change: the signals the scene and items emit then are the
 // command's own, not the user's.
