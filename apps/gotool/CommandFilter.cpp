@@ -9,64 +9,11 @@
 #include <QImageWriter>
 
 #include <cmath>
-#include <functional>
 
 namespace {
 
-// One filter of the library as the command line names it, with the range of each argument.
-struct Filter {
-    const char* name;
-    const char* arguments;
-    double low;
-    double high;
-    bool whole; // the arguments are whole numbers
-    std::function<void(QImage&, const QList<double>&)> apply;
-};
-
-const QList<Filter>& filters() {
-    static const QList<Filter> list = {
-        {"brightness", "DELTA", -255, 255, true,
-         [](QImage& i, const QList<double>& v) { filterBrightness(i, int(v[0])); }},
-        {"contrast", "AMOUNT", -255, 255, true,
-         [](QImage& i, const QList<double>& v) { filterContrast(i, int(v[0])); }},
-        {"gamma", "GAMMA", 0.01, 10, false, [](QImage& i, const QList<double>& v) { filterGamma(i, v[0]); }},
-        {"colorize", "BLUE GREEN RED", -255, 255, true,
-         [](QImage& i, const QList<double>& v) { filterColorize(i, int(v[0]), int(v[1]), int(v[2])); }},
-        {"auto-contrast", "", 0, 0, false, [](QImage& i, const QList<double>&) { filterAutoContrast(i); }},
-        {"equalize", "", 0, 0, false, [](QImage& i, const QList<double>&) { filterEqualize(i); }},
-        {"desaturate", "AMOUNT", 0, 1, false,
-         [](QImage& i, const QList<double>& v) { filterDesaturate(i, float(v[0])); }},
-        {"grayscale", "", 0, 0, false, [](QImage& i, const QList<double>&) { filterGrayscale(i); }},
-        {"blur", "RADIUS", 1, 100, true, [](QImage& i, const QList<double>& v) { filterBlur(i, int(v[0])); }},
-        {"sharpen", "", 0, 0, false, [](QImage& i, const QList<double>&) { filterSharpen(i, 1); }},
-        {"edge", "", 0, 0, false, [](QImage& i, const QList<double>&) { filterEdge(i); }},
-        {"despeckle", "", 0, 0, false, [](QImage& i, const QList<double>&) { filterDespeckle(i); }},
-        {"antialias", "", 0, 0, false, [](QImage& i, const QList<double>&) { filterAntialias(i); }},
-        {"gaussian-blur", "RADIUS SIGMA", 0, 100, false,
-         [](QImage& i, const QList<double>& v) { filterGaussianBlur(i, float(v[0]), float(v[1])); }},
-        {"gaussian-sharpen", "RADIUS SIGMA", 0, 100, false,
-         [](QImage& i, const QList<double>& v) { filterGaussianSharpen(i, float(v[0]), float(v[1])); }},
-        {"emboss", "RADIUS SIGMA", 0, 100, false,
-         [](QImage& i, const QList<double>& v) { filterEmboss(i, float(v[0]), float(v[1])); }},
-        {"charcoal", "", 0, 0, false, [](QImage& i, const QList<double>&) { filterCharcoal(i); }},
-        {"swirl", "DEGREES", -3600, 3600, false,
-         [](QImage& i, const QList<double>& v) { filterSwirl(i, float(v[0])); }},
-        {"implode", "AMOUNT", -5, 5, false,
-         [](QImage& i, const QList<double>& v) { filterImplode(i, float(v[0])); }},
-    };
-    return list;
-}
-
-const Filter* findFilter(const QString& option) {
-    for (const Filter& f : filters()) {
-        if (option == QLatin1String("--") + QLatin1String(f.name))
-            return &f;
-    }
-    return nullptr;
-}
-
-int argumentCount(const Filter& f) {
-    return int(QString::fromLatin1(f.arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts).size());
+const ImageFilterInfo* findFilter(const QString& option) {
+    return option.startsWith(QLatin1String("--")) ? findImageFilter(option.mid(2)) : nullptr;
 }
 
 void printHelp() {
@@ -76,17 +23,17 @@ void printHelp() {
              "  32768 pixels a side and 2^28 pixels in all. An existing output is replaced only with\n"
              "  --force, and never when it is the input.\n"
              "filters:\n";
-    for (const Filter& f : filters()) {
+    for (const ImageFilterInfo& f : imageFilters()) {
         out() << "  --" << qSetFieldWidth(18) << Qt::left << f.name << qSetFieldWidth(16) << f.arguments
               << qSetFieldWidth(0);
-        if (argumentCount(f) > 0)
+        if (!f.argumentNames().isEmpty())
             out() << (f.whole ? "whole numbers" : "numbers") << " from " << f.low << " to " << f.high;
         out() << '\n';
     }
 }
 
 struct Step {
-    const Filter* filter;
+    const ImageFilterInfo* filter;
     QList<double> values;
 };
 
@@ -136,9 +83,9 @@ int filterCommand(const QStringList& args) {
             if (++i == args.size())
                 return fail(QStringLiteral("-o needs a value (see gotool filter --help)"), ExitUsage);
             target = args.at(i);
-        } else if (const Filter* f = findFilter(a)) {
+        } else if (const ImageFilterInfo* f = findFilter(a)) {
             Step step{f, {}};
-            for (int n = argumentCount(*f); n > 0; --n) {
+            for (int n = int(f->argumentNames().size()); n > 0; --n) {
                 const QString text = args.value(++i);
                 bool ok = false;
                 const double v = text.toDouble(&ok);

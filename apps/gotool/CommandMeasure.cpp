@@ -3,9 +3,6 @@
 #include "Scene.h"
 
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <cmath>
 
@@ -16,9 +13,9 @@ const char* const help =
     "  Prints one row per item of the scene document DOC: its class, its GUID name and each\n"
     "  measure it fills, as its label shows it and as a calibrated value.\n"
     "  table  aligned text, the Vickers hardness designation last (the default)\n"
-    "  csv    RFC 4180: class,name then label,value pairs\n"
-    "  json   {\"document\", \"unit\", \"factor\", \"items\": [{\"class\", \"name\", \"measures\": "
-    "[{\"label\", \"value\"}]}]}\n";
+    "  csv    RFC 4180: class, tool, name, then one column per measure name and unit\n"
+    "  json   {\"items\": [{\"class\", \"displayedName\", \"name\", \"measures\": "
+    "[{\"name\", \"value\", \"unit\"}]}]}\n";
 
 struct Measure {
     QString label;
@@ -51,20 +48,6 @@ Row rowOf(AbstractBaseItem* item) {
     return row;
 }
 
-QString number(double v) {
-    return QString::number(v, 'g', QLocale::FloatingPointShortest);
-}
-
-// Quoted when the field holds a comma, a quote or a line break; quotes doubled.
-QString csvField(const QString& field) {
-    if (!field.contains(QLatin1Char(',')) && !field.contains(QLatin1Char('"')) &&
-        !field.contains(QLatin1Char('\n')) && !field.contains(QLatin1Char('\r')))
-        return field;
-    QString quoted = field;
-    quoted.replace(QLatin1Char('"'), QStringLiteral("\"\""));
-    return QLatin1Char('"') + quoted + QLatin1Char('"');
-}
-
 void printTable(const QString& fileName, const SceneDocument& document, const QList<Row>& rows) {
     const Calibration c = document.calibration();
     out() << fileName << ": " << rows.size() << " items, " << c.factor << ' ' << c.unitName << " per pixel\n";
@@ -84,40 +67,6 @@ void printTable(const QString& fileName, const SceneDocument& document, const QL
         out() << qSetFieldWidth(classWidth + 2) << row.className << qSetFieldWidth(nameWidth + 2) << row.name
               << qSetFieldWidth(0) << cells.join(QStringLiteral("  ")) << '\n';
     }
-}
-
-void printCsv(const QList<Row>& rows) {
-    int columns = 0;
-    for (const Row& row : rows)
-        columns = qMax(columns, int(row.measures.size()));
-    QStringList header = {QStringLiteral("class"), QStringLiteral("name")};
-    for (int i = 1; i <= columns; ++i)
-        header << QStringLiteral("label %1").arg(i) << QStringLiteral("value %1").arg(i);
-    out() << header.join(QLatin1Char(',')) << "\r\n";
-    for (const Row& row : rows) {
-        QStringList fields = {csvField(row.className), csvField(row.name)};
-        for (const Measure& m : row.measures)
-            fields << csvField(m.label) << number(m.value);
-        out() << fields.join(QLatin1Char(',')) << "\r\n";
-    }
-}
-
-void printJson(const QString& fileName, const SceneDocument& document, const QList<Row>& rows) {
-    QJsonArray items;
-    for (const Row& row : rows) {
-        QJsonArray measures;
-        for (const Measure& m : row.measures)
-            measures.append(
-                QJsonObject{{QStringLiteral("label"), m.label}, {QStringLiteral("value"), m.value}});
-        items.append(QJsonObject{{QStringLiteral("class"), row.className},
-                                 {QStringLiteral("name"), row.name},
-                                 {QStringLiteral("measures"), measures}});
-    }
-    const QJsonObject root{{QStringLiteral("document"), fileName},
-                           {QStringLiteral("unit"), document.calibration().unitName},
-                           {QStringLiteral("factor"), document.calibration().factor},
-                           {QStringLiteral("items"), items}};
-    out() << QJsonDocument(root).toJson(QJsonDocument::Indented);
 }
 
 } // namespace
@@ -142,14 +91,14 @@ int measureCommand(const QStringList& args) {
     SceneDocument document;
     if (!openDocument(fileName, scene, document, false))
         return ExitFailure;
+    if (format != QLatin1String("table")) {
+        const MeasuresModel model(&scene);
+        out() << (format == QLatin1String("csv") ? model.toCsv() : QString::fromUtf8(model.toJson()));
+        return 0;
+    }
     QList<Row> rows;
     for (AbstractBaseItem* item : document.items())
         rows << rowOf(item);
-    if (format == QLatin1String("csv"))
-        printCsv(rows);
-    else if (format == QLatin1String("json"))
-        printJson(fileName, document, rows);
-    else
-        printTable(fileName, document, rows);
+    printTable(fileName, document, rows);
     return 0;
 }

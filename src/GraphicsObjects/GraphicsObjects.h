@@ -21,14 +21,22 @@
 #include "XmlRead.h"
 
 // Library interface
+#include "CalibrationDialog.h"
+#include "FilterCatalogue.h"
 #include "ItemFactory.h"
 #include "ItemRegistry.h"
+#include "ItemSnapshot.h"
+#include "MeasureNames.h"
+#include "MeasuresModel.h"
 #include "PointList.h"
+#include "SceneDocument.h"
 #include "StartTool.h"
+#include "ToolPalette.h"
 #include "Tools2DXF.h"
 #include "ToolsCatalogue.h"
+#include "UndoCommands.h"
+#include "UndoRecorder.h"
 #include "qtrans.h"
-#include "SceneDocument.h"
 
 // DXF output
 #include "VDxfCurvesAsSplines.h"

@@ -202,6 +202,16 @@ void AbstractBaseItem::setLinkName(AbstractBaseItem*, QString& name) {
 }
 
 QVariant AbstractBaseItem::itemChange(GraphicsItemChange change, const QVariant& value) {
+    // The host's scene tells of its top-level items coming and going.
+    if (!parentItem()) {
+        if (change == ItemSceneChange) {
+            if (auto* old = qobject_cast<AbstractScene*>(scene()))
+                emit old->itemRemoved(this);
+        } else if (change == ItemSceneHasChanged) {
+            if (auto* now = qobject_cast<AbstractScene*>(scene()))
+                emit now->itemAdded(this);
+        }
+    }
     switch (change) {
     case ItemRotationHasChanged:
     case ItemScaleHasChanged:

@@ -61,6 +61,13 @@ void AbstractScene::clearOrigin() {
     emit originChanged(m_origin);
 }
 
+void AbstractScene::setLabelBackground(bool on) {
+    if (m_labelBackground == on)
+        return;
+    m_labelBackground = on;
+    update();
+}
+
 void AbstractScene::setImage(const QImage& image) {
     m_image = image;
     if (!image.isNull() && sceneRect().isEmpty())

@@ -71,7 +71,16 @@ public:
     void setOrigin(const QPointF& origin);
     void clearOrigin();
 
+    // Draws a translucent plate behind every measure label, light behind dark text and dark behind
+    // light text, so that labels stay readable on any image; off by default.
+    bool labelBackground() const { return m_labelBackground; }
+    void setLabelBackground(bool on);
+
 signals:
+    // A top-level library item entered or left the scene (addItem, removeItem, or a drawing
+    // started); an item deleted on the scene only emits its own destroyed().
+    void itemAdded(AbstractBaseItem* item);
+    void itemRemoved(AbstractBaseItem* item);
     void orthoReferenceAngleChanged(double degrees);
     void itemAccepted(AbstractBaseItem* item);
     void itemRejected(const QString& type);
@@ -104,4 +113,5 @@ private:
     double m_orthoAngle = 0.0;
     QPointF m_origin;
     bool m_hasOrigin = false;
+    bool m_labelBackground = false;
 };

@@ -1,5 +1,6 @@
 #include "SimpleTextItem.h"
 
+#include "AbstractScene.h"
 #include "HoverEventItem.h"
 
 #include <QBrush>
@@ -43,6 +44,12 @@ void SimpleTextItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* op
     const double scale = QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
     if (scale * boundingRect().height() < MinReadableHeight)
         return;
+    const auto* host = qobject_cast<const AbstractScene*>(scene());
+    if (host && host->labelBackground() && !text().isEmpty()) {
+        // The plate contrasts with the text, whatever the image under it.
+        const bool darkText = textColor().lightnessF() < 0.5;
+        painter->fillRect(boundingRect(), darkText ? QColor(255, 255, 255, 200) : QColor(0, 0, 0, 200));
+    }
     QGraphicsSimpleTextItem::paint(painter, option, widget);
 }
 

@@ -11,7 +11,8 @@ public:
 
     void setTextColor(const QColor& color);
     QColor textColor() const;
-    // Text too small to read on the device is not drawn.
+    // Text too small to read on the device is not drawn; readable text stands on a translucent plate
+    // when the scene asks for label backgrounds.
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 protected:

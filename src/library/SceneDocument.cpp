@@ -4,6 +4,8 @@
 #include "AbstractScene.h"
 #include "CommonParams.h"
 #include "ItemFactory.h"
+#include "ItemLinks.h"
+#include "eTextItem.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -220,7 +222,10 @@ bool SceneDocument::read(QIODevice* device, AbstractScene* scene, const QString&
         scene->setImage(m_image);
     if (!parsed.commonParams.isNull())
         fromCommonParams(parsed.commonParams);
+    // Pictures of the items are named relative to the document.
+    scene->setDocumentFolder(folder);
     createItems(parsed, scene);
+    linkItems();
     resolveLinks(parsed);
     if (m_messages.size() > MaxMessages) {
         const int more = int(m_messages.size()) - MaxMessages;
@@ -453,6 +458,9 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
         }
         item->setCalibration(m_calibration);
         item->computeMesures(nullptr);
+        // Editable as a drawn item is once accepted.
+        item->setFlag(QGraphicsItem::ItemIsSelectable, true);
+        item->setFlag(QGraphicsItem::ItemIsMovable, !item->locked());
         QString reference = p.reference;
         if (reference.isEmpty() || m_byReference.contains(reference)) {
             const QString given = newReference();
@@ -462,9 +470,18 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
                                   .arg(reference.left(40), given);
             reference = given;
         }
-        m_byItem.insert(item, int(m_entries.size()));
-        m_byReference.insert(reference, int(m_entries.size()));
-        m_entries << Entry{item, reference};
+        bind(item, reference);
+    }
+}
+
+void SceneDocument::linkItems() {
+    const ItemLinkReport report = linkLoadedItems(items());
+    m_messages << report.messages;
+    for (AbstractBaseItem* item : report.skipped) {
+        m_messages << QStringLiteral("%1 needs an item that is missing, skipped").arg(describe(item));
+        if (item->scene())
+            item->scene()->removeItem(item);
+        delete item;
     }
 }
 
@@ -548,11 +565,25 @@ QString SceneDocument::reference(AbstractBaseItem* item) {
     if (index >= 0 && m_entries.at(index).item == item)
         return m_entries.at(index).reference;
     // A new item, or one that took the address of a deleted one.
-    const QString reference = newReference();
-    m_byItem.insert(item, int(m_entries.size()));
-    m_byReference.insert(reference, int(m_entries.size()));
-    m_entries << Entry{item, reference};
+    QString reference = item->uid().isEmpty() ? QString() : m_referenceByUid.value(item->uid());
+    if (reference.isEmpty() || this->item(reference))
+        reference = newReference();
+    bind(item, reference);
     return reference;
+}
+
+void SceneDocument::bind(AbstractBaseItem* item, const QString& reference) {
+    // By its uid an item made again (an undone deletion) finds its reference.
+    m_referenceByUid.insert(item->ensureUid(), reference);
+    const int index = m_byReference.value(reference, -1);
+    if (index >= 0) {
+        m_entries[index].item = item;
+        m_byItem.insert(item, index);
+    } else {
+        m_byItem.insert(item, int(m_entries.size()));
+        m_byReference.insert(reference, int(m_entries.size()));
+        m_entries << Entry{item, reference};
+    }
 }
 
 AbstractBaseItem* SceneDocument::item(const QString& reference) const {
@@ -616,7 +647,12 @@ void SceneDocument::refreshLinks(const QList<AbstractBaseItem*>& sceneItems) {
             kept << link;
         }
         const QString linkName = i->getLinkName();
-        if (!textLink && !linkName.isEmpty()) {
+        // A text that follows an item (linked since, or again by an undo) says which itself.
+        const auto* annotation = qobject_cast<const eTextItem*>(i);
+        AbstractBaseItem* followed = annotation ? annotation->linkedItem() : nullptr;
+        if (!textLink && followed && inScene.contains(followed)) {
+            kept << SceneLink{text, reference(followed)};
+        } else if (!textLink && !linkName.isEmpty()) {
             QList<AbstractBaseItem*> targets = byName.value(linkName);
             targets.removeAll(i);
             if (targets.size() == 1)
@@ -678,9 +714,12 @@ bool SceneDocument::write(QIODevice* device, AbstractScene* scene, const QString
     m_byItem.clear();
     m_byReference.clear();
     for (int i = 0; i < m_entries.size(); ++i) {
-        m_byItem.insert(m_entries.at(i).item.data(), i);
+        AbstractBaseItem* item = m_entries.at(i).item.data();
+        m_byItem.insert(item, i);
         m_byReference.insert(m_entries.at(i).reference, i);
     }
+    if (!folder.isEmpty())
+        scene->setDocumentFolder(folder);
     const QSize sceneSize = scene->sceneRect().size().toSize();
     if (sizeAllowed(sceneSize))
         m_size = sceneSize;

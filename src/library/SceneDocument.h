@@ -55,18 +55,22 @@ public:
     static bool sizeAllowed(const QSize& size);
 
     // Reads the document and recreates its items in the scene, adding them in document order after
-    // giving the scene the document's size and image. Returns false, with errorString() and nothing
-    // added, when the document is refused as a whole (unreadable, not well-formed, beyond a limit,
-    // absurd calibration or size). Items of unknown class, damaged items and links to missing items
-    // are skipped and told in messages(); the rest is kept.
+    // giving the scene the document's size and image; they are selectable, and movable unless locked. Returns
+    // false, with errorString() and nothing added, when the document is refused as a whole (unreadable, not
+    // well-formed, beyond a limit, absurd calibration or size). Items of unknown class, damaged items and
+    // links to missing items are skipped and told in messages(); the rest is kept.
     bool open(const QString& fileName, AbstractScene* scene);
-    // The same from a device; a linked image is looked for in folder (not at all when it is empty).
+    // The same from a device; a linked image is looked for in folder (not at all when it is empty),
+    // which becomes the scene's document folder before the items are made. Once every item is
+    // made, those that keep others by uid are linked again; one left without an item it needs is
+    // removed and told in messages().
     bool read(QIODevice* device, AbstractScene* scene, const QString& folder = QString());
     // Writes the scene's items (top-level items, in stacking order) with the document's image,
     // calibration and links through a temporary file renamed over fileName, so that a failed save
     // leaves the previous file whole. Returns false with errorString() on failure.
     bool save(const QString& fileName, AbstractScene* scene);
-    // The same onto a device (an undo snapshot, a copy); a linked image is named relative to folder.
+    // The same onto a device (an undo snapshot, a copy); a linked image is named relative to folder,
+    // which, when given, becomes the scene's document folder before the items write themselves.
     bool write(QIODevice* device, AbstractScene* scene, const QString& folder = QString());
 
     QString errorString() const { return m_error; }
@@ -92,7 +96,9 @@ public:
 
     // The items read or saved, in document order (items deleted since are left out).
     QList<AbstractBaseItem*> items() const;
-    // The item's reference in this document, given one when it has none yet.
+    // The item's reference in this document, given one when it has none yet; the item then gets a
+    // uid (AbstractBaseItem::ensureUid) if it had none. An item made again with the uid of one
+    // that went (an undone deletion) takes back that item's reference.
     QString reference(AbstractBaseItem* item);
     AbstractBaseItem* item(const QString& reference) const;
 
@@ -108,9 +114,12 @@ private:
     bool parse(QIODevice* device, Parsed& parsed);
     void loadImage(const Parsed& parsed, const QString& folder);
     void createItems(Parsed& parsed, AbstractScene* scene);
+    // Items that keep others by uid (constructions, anchors) find them; those left without one go.
+    void linkItems();
     void resolveLinks(const Parsed& parsed);
     void refreshLinks(const QList<AbstractBaseItem*>& sceneItems);
     QString newReference();
+    void bind(AbstractBaseItem* item, const QString& reference);
     QString describe(AbstractBaseItem* item) const;
     bool writeXml(QIODevice* device, const QString& folder, const QList<AbstractBaseItem*>& sceneItems);
 
@@ -122,6 +131,7 @@ private:
     QHash<QString, int> m_byReference;
     QHash<const AbstractBaseItem*, int> m_byItem;
     QHash<QString, QList<SceneLink>> m_links;
+    QHash<QString, QString> m_referenceByUid; // kept for the items that went
     int m_nextReference = 1;
 
     Calibration m_calibration;

@@ -48,6 +48,9 @@ private slots:
             QVERIFY(QFile::copy(bad.filePath(name), m_dir.filePath(name)));
         QVERIFY(QFile::copy(QStringLiteral(SAMPLE_SCENE), m_dir.filePath("scene.dxf")));
         QVERIFY(QFile::copy(QStringLiteral(SAMPLE_SCENE), m_dir.filePath("scene.xml")));
+        // The picture the sample measures goes with it.
+        QVERIFY(QFile::copy(QFileInfo(QStringLiteral(SAMPLE_SCENE)).dir().filePath("hardness-test.png"),
+                            m_dir.filePath("hardness-test.png")));
         QVERIFY(QFile::link("scene.xml", m_dir.filePath("link-to-scene.dxf")));
         QVERIFY(QDir(m_dir.path()).mkdir("folder.dxf"));
         // 10 MB of nested elements, and 10 MB of items.

@@ -36,19 +36,19 @@ private slots:
         QCOMPARE(r.status, 0);
         const QStringList lines = r.out.split("\r\n");
         QVERIFY2(lines.size() == 3 && lines[2].isEmpty(), qPrintable(r.out));
-        QVERIFY(lines[0].startsWith("class,name,label 1,value 1,label 2,value 2"));
-        QVERIFY2(lines[1].startsWith("LineItem,\"L,\"\"1\"\"\",dist1:25.00*mm,25,"), qPrintable(lines[1]));
+        QVERIFY2(lines[0].startsWith("Class,Tool,Name,Length (mm),Angle (°)"), qPrintable(lines[0]));
+        QVERIFY2(lines[1].startsWith("LineItem,LineItem,\"L,\"\"1\"\"\",25,"), qPrintable(lines[1]));
     }
 
     void jsonValues() {
         const Run r = gotool({"measure", "quoted.xml", "--format", "json"});
         QCOMPARE(r.status, 0);
         const QJsonObject root = QJsonDocument::fromJson(r.out.toUtf8()).object();
-        QCOMPARE(root["factor"].toDouble(), 0.5);
         const QJsonObject item = root["items"].toArray().at(0).toObject();
         QCOMPARE(item["name"].toString(), QStringLiteral("L,\"1\""));
         const QJsonObject distance = item["measures"].toArray().at(0).toObject();
-        QCOMPARE(distance["label"].toString(), QStringLiteral("dist1:25.00*mm"));
+        QCOMPARE(distance["name"].toString(), QStringLiteral("Length"));
+        QCOMPARE(distance["unit"].toString(), QStringLiteral("mm"));
         QCOMPARE(distance["value"].toDouble(), 25.0);
     }
 

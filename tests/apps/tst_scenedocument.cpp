@@ -2,6 +2,7 @@
 // the documents that are refused whole or in part.
 #include <GraphicsObjects/GraphicsObjects.h>
 
+#include <QBuffer>
 #include <QDomDocument>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -273,6 +274,81 @@ private slots:
         QCOMPARE(QFileInfo(copy.imageFilePath()), QFileInfo(picture));
         QCOMPARE(reopened.image().convertToFormat(QImage::Format_ARGB32), testPicture());
         QCOMPARE(reopened.sceneRect(), QRectF(0, 0, 40, 30));
+    }
+
+    // Constructions find their sources by uid once every item is made; one without goes.
+    void constructionLinks_data() {
+        QTest::addColumn<QByteArray>("secondSource");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("both sources") << QByteArray("b") << 3 << "";
+        QTest::newRow("missing source") << QByteArray("zz") << 2 << "needs an item that is missing, skipped";
+    }
+    void constructionLinks() {
+        QFETCH(QByteArray, secondSource);
+        QFETCH(int, count);
+        QFETCH(QString, message);
+        // The distance comes first: it is linked only once the lines exist.
+        const QString file =
+            write(m_dir, "construction.xml",
+                  header +
+                      "<scene version=\"2\"><item class=\"Distance\" guidname=\"D\" source0=\"a\" "
+                      "source1=\"" +
+                      secondSource +
+                      "\"/><item class=\"PointItem\" uid=\"a\" point=\"0x0\"/>"
+                      "<item class=\"PointItem\" uid=\"b\" point=\"30x40\"/></scene>");
+        AbstractScene scene;
+        SceneDocument document;
+        QVERIFY(document.open(file, &scene));
+        QCOMPARE(document.items().size(), count);
+        QVERIFY2(document.messages().join('\n').contains(message),
+                 qPrintable(document.messages().join('\n')));
+        if (count == 3)
+            QCOMPARE(document.items().first()->accessmesure(AbstractBaseItem::Dist1), 50.0);
+    }
+
+    // Pictures are named relative to the document they are saved in, and found from it again.
+    void picturesFollowTheDocument() {
+        QVERIFY(QDir(m_dir.path()).mkpath("art") && QDir(m_dir.path()).mkpath("docs"));
+        const QString picture = m_dir.filePath("art/p.png");
+        QVERIFY(testPicture().save(picture));
+        AbstractScene scene;
+        auto* pixmap = static_cast<PixmapItem*>(addItem(scene, "PixmapItem", {}));
+        QVERIFY(pixmap->setFileName(picture));
+        SceneDocument document;
+        const QString fileName = m_dir.filePath("docs/pictures.xml");
+        QVERIFY(document.save(fileName, &scene));
+        QCOMPARE(QFileInfo(scene.documentFolder()), QFileInfo(m_dir.filePath("docs")));
+        QVERIFY(contents(fileName).contains("path=\"../art/p.png\""));
+
+        AbstractScene reopened;
+        SceneDocument copy;
+        QVERIFY(copy.open(fileName, &reopened));
+        QCOMPARE(QFileInfo(reopened.documentFolder()), QFileInfo(m_dir.filePath("docs")));
+        auto* back = static_cast<PixmapItem*>(copy.items().at(0));
+        QCOMPARE(back->image().convertToFormat(QImage::Format_ARGB32), testPicture());
+    }
+
+    // An item made again with the uid of one that went takes back its reference and links.
+    void referenceFollowsTheUid() {
+        AbstractScene scene;
+        SceneDocument document;
+        AbstractBaseItem* line = addItem(scene, "LineItem", {{"start", "0x0"}, {"end", "8x0"}});
+        AbstractBaseItem* text = addItem(scene, "eTextItem", {{"text", "t"}});
+        const QString uid = line->ensureUid();
+        document.setLink(text, SceneDocument::textLinkRole(), line);
+        QBuffer before;
+        QVERIFY(before.open(QIODevice::WriteOnly) && document.write(&before, &scene));
+        const QString reference = document.reference(line);
+        delete line;
+        AbstractBaseItem* again =
+            addItem(scene, "LineItem", {{"start", "0x0"}, {"end", "8x0"}, {"uid", uid}});
+        again->stackBefore(text);
+        text->associate(again, nullptr);
+        QCOMPARE(document.reference(again), reference);
+        QBuffer after;
+        QVERIFY(after.open(QIODevice::WriteOnly) && document.write(&after, &scene));
+        QCOMPARE(after.data(), before.data());
     }
 
 private:
