@@ -87,19 +87,31 @@ using Floats16 = float __attribute__((vector_size(64)));
 
 template <typename V> constexpr int lanes = int(sizeof(V) / sizeof(float));
 
-// The integer and byte vectors of as many lanes.
+// The integer and byte vectors of as many lanes, and the low bytes of integer lanes as bytes (a byte
+// shuffle: converting lane by lane would take each lane out of the register on its own).
 template <int Lanes> struct LaneTypes;
 template <> struct LaneTypes<4> {
     using Ints = int __attribute__((vector_size(16)));
     using Bytes = uchar __attribute__((vector_size(4)));
+    static Bytes lowBytes(const Ints& i) {
+        using All = uchar __attribute__((vector_size(16)));
+        const All b = All(i);
+        return __builtin_shufflevector(b, b, 0, 4, 8, 12);
+    }
 };
 template <> struct LaneTypes<8> {
     using Ints = int __attribute__((vector_size(32)));
     using Bytes = uchar __attribute__((vector_size(8)));
+    static Bytes lowBytes(const Ints& i) {
+        using All = uchar __attribute__((vector_size(32)));
+        const All b = All(i);
+        return __builtin_shufflevector(b, b, 0, 4, 8, 12, 16, 20, 24, 28);
+    }
 };
 template <> struct LaneTypes<16> {
     using Ints = int __attribute__((vector_size(64)));
     using Bytes = uchar __attribute__((vector_size(16)));
+    static Bytes lowBytes(const Ints& i) { return __builtin_convertvector(i, Bytes); }
 };
 template <typename V> using Ints = typename LaneTypes<lanes<V>>::Ints;
 template <typename V> using Bytes = typename LaneTypes<lanes<V>>::Bytes;
@@ -135,7 +147,7 @@ struct ScaledBytes { // scaled, then rounded to bytes
     template <typename V> void block(int r, int j, const V& a) const {
         Ints<V> i;
         roundedLanes(V(a * scale), i);
-        const Bytes<V> b = __builtin_convertvector(i, Bytes<V>);
+        const Bytes<V> b = LaneTypes<lanes<V>>::lowBytes(i);
         std::memcpy(out[r] + j, &b, sizeof b);
     }
     void one(int r, int j, float a) const { out[r][j] = toByte(a * scale); }
@@ -152,7 +164,7 @@ struct RoundedBytes {
     template <typename V> void block(int, int j, const V& a) const {
         Ints<V> i;
         roundedLanes(a, i);
-        const Bytes<V> b = __builtin_convertvector(i, Bytes<V>);
+        const Bytes<V> b = LaneTypes<lanes<V>>::lowBytes(i);
         std::memcpy(out + j, &b, sizeof b);
     }
     void one(int, int j, float a) const { out[j] = toByte(a); }

@@ -147,9 +147,6 @@ void addChannelSums(const quint32* words, int n, quint64 (&sums)[3]) {
 
 WordTables::WordTables(const ByteTable& red, const ByteTable& green, const ByteTable& blue) {
     for (int i = 0; i < 256; ++i) {
-        m_red[i] = quint32(red[i]) << 16;
-        m_green[i] = quint32(green[i]) << 8;
-        m_blue[i] = blue[i];
         m_bytes[0][i] = blue[i];
         m_bytes[1][i] = green[i];
         m_bytes[2][i] = red[i];
@@ -163,9 +160,12 @@ void WordTables::apply(quint32* words, int n) const {
         return;
     }
 #endif
-    for (int x = 0; x < n; ++x) {
-        const quint32 p = words[x];
-        words[x] = (p & 0xff000000u) | m_red[(p >> 16) & 0xff] | m_green[(p >> 8) & 0xff] | m_blue[p & 0xff];
+    // Byte by byte: quicker than putting words together from three tables.
+    auto* p = reinterpret_cast<uchar*>(words);
+    for (int x = 0; x < n; ++x, p += 4) {
+        p[Blue] = m_bytes[0][p[Blue]];
+        p[Green] = m_bytes[1][p[Green]];
+        p[Red] = m_bytes[2][p[Red]];
     }
 }
 

@@ -32,8 +32,7 @@ public:
     void apply(quint32* words, int n) const;
 
 private:
-    std::array<quint32, 256> m_red, m_green, m_blue; // pre-shifted into place
-    alignas(64) uchar m_bytes[3][256];               // blue, green, red
+    alignas(64) uchar m_bytes[3][256]; // blue, green, red
 };
 
 } // namespace filterpixels
