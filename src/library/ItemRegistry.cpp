@@ -76,11 +76,6 @@ Row built(const char* className, List list, int position, Displayed displayed, c
             Item::MesureKey, Item::MesureDefault, &create<Item>};
 }
 
-// A class the catalogue offers that this build does not construct yet.
-Row planned(const char* className, int type, List list, int position, Displayed displayed, const char* icon) {
-    return {className, type, list, position, displayed, icon, nullptr, 0, nullptr};
-}
-
 const char* const pencil = ":/pencil.png";
 using L = List;
 using D = Displayed;

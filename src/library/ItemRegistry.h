@@ -26,7 +26,7 @@ struct Row {
     const char* icon;      // resource path
     const char* mesureKey; // common parameter naming the measure a new item shows, or null
     int mesureDefault;
-    Constructor construct; // null while the class is not built
+    Constructor construct;
 };
 
 // In the order the factories try the names.

@@ -1,5 +1,5 @@
 // The tool palette and the calibration dialog of the host kit.
-#include "../items/DrawingView.h"
+#include "DrawingView.h"
 
 #include <GraphicsObjects/GraphicsObjects.h>
 
@@ -22,7 +22,7 @@ private slots:
             }
         }
         QCOMPARE(palette.classNames(), expected);
-        QVERIFY(!palette.action("PolygonItem"));
+        QVERIFY(!palette.action("NoSuchItem"));
         QVERIFY(!palette.action("LineItem")->icon().isNull());
     }
 
