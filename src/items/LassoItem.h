@@ -28,7 +28,7 @@ public:
     // Grey levels: the tolerance of the first region, before any was segmented, and the largest.
     static constexpr int DefaultTolerance = 32, MaxTolerance = 255;
 
-    // context: optional _AUTOPOINTPARAMS: center is the seed (scene), radius the tolerance when
+    // context: optional _AUTOPOINTPARAMS: center is the starting pixel (scene), radius the tolerance when
     // positive; its source gives the calibration. The region is grown at once when the item is on a
     // scene with an image (setLinkScene before, or segment() after).
     Q_INVOKABLE LassoItem(QGraphicsItem* parent, int id, void* context);
@@ -49,8 +49,8 @@ public:
     // The holes, in item coordinates, and the region's pixel count.
     QList<QPolygonF> holes() const { return m_holes; }
     qint64 pixelCount() const { return m_pixels; }
-    // Grows the region from the seed on the scene's image; false, with the reason in refusal(), when
-    // there is no image, the seed lies off it or on another lasso's region.
+    // Grows the region from its starting pixel on the scene's image; false, with the reason in refusal(),
+    // when there is no image, that pixel lies off it or on another lasso's region.
     bool segment();
     QString refusal() const { return m_refusal; }
 
