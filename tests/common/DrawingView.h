@@ -33,6 +33,9 @@ struct DrawingView {
         view.show();
         view.activateWindow();
         exposed = QTest::qWaitForWindowActive(&view);
+        // Every gesture needs an active window: without one no test here means anything.
+        if (!exposed)
+            qFatal("The drawing view did not become active");
     }
     QPoint at(const QPointF& p) const { return view.mapFromScene(p); }
     void press(const QPointF& p, Qt::KeyboardModifiers modifiers = {}) {
@@ -56,8 +59,6 @@ struct DrawingView {
     // Draws an item of the class with this calibration factor; null when it was rejected.
     AbstractBaseItem* draw(const QString& className, const QPointF& from, const QPointF& to,
                            double factor = 1.0, Qt::KeyboardModifiers modifiers = {}) {
-        if (!exposed)
-            return nullptr;
         QPointer<AbstractBaseItem> item = startTool(&scene, className);
         if (!scene.hasCalibration()) {
             Calibration calibration;

@@ -61,7 +61,6 @@ private slots:
 
 void TestItemScene::oneOfEachItem() {
     DrawingView v;
-    QVERIFY(v.exposed);
     v.view.setFixedSize(820, 620);
     v.scene.setSceneRect(0, 0, 800, 600);
     QImage background(800, 600, QImage::Format_RGB32);
@@ -119,7 +118,6 @@ void TestItemScene::oneOfEachItem() {
 
 void TestItemScene::linkedTextFollowsALineDraggedByItsHandgrip() {
     DrawingView v;
-    QVERIFY(v.exposed);
     QPointer<AbstractBaseItem> line = v.draw("LineItem", {50, 50}, {150, 50}, 0.5);
     QPointer<eTextItem> text = static_cast<eTextItem*>(v.click("eTextItem", {{200, 200}}));
     QVERIFY(line && text);
@@ -140,7 +138,6 @@ void TestItemScene::linkedTextFollowsALineDraggedByItsHandgrip() {
 // drawn afterwards.
 void TestItemScene::sceneCalibrationReachesEveryItem() {
     DrawingView v;
-    QVERIFY(v.exposed);
     AbstractBaseItem* line = v.draw("LineItem", {50, 50}, {150, 50});
     AbstractBaseItem* circle = v.draw("CircleItem", {200, 150}, {210, 150});
     auto* vickers = qgraphicsitem_cast<VickersPItem*>(
@@ -205,7 +202,6 @@ void TestItemScene::xmlRoundTrip() {
     QFETCH(double, rotation);
     QFETCH(Attributes, expected);
     DrawingView v;
-    QVERIFY(v.exposed);
     AbstractBaseItem* item =
         points.size() == 2 ? v.draw(className, points[0], points[1], 0.5) : v.click(className, points);
     QVERIFY(item);
@@ -245,7 +241,6 @@ void TestItemScene::menusOfPreviews() {
     QFETCH(QString, className);
     QFETCH(bool, contextMenu);
     DrawingView v;
-    QVERIFY(v.exposed);
     AbstractBaseItem* item = v.draw(className, {100, 100}, {160, 140});
     QVERIFY(item);
     item->setPreviewstate(true);
@@ -283,7 +278,6 @@ void TestItemScene::everyBuiltClassDrawsAndRoundTrips() {
     QFETCH(QString, className);
     QFETCH(int, seed);
     DrawingView v;
-    QVERIFY(v.exposed);
     QPointer<AbstractBaseItem> item = startTool(&v.scene, className);
     QVERIFY(item);
     QRandomGenerator random{quint32(seed)};
