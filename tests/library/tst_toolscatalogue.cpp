@@ -84,7 +84,6 @@ class TestToolsCatalogue : public QObject {
 private slots:
     // Runs first: nothing has called InitToolsNames yet.
     void beforeInitialisation();
-    void version();
     void withoutTranslator();
     void secondLanguageKeepsFirstResolvable();
     void sharedDisplayedNameGoesToLaterClass();
@@ -112,11 +111,6 @@ void TestToolsCatalogue::beforeInitialisation() {
         QVERIFY(!make(XBaseItemToolCreate, "de:LineItem"));
         QVERIFY(!make(XBaseItemMesureCreate, "de:Distance"));
     });
-}
-
-void TestToolsCatalogue::version() {
-    QCOMPARE(toolInterfaceVersion(nullptr),
-             QStringList({"GraphicsObjects", "r01010", "2020.01.13", "Vandrel"}));
 }
 
 void TestToolsCatalogue::withoutTranslator() {
