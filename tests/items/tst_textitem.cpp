@@ -52,6 +52,8 @@ private slots:
     void linkedTextFollowsMeasure();
     void unlinking_data();
     void unlinking();
+    void backgroundSurvivesSaving_data();
+    void backgroundSurvivesSaving();
     void deletingTheTextFirstRemovesTheItem();
     void cornerGripRotatesAboutTheCentre();
     void dialogFormatsTheSelection();
@@ -161,6 +163,37 @@ void TestTextItem::unlinking() {
     QCOMPARE(text.linkedItem(), way == 3 ? &source : nullptr);
     QVERIFY(text.getLinkName().isEmpty() && text.textItem()->isLinked() == (way == 3));
     QCOMPARE(saved(&text).value("alpha"), QString("255"));
+}
+
+// The background as saved and read back; older files carry no pattern.
+void TestTextItem::backgroundSurvivesSaving_data() {
+    QTest::addColumn<QBrush>("brush");
+    QTest::addColumn<QString>("dropped");
+    QTest::addColumn<QBrush>("expected");
+    const QColor halfYellow(255, 255, 0, 128);
+    QTest::newRow("none") << QBrush() << "" << QBrush();
+    QTest::newRow("translucent") << QBrush(halfYellow) << "" << QBrush(halfYellow);
+    QTest::newRow("hatched") << QBrush(Qt::red, Qt::CrossPattern) << "" << QBrush(Qt::red, Qt::CrossPattern);
+    QTest::newRow("gradient comes back solid")
+        << QBrush(QLinearGradient(0, 0, 1, 1)) << "" << QBrush(Qt::black);
+    QTest::newRow("older file, colour") << QBrush(halfYellow) << "bgStyle" << QBrush(halfYellow);
+    QTest::newRow("older file, no alpha")
+        << QBrush(Qt::blue) << "bgStyle alpha" << QBrush(QColor(0, 0, 255, 0), Qt::NoBrush);
+}
+
+void TestTextItem::backgroundSurvivesSaving() {
+    QFETCH(QBrush, brush);
+    QFETCH(QString, dropped);
+    QFETCH(QBrush, expected);
+    eTextItem text(nullptr, 1, nullptr);
+    text.setBrush(brush);
+    Attributes attributes = saved(&text);
+    QCOMPARE(attributes.value("alpha"), QString::number(brush.color().alpha()));
+    for (const QString& key : dropped.split(' '))
+        attributes.remove(key);
+    const std::unique_ptr<AbstractBaseItem> back = loaded("eTextItem", attributes);
+    QCOMPARE(back->brush(), expected);
+    QCOMPARE(static_cast<eTextItem*>(back.get())->background()->brush(), expected);
 }
 
 // A host clearing its scene may delete the text child first.
