@@ -284,10 +284,9 @@ void eTextItem::disconnectSource(AbstractBaseItem* item) {
 }
 
 void eTextItem::unassociate(AbstractBaseItem* item, void* arg) {
-    // Without an item, the text lets go of whatever it follows.
-    AbstractBaseItem* source = item ? item : m_source.data();
-    disconnectSource(source);
-    if (source == m_source)
+    // Only the item named is let go: without one, the text keeps following its measure.
+    disconnectSource(item);
+    if (item && item == m_source)
         m_source = nullptr;
     AbstractBaseItem::unassociate(item, arg);
     m_text->setLinked(false);
