@@ -56,7 +56,7 @@ QString AbstractBaseItem::getSimpleHELP() {
 }
 
 void AbstractBaseItem::edit() {
-    if (m_previewed)
+    if (m_previewed && !editMenuInPreview())
         return;
     QMenu menu;
     fillEditMenu(&menu);

@@ -340,9 +340,10 @@ protected:
     bool createPointIfNeeded(const QPointF& p, QList<QPointF>& points, bool closed);
 
     void contextMenuEvent(QGraphicsSceneContextMenuEvent* event) override;
-    // Where the context menu opens, and whether it opens while the item is a preview.
+    // Where the context menu opens, and whether it (or the edit menu) opens while the item is a preview.
     virtual QPoint menuPosition(QGraphicsSceneContextMenuEvent* event) const;
     virtual bool menuInPreview() const { return true; }
+    virtual bool editMenuInPreview() const { return false; }
     void keyPressEvent(QKeyEvent*) override {}
     void keyReleaseEvent(QKeyEvent*) override {}
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) override {}

@@ -120,8 +120,10 @@ void ArrowItem::applyContextMenu(int data) {
         m_arrowScale = m_pen.widthF();
     else
         return;
+    // An arrow not drawn yet keeps its empty outline.
     const QList<QPointF> points = mline();
-    rebuild(points[0], points[1]);
+    if (!points[0].isNull() || !points[1].isNull())
+        rebuild(points[0], points[1]);
 }
 
 void ArrowItem::writeGeometry(QDomElement& e) const {

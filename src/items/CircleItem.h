@@ -41,7 +41,9 @@ public slots:
     void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;
 
 protected:
+    // A preview shows no measure menu, but its edit menu.
     bool menuInPreview() const override { return false; }
+    bool editMenuInPreview() const override { return true; }
     void writeGeometry(QDomElement& e) const override;
     void readGeometry(const QDomElement& e) override;
 

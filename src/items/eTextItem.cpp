@@ -35,6 +35,23 @@ QString linkedText(const AbstractBaseItem& source) {
 
 constexpr double MaxFontSize = 2000;
 
+// The background: the brush colour with its alpha, in the saved pattern ("bgStyle"). A text without
+// a background keeps none through a round trip, although its brush's colour is written as opaque
+// black. Files without the pattern fill any visible colour solidly.
+QBrush readBackground(const QDomElement& e) {
+    QColor colour(e.attribute(QStringLiteral("bgColor")));
+    if (!colour.isValid())
+        return QBrush();
+    colour.setAlpha(qBound(0, e.attribute(QStringLiteral("alpha"), QStringLiteral("0")).toInt(), 255));
+    bool saved = false;
+    const int style = e.attribute(QStringLiteral("bgStyle")).toInt(&saved);
+    if (!saved)
+        return QBrush(colour, colour.alpha() > 0 ? Qt::SolidPattern : Qt::NoBrush);
+    // Gradients and textures cannot be made again from a colour: they come back solid.
+    const bool pattern = style >= Qt::NoBrush && style <= Qt::DiagCrossPattern;
+    return QBrush(colour, pattern ? Qt::BrushStyle(style) : Qt::SolidPattern);
+}
+
 constexpr int rotationGripPositions[] = {HoverEventItem::TopLeft, HoverEventItem::TopRight,
                                          HoverEventItem::BottomLeft, HoverEventItem::BottomRight};
 
@@ -161,7 +178,8 @@ void eTextItem::rotate(double angle) {
 // The grip's angle from the reference point is the text's rotation: the reference is the pressed
 // point turned back to where it was before any rotation.
 void eTextItem::initRotationReferencePoint(const QPointF& p) {
-    AbstractBaseItem::initRotationReferencePoint(HoverEventItem::turnedAbout(p, m_text->sceneBoundingRect().center(), -m_rotation));
+    AbstractBaseItem::initRotationReferencePoint(
+        HoverEventItem::turnedAbout(p, m_text->sceneBoundingRect().center(), -m_rotation));
 }
 
 void eTextItem::handleMoved(int id, const QPointF& p, Qt::KeyboardModifiers) {
@@ -266,10 +284,9 @@ void eTextItem::disconnectSource(AbstractBaseItem* item) {
 }
 
 void eTextItem::unassociate(AbstractBaseItem* item, void* arg) {
-    // Without an item, the text lets go of whatever it follows.
-    AbstractBaseItem* source = item ? item : m_source.data();
-    disconnectSource(source);
-    if (source == m_source)
+    // Only the item named is let go: without one, the text keeps following its measure.
+    disconnectSource(item);
+    if (item && item == m_source)
         m_source = nullptr;
     AbstractBaseItem::unassociate(item, arg);
     m_text->setLinked(false);
@@ -377,6 +394,7 @@ bool eTextItem::toXml(QDomElement& e) const {
     e.setAttribute(QStringLiteral("font-size"), variantToString(m_font.pointSizeF()));
     e.setAttribute(QStringLiteral("bgColor"), m_brush.color().name());
     e.setAttribute(QStringLiteral("alpha"), m_brush.color().alpha());
+    e.setAttribute(QStringLiteral("bgStyle"), int(m_brush.style()));
     e.setAttribute(QStringLiteral("linkname"), m_linkName);
     return true;
 }
@@ -396,9 +414,7 @@ bool eTextItem::fromXml(const QDomElement& e) {
         font.setPointSizeF(size);
     setFont(font);
 
-    QColor background(e.attribute(QStringLiteral("bgColor")));
-    background.setAlpha(qBound(0, e.attribute(QStringLiteral("alpha"), QStringLiteral("0")).toInt(), 255));
-    setBrush(background.isValid() && background.alpha() > 0 ? QBrush(background) : QBrush());
+    setBrush(readBackground(e));
     setPen(m_pen);
     m_linkName = e.attribute(QStringLiteral("linkname"));
 

@@ -318,6 +318,10 @@ void TestLines::arrowScaleAndGripDrag() {
     QVERIFY(qAbs(arrow->path().boundingRect().top() + 30) < 1e-9);
     QVERIFY(choose(arrow, "1:1"));
     QCOMPARE(arrow->arrowScale(), 1.0);
+    // An arrow not drawn yet keeps its empty outline.
+    ArrowItem undrawn(nullptr, 1, nullptr);
+    QVERIFY(choose(&undrawn, "x:x"));
+    QVERIFY(undrawn.path().isEmpty());
 
     EditSpy spy(arrow);
     v.dragGrip(arrow, 0, {100, 200});

@@ -52,6 +52,8 @@ private slots:
     void linkedTextFollowsMeasure();
     void unlinking_data();
     void unlinking();
+    void backgroundSurvivesSaving_data();
+    void backgroundSurvivesSaving();
     void deletingTheTextFirstRemovesTheItem();
     void cornerGripRotatesAboutTheCentre();
     void dialogFormatsTheSelection();
@@ -133,15 +135,21 @@ void TestTextItem::linkedTextFollowsMeasure() {
 void TestTextItem::unlinking_data() {
     QTest::addColumn<int>("way");
     QTest::addColumn<QString>("textAfter");
-    QTest::newRow("unassociate without item") << 1 << "Ruler1 dist1:5.00 mm";
-    QTest::newRow("menu") << 2 << "Ruler1 dist1:5.00 mm";
+    QTest::addColumn<bool>("follows");
+    QTest::addColumn<bool>("childLinked");
+    QTest::newRow("unassociate the item") << 0 << "Ruler1 dist1:5.00 mm" << false << false;
+    // Without an item, unassociate clears the name and the mark but lets go of nothing.
+    QTest::newRow("unassociate without item") << 1 << "Ruler1 dist1:20.00 mm" << true << false;
+    QTest::newRow("menu") << 2 << "Ruler1 dist1:5.00 mm" << false << false;
     // Without a source, setText clears the link name and the text, not the link.
-    QTest::newRow("reset text") << 3 << "Ruler1 dist1:20.00 mm";
+    QTest::newRow("reset text") << 3 << "Ruler1 dist1:20.00 mm" << true << true;
 }
 
 void TestTextItem::unlinking() {
     QFETCH(int, way);
     QFETCH(QString, textAfter);
+    QFETCH(bool, follows);
+    QFETCH(bool, childLinked);
     MeasuringItem source;
     eTextItem text(nullptr, 1, nullptr);
     text.associate(&source, nullptr);
@@ -149,18 +157,49 @@ void TestTextItem::unlinking() {
     QMenu menu;
     text.fillContextMenu(&menu);
     QCOMPARE(menu.actions().size(), 2);
-    if (way == 1)
-        text.unassociate(nullptr, nullptr);
+    if (way < 2)
+        text.unassociate(way == 0 ? &source : nullptr, nullptr);
     else if (way == 2)
         text.applyContextMenu(menu.actions().at(1)->data().toInt());
     else
         text.setText(nullptr);
-    QCOMPARE(text.text(), way == 3 ? QString(" ") : textAfter);
+    QCOMPARE(text.text(), way == 3 ? QString(" ") : QString("Ruler1 dist1:5.00 mm"));
     source.measure(AbstractBaseItem::Dist1, 40);
     QCOMPARE(text.text(), textAfter);
-    QCOMPARE(text.linkedItem(), way == 3 ? &source : nullptr);
-    QVERIFY(text.getLinkName().isEmpty() && text.textItem()->isLinked() == (way == 3));
-    QCOMPARE(saved(&text).value("alpha"), QString("255"));
+    QCOMPARE(text.linkedItem(), follows ? &source : nullptr);
+    QVERIFY(text.getLinkName().isEmpty());
+    QCOMPARE(text.textItem()->isLinked(), childLinked);
+}
+
+// The background as saved and read back; older files carry no pattern.
+void TestTextItem::backgroundSurvivesSaving_data() {
+    QTest::addColumn<QBrush>("brush");
+    QTest::addColumn<QString>("dropped");
+    QTest::addColumn<QBrush>("expected");
+    const QColor halfYellow(255, 255, 0, 128);
+    QTest::newRow("none") << QBrush() << "" << QBrush();
+    QTest::newRow("translucent") << QBrush(halfYellow) << "" << QBrush(halfYellow);
+    QTest::newRow("hatched") << QBrush(Qt::red, Qt::CrossPattern) << "" << QBrush(Qt::red, Qt::CrossPattern);
+    QTest::newRow("gradient comes back solid")
+        << QBrush(QLinearGradient(0, 0, 1, 1)) << "" << QBrush(Qt::black);
+    QTest::newRow("older file, colour") << QBrush(halfYellow) << "bgStyle" << QBrush(halfYellow);
+    QTest::newRow("older file, no alpha")
+        << QBrush(Qt::blue) << "bgStyle alpha" << QBrush(QColor(0, 0, 255, 0), Qt::NoBrush);
+}
+
+void TestTextItem::backgroundSurvivesSaving() {
+    QFETCH(QBrush, brush);
+    QFETCH(QString, dropped);
+    QFETCH(QBrush, expected);
+    eTextItem text(nullptr, 1, nullptr);
+    text.setBrush(brush);
+    Attributes attributes = saved(&text);
+    QCOMPARE(attributes.value("alpha"), QString::number(brush.color().alpha()));
+    for (const QString& key : dropped.split(' '))
+        attributes.remove(key);
+    const std::unique_ptr<AbstractBaseItem> back = loaded("eTextItem", attributes);
+    QCOMPARE(back->brush(), expected);
+    QCOMPARE(static_cast<eTextItem*>(back.get())->background()->brush(), expected);
 }
 
 // A host clearing its scene may delete the text child first.
