@@ -56,6 +56,15 @@ bool resolve(QList<ItemReference>& references, const QHash<QString, AbstractBase
     return all;
 }
 
+QList<AbstractBaseItem*> targets(const QList<ItemReference>& references) {
+    QList<AbstractBaseItem*> items;
+    for (const ItemReference& reference : references) {
+        if (reference.item)
+            items.append(reference.item);
+    }
+    return items;
+}
+
 } // namespace ItemLinks
 
 ItemLinkReport linkLoadedItems(const QList<AbstractBaseItem*>& items) {

@@ -36,6 +36,8 @@ GRAPHICSOBJECTS_EXPORT QList<ItemReference> read(const QDomElement& e, const QSt
 GRAPHICSOBJECTS_EXPORT bool resolve(QList<ItemReference>& references,
                                     const QHash<QString, AbstractBaseItem*>& byUid,
                                     const AbstractBaseItem* owner, QStringList* missing);
+// The targets that still live, in order.
+GRAPHICSOBJECTS_EXPORT QList<AbstractBaseItem*> targets(const QList<ItemReference>& references);
 
 } // namespace ItemLinks
 

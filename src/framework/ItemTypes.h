@@ -58,3 +58,33 @@ enum : int {
     int type() const override {                                                                              \
         return Type;                                                                                         \
     }
+
+// Declares what every item class declares: its Type and type(), and the invokable constructor that the
+// factories and clone() call. One line in each item class; the constructor's comment goes above it.
+#define GRAPHICSOBJECTS_ITEM(Class)                                                                          \
+    GRAPHICSOBJECTS_ITEM_TYPE(Class)                                                                         \
+    Q_INVOKABLE Class(QGraphicsItem* parent, int id, void* context);
+
+// The same for an item whose menu remembers its measure: MesureKey names the common parameter and
+// MesureDefault is the measure shown until one is chosen.
+#define GRAPHICSOBJECTS_MEASURED_ITEM(Class, mesureKey, mesureDefault)                                       \
+    GRAPHICSOBJECTS_ITEM(Class)                                                                              \
+    static constexpr const char* MesureKey = mesureKey;                                                      \
+    static constexpr int MesureDefault = mesureDefault;
+
+// Declares the overrides of an item drawn with the mouse and edited through its grips: the press and
+// the moves that draw it, the end of the drawing that keeps or refuses it, its grips and their drags.
+#define GRAPHICSOBJECTS_ITEM_DRAWING                                                                         \
+    void mousePress(QGraphicsSceneMouseEvent* event) override;                                               \
+    void mouseMove(QGraphicsSceneMouseEvent* event) override;                                                \
+    bool endEdition() override;                                                                              \
+    QList<Handle> handles() const override;                                                                  \
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
+
+// The same for an item drawn click by click: its releases answer whether the drawing goes on.
+#define GRAPHICSOBJECTS_ITEM_DRAWN_BY_CLICKS                                                                 \
+    GRAPHICSOBJECTS_ITEM_DRAWING                                                                             \
+    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;                                   \
+    bool drawnByClicks() const override {                                                                    \
+        return true;                                                                                         \
+    }

@@ -2,6 +2,7 @@
 
 #include <QAbstractGraphicsShapeItem>
 #include <QGraphicsLineItem>
+#include <QGraphicsSceneMouseEvent>
 #include <QPainter>
 
 ShapeItem::ShapeItem(QGraphicsItem* parent, QGraphicsItem* shape, unsigned long subType, int pointCount)
@@ -38,6 +39,21 @@ void ShapeItem::setShapePen(const QPen& pen) {
         line->setPen(pen);
     else if (auto* shape = dynamic_cast<QAbstractGraphicsShapeItem*>(m_shape))
         shape->setPen(pen);
+}
+
+bool ShapeItem::startDrag(QGraphicsSceneMouseEvent* event) {
+    if (m_creationStarted)
+        return false;
+    const QPointF p = mapFromScene(event->scenePos());
+    m_mline = {p, p};
+    m_creationStarted = true;
+    return true;
+}
+
+const _AUTOPOINTPARAMS* ShapeItem::initGenerated(int id, void* context, const char* mesureKey,
+                                                 int mesureDefault) {
+    initIdentity(id, mesureKey, mesureDefault);
+    return startGenerated(context);
 }
 
 void ShapeItem::setBrush(const QBrush& brush) {

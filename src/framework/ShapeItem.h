@@ -34,6 +34,24 @@ protected:
     template <class Shape> Shape* child() const { return static_cast<Shape*>(m_shape); }
     // The child's own pen, leaving the label's colour alone.
     void setShapePen(const QPen& pen);
+    // Gives the child (a rectangle or ellipse item) the rectangle r, the item turning about its centre
+    // when asked; the caller then refreshes the grips.
+    template <class Shape> void setChildRect(const QRectF& r, bool turnsAboutCentre = false) {
+        Shape* shape = child<Shape>();
+        if (r == shape->rect())
+            return;
+        prepareGeometryChange();
+        shape->setRect(r);
+        if (turnsAboutCentre)
+            setTransformOriginPoint(r.center());
+        update();
+    }
+    // Starts a drawing by a drag, once: both points at the press, in item coordinates, so that a click
+    // without a drag spans nothing. False when the drawing had started.
+    bool startDrag(QGraphicsSceneMouseEvent* event);
+    // initIdentity, then startGenerated: the host record to build the item from, or null.
+    const _AUTOPOINTPARAMS* initGenerated(int id, void* context, const char* mesureKey = nullptr,
+                                          int mesureDefault = 0);
     virtual bool savesMesures() const { return true; }
     virtual void writeGeometry(QDomElement& e) const = 0;
     // Runs after the common attributes, the pen, brush and font are back.

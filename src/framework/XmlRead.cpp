@@ -3,6 +3,7 @@
 #include "VariantText.h"
 
 #include <QDomElement>
+#include <QStringList>
 
 #include <cmath>
 
@@ -19,6 +20,18 @@ double readNumber(const QDomElement& e, const QString& key, double fallback) {
 QPointF readPoint(const QDomElement& e, const QString& key) {
     const QPointF p = stringToVariant(e.attribute(key), QMetaType::QPointF).toPointF();
     return isSceneNumber(p.x()) && isSceneNumber(p.y()) ? p : QPointF();
+}
+
+QList<QPointF> readPointList(const QString& text) {
+    QList<QPointF> points;
+    for (const QString& part : text.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+        const QStringList xy = part.split(QLatin1Char('x'));
+        bool okX = false, okY = false;
+        const QPointF p = xy.size() == 2 ? QPointF(xy[0].toDouble(&okX), xy[1].toDouble(&okY)) : QPointF();
+        if (okX && okY && isSceneNumber(p.x()) && isSceneNumber(p.y()))
+            points.append(p);
+    }
+    return points;
 }
 
 QRectF readRect(const QDomElement& e, const QString& key) {

@@ -2,6 +2,7 @@
 
 #include "graphicsobjects_export.h"
 
+#include <QList>
 #include <QPointF>
 #include <QRectF>
 #include <QString>
@@ -18,5 +19,8 @@ GRAPHICSOBJECTS_EXPORT QRectF readRect(const QDomElement& e, const QString& key)
 // An item reference (see AbstractBaseItem::uid): up to 64 letters, digits, '-', '_', '.', '{' or
 // '}'; anything else reads as empty.
 GRAPHICSOBJECTS_EXPORT QString readUid(const QDomElement& e, const QString& key);
+// Points written "XxY" and joined by ';' (the items' "coords"); parts that are no point a scene can
+// hold are left out.
+GRAPHICSOBJECTS_EXPORT QList<QPointF> readPointList(const QString& text);
 // Whether v is a number a scene can hold.
 GRAPHICSOBJECTS_EXPORT bool isSceneNumber(double v);

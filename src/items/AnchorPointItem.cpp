@@ -91,12 +91,7 @@ void AnchorPointItem::releaseItems() {
 }
 
 QList<AbstractBaseItem*> AnchorPointItem::anchoredItems() const {
-    QList<AbstractBaseItem*> items;
-    for (const ItemReference& reference : m_anchored) {
-        if (reference.item)
-            items.append(reference.item);
-    }
-    return items;
+    return ItemLinks::targets(m_anchored);
 }
 
 void AnchorPointItem::carry(const QPointF& delta) {

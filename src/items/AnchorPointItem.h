@@ -12,11 +12,10 @@
 class GRAPHICSOBJECTS_EXPORT AnchorPointItem : public PositionItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(AnchorPointItem)
+    // context: optional _AUTOPOINTPARAMS; its first point, else its centre, places the anchor.
+    GRAPHICSOBJECTS_ITEM(AnchorPointItem)
     enum MenuCommand { SetAsOrigin = -1, AnchorSelected = -2, ReleaseAnchored = -3 };
 
-    // context: optional _AUTOPOINTPARAMS; its first point, else its centre, places the anchor.
-    Q_INVOKABLE AnchorPointItem(QGraphicsItem* parent, int id, void* context);
     ~AnchorPointItem() override;
 
     long mesuresFlag() const override { return 0; }

@@ -24,10 +24,9 @@ QPointF nearEnd(const QLineF& l, const QPointF& from) {
 } // namespace
 
 Angle::Angle(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 1, {Need::Straight, Need::Straight},
-                       {{QT_TRANSLATE_NOOP("Angle", "Angle"), Ang1},
-                        {QT_TRANSLATE_NOOP("Angle", "Supplement"), Ang2},
-                        {QT_TRANSLATE_NOOP("Angle", "None"), NoMesure}}) {
+    : ConstructionItem(
+          parent, 1, {Need::Straight, Need::Straight},
+          {{QT_TRANSLATE_NOOP("Angle", "Angle"), Ang1}, {QT_TRANSLATE_NOOP("Angle", "Supplement"), Ang2}}) {
     initIdentity(id, MesureKey, MesureDefault);
 }
 

@@ -10,12 +10,5 @@
 class GRAPHICSOBJECTS_EXPORT Angle : public ConstructionItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(Angle)
-    static constexpr const char* MesureKey = "angle_mesureIndex";
-    static constexpr int MesureDefault = Ang1;
-
-    Q_INVOKABLE Angle(QGraphicsItem* parent, int id, void* context);
-
-protected:
-    QString build(Drawing& drawing) override;
+    GRAPHICSOBJECTS_CONSTRUCTION(Angle, "angle_mesureIndex", Ang1)
 };

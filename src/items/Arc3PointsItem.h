@@ -10,16 +10,11 @@
 class GRAPHICSOBJECTS_EXPORT Arc3PointsItem : public RoundItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(Arc3PointsItem)
-    static constexpr const char* MesureKey = "arc3points_mesureIndex";
-    static constexpr int MesureDefault = Rad1;
-
     // context: optional _AUTOPOINTPARAMS with the three points.
-    Q_INVOKABLE Arc3PointsItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(Arc3PointsItem, "arc3points_mesureIndex", Rad1)
 
 protected:
     bool announcesStart() const override { return true; }
-    std::optional<RoundShape> shapeFrom(const QList<QPointF>& points) const override;
     // A centre and radius give no ends.
     QList<QPointF> pointsOnCircle(const QPointF&, double) const override { return {}; }
 };

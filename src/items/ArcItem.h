@@ -11,13 +11,11 @@
 class GRAPHICSOBJECTS_EXPORT ArcItem : public RoundItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(ArcItem)
-    static constexpr const char* MenuKey = "arc_mesureIndex";
-    static constexpr int MesureDefault = Rad1;
-
     // context: optional _AUTOPOINTPARAMS with the centre, the start and the end as its first points; the
     // arc runs the shorter way from start to end.
-    Q_INVOKABLE ArcItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_ITEM(ArcItem)
+    static constexpr const char* MenuKey = "arc_mesureIndex";
+    static constexpr int MesureDefault = Rad1;
 
     // Remembers the measure under MenuKey.
     void applyContextMenu(int data) override;

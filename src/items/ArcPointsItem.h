@@ -11,12 +11,8 @@
 class GRAPHICSOBJECTS_EXPORT ArcPointsItem : public FittedRoundItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(ArcPointsItem)
-    static constexpr const char* MesureKey = "arcpoints_mesureIndex";
-    static constexpr int MesureDefault = Rad1;
-
     // context: optional _AUTOPOINTPARAMS with three or more points along the arc.
-    Q_INVOKABLE ArcPointsItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(ArcPointsItem, "arcpoints_mesureIndex", Rad1)
 
 protected:
     // The arc of the kept points.

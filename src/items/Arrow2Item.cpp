@@ -17,12 +17,6 @@ namespace {
 // A click without a drag gives a square of twice this size, centred on the click.
 constexpr double ClickHalfSize = 88;
 
-// Corners turn the arrow, sides resize it.
-constexpr std::array<int, 8> gripKinds = {HoverEventItem::Rotation,         HoverEventItem::ResizeVertical,
-                                          HoverEventItem::Rotation,         HoverEventItem::ResizeHorizontal,
-                                          HoverEventItem::ResizeHorizontal, HoverEventItem::Rotation,
-                                          HoverEventItem::ResizeVertical,   HoverEventItem::Rotation};
-
 // Double arrow on a 2s x 2s template, in units of s.
 const QPointF doubleArrowTemplate[] = {
     {1, 0},       {2, 2.0 / 3},       {4.0 / 3, 2.0 / 3}, {4.0 / 3, 4.0 / 3}, {2, 4.0 / 3}, {1, 2},
@@ -35,13 +29,10 @@ Arrow2Item::Arrow2Item(QGraphicsItem* parent, int id, void*)
     initIdentity(id);
 }
 
-// The grips follow the two points, also while a side is dragged past the opposite one.
+// The grips follow the two points, also while a side is dragged past the opposite one. Corners turn
+// the arrow, sides resize it.
 QList<AbstractBaseItem::Handle> Arrow2Item::handles() const {
-    QList<Handle> result;
-    const QRectF r(m_mline[0], m_mline[1]);
-    for (int i = 0; i < int(gripKinds.size()); ++i)
-        result.append({i, gripKinds[size_t(i)], HoverEventItem::positionOnRect(r, i)});
-    return result;
+    return RectHandgrips::frameHandles(QRectF(m_mline[0], m_mline[1]), HoverEventItem::Rotation);
 }
 
 QPainterPath Arrow2Item::arrowOutline(const QRectF& r, int mode) {
@@ -115,7 +106,7 @@ bool Arrow2Item::endEdition() {
 }
 
 bool Arrow2Item::isRotationGrip(int id) const {
-    return id >= 0 && id < int(gripKinds.size()) && gripKinds[size_t(id)] == HoverEventItem::Rotation;
+    return RectHandgrips::isCorner(id);
 }
 
 void Arrow2Item::handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {

@@ -10,23 +10,17 @@ class QGraphicsPathItem;
 class GRAPHICSOBJECTS_EXPORT Arrow2Item : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(Arrow2Item)
+    GRAPHICSOBJECTS_ITEM(Arrow2Item)
     enum ArrowMode { SingleArrow = 0, DoubleArrow = 1 };
-
-    Q_INVOKABLE Arrow2Item(QGraphicsItem* parent, int id, void* context);
 
     long mesuresFlag() const override { return 0; }
     QPointF centroid() override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
+    GRAPHICSOBJECTS_ITEM_DRAWING
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
     void fillEditMenu(QMenu* menu) override { fillContextMenu(menu); }
     void applyEditMenu(int data) override { applyContextMenu(data); }
-    QList<Handle> handles() const override;
     void handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
     void handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
 
     int arrowMode() const { return m_arrowMode; }

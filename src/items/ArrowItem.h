@@ -10,21 +10,15 @@ class QGraphicsPathItem;
 class GRAPHICSOBJECTS_EXPORT ArrowItem : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(ArrowItem)
-
-    Q_INVOKABLE ArrowItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_ITEM(ArrowItem)
 
     long mesuresFlag() const override { return 0; }
     // The pen also fills the arrow; the brush is not drawn.
     void setPen(const QPen& pen) override;
     void setBrush(const QBrush& brush) override { AbstractBaseItem::setBrush(brush); }
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
+    GRAPHICSOBJECTS_ITEM_DRAWING
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
     double arrowScale() const { return m_arrowScale; }
     QPainterPath path() const;

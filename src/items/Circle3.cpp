@@ -28,8 +28,7 @@ Circle3::Circle3(QGraphicsItem* parent, int id, void*)
                        {{QT_TRANSLATE_NOOP("Circle3", "Diameter"), Diam},
                         {QT_TRANSLATE_NOOP("Circle3", "Radius"), Rad1},
                         {QT_TRANSLATE_NOOP("Circle3", "Area"), Aera},
-                        {QT_TRANSLATE_NOOP("Circle3", "Perimeter"), Perim},
-                        {QT_TRANSLATE_NOOP("Circle3", "None"), NoMesure}}) {
+                        {QT_TRANSLATE_NOOP("Circle3", "Perimeter"), Perim}}) {
     initIdentity(id, MesureKey, MesureDefault);
 }
 

@@ -9,19 +9,12 @@
 class GRAPHICSOBJECTS_EXPORT Circle3 : public ConstructionItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(Circle3)
-    static constexpr const char* MesureKey = "circle3_mesureIndex";
-    static constexpr int MesureDefault = Diam;
-
-    Q_INVOKABLE Circle3(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_CONSTRUCTION(Circle3, "circle3_mesureIndex", Diam)
 
     long mesuresFlag() const override { return 0x70; }
     // The circle found, in scene coordinates and pixels; meaningful while hasResult().
     QPointF centre() const { return m_centre; }
     double radius() const { return m_radius; }
-
-protected:
-    QString build(Drawing& drawing) override;
 
 private:
     QPointF m_centre;

@@ -9,14 +9,9 @@
 class GRAPHICSOBJECTS_EXPORT Circle3PointsItem : public RoundItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(Circle3PointsItem)
-    static constexpr const char* MesureKey = "circle3points_mesureIndex";
-    static constexpr int MesureDefault = Aera;
-
     // context: optional _AUTOPOINTPARAMS with three points, or a centre and radius.
-    Q_INVOKABLE Circle3PointsItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(Circle3PointsItem, "circle3points_mesureIndex", Aera)
 
 protected:
     bool announcesStart() const override { return true; }
-    std::optional<RoundShape> shapeFrom(const QList<QPointF>& points) const override;
 };

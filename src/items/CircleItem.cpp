@@ -3,6 +3,7 @@
 #include "AbstractScene.h"
 #include "HoverEventItem.h"
 #include "ItemSnapshots.h"
+#include "RectHandgrips.h"
 #include "VariantText.h"
 #include "XmlRead.h"
 
@@ -19,15 +20,11 @@ namespace {
 constexpr double Pi = 3.141592653589793;
 constexpr double TwoPi = 6.283185307179586;
 
-constexpr int cornerGrips[] = {HoverEventItem::TopLeft, HoverEventItem::TopRight, HoverEventItem::BottomLeft,
-                               HoverEventItem::BottomRight};
-
 } // namespace
 
 CircleItem::CircleItem(QGraphicsItem* parent, int id, void* context)
     : ShapeItem(parent, new QGraphicsEllipseItem, 1, 2) {
-    initIdentity(id, MesureKey, MesureDefault);
-    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
     if (!params)
         return;
     if (params->source)
@@ -48,18 +45,11 @@ void CircleItem::setPen(const QPen& pen) {
 }
 
 QList<AbstractBaseItem::Handle> CircleItem::handles() const {
-    QList<Handle> result;
-    for (int position : cornerGrips)
-        result.append({position, HoverEventItem::Move, HoverEventItem::positionOnRect(rect(), position)});
-    return result;
+    return RectHandgrips::cornerHandles(rect(), HoverEventItem::Move);
 }
 
 void CircleItem::setSquare(const QRectF& square) {
-    if (square != child<QGraphicsEllipseItem>()->rect()) {
-        prepareGeometryChange();
-        child<QGraphicsEllipseItem>()->setRect(square);
-        update();
-    }
+    setChildRect<QGraphicsEllipseItem>(square);
     refreshHandgrips();
 }
 

@@ -10,28 +10,20 @@ class QGraphicsEllipseItem;
 class GRAPHICSOBJECTS_EXPORT CircleItem : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(CircleItem)
-    static constexpr const char* MesureKey = "circle_mesureIndex";
-    static constexpr int MesureDefault = Aera;
+    GRAPHICSOBJECTS_MEASURED_ITEM(CircleItem, "circle_mesureIndex", Aera)
 
     // Edit-menu data, also the transform indices it sets.
     enum EditCommand { NoTransform = 0, Extract = 254 };
 
-    Q_INVOKABLE CircleItem(QGraphicsItem* parent, int id, void* context);
-
     long mesuresSupport() const override { return 0x3020; }
     long mesuresFlag() const override { return 0x70; }
     void setPen(const QPen& pen) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
+    GRAPHICSOBJECTS_ITEM_DRAWING
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
     void setTransformIndex(int index) override;
     QList<MenuEntry> mesureMenu() const override;
     void fillEditMenu(QMenu* menu) override;
     void applyEditMenu(int data) override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
     // The circle's bounding square in item coordinates.
     QRectF rect() const;

@@ -33,8 +33,7 @@ double clampedRadius(double r) {
 
 CircleNote::CircleNote(QGraphicsItem* parent, int id, void* context)
     : ShapeItem(parent, new QGraphicsPathItem, 1, 2) {
-    initIdentity(id, MesureKey, MesureDefault);
-    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
     if (!params)
         return;
     setRegion(mapFromScene(params->center), params->radius);

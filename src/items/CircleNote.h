@@ -14,15 +14,11 @@
 class GRAPHICSOBJECTS_EXPORT CircleNote : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(CircleNote)
-    static constexpr const char* MesureKey = "circlenote_mesureIndex";
-    static constexpr int MesureDefault = Rad1;
+    GRAPHICSOBJECTS_MEASURED_ITEM(CircleNote, "circlenote_mesureIndex", Rad1)
     enum Grip { RegionCentre = 0, RegionEdge = 1, NoteCentre = 2 };
     // A click without a drag gives a region of this radius; radii beyond the maximum are cut to it.
     static constexpr double DefaultRadius = 20;
     static constexpr double MaxRadius = 1e5;
-
-    Q_INVOKABLE CircleNote(QGraphicsItem* parent, int id, void* context);
 
     // Centres in item coordinates (points 0 and 1), radii in pixels.
     QPointF regionCentre() const { return m_mline[0]; }
@@ -40,17 +36,11 @@ public:
     long mesuresFlag() const override { return 0; }
     QPointF centroid() override;
     MesureText mesureText(int i) const override;
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    bool drawnByClicks() const override { return true; }
+    GRAPHICSOBJECTS_ITEM_DRAWN_BY_CLICKS
     typModeEdition completeCreation() override;
-    bool endEdition() override;
     QList<MenuEntry> mesureMenu() const override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 

@@ -8,12 +8,8 @@
 class GRAPHICSOBJECTS_EXPORT CirclePItem : public RoundItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(CirclePItem)
-    static constexpr const char* MesureKey = "circle_mesureIndex";
-    static constexpr int MesureDefault = Aera;
-
     // context: optional _AUTOPOINTPARAMS with the two ends as its first points, or a centre and radius.
-    Q_INVOKABLE CirclePItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(CirclePItem, "circle_mesureIndex", Aera)
 
     void mousePress(QGraphicsSceneMouseEvent* event) override;
     void mouseMove(QGraphicsSceneMouseEvent* event) override;

@@ -11,12 +11,8 @@
 class GRAPHICSOBJECTS_EXPORT CirclePointsItem : public FittedRoundItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(CirclePointsItem)
-    static constexpr const char* MesureKey = "circlepoints_mesureIndex";
-    static constexpr int MesureDefault = Aera;
-
     // context: optional _AUTOPOINTPARAMS with three or more points, or a centre and radius.
-    Q_INVOKABLE CirclePointsItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(CirclePointsItem, "circlepoints_mesureIndex", Aera)
 
 protected:
     // One click inside the feature starts the search, all round.

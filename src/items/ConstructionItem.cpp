@@ -17,7 +17,7 @@ ConstructionItem::ConstructionItem(QGraphicsItem* parent, unsigned long subType,
                                    const QList<MenuEntry>& menu)
     : ShapeItem(parent, new QGraphicsPathItem, subType, 0)
     , m_needs(needs)
-    , m_menu(menu)
+    , m_menu(menu + QList<MenuEntry>{{QT_TRANSLATE_NOOP("ConstructionItem", "None"), NoMesure}})
     , m_results(new QGraphicsPathItem(this)) {
     // Its drawing is made of its sources' places: a drag of its own cannot move it.
     setFlag(ItemSendsGeometryChanges, true);
@@ -66,12 +66,7 @@ QPointF ConstructionItem::centroid() {
 }
 
 QList<AbstractBaseItem*> ConstructionItem::sources() const {
-    QList<AbstractBaseItem*> items;
-    for (const ItemReference& reference : m_sources) {
-        if (reference.item)
-            items.append(reference.item);
-    }
-    return items;
+    return ItemLinks::targets(m_sources);
 }
 
 AbstractBaseItem* ConstructionItem::source(int i) const {
@@ -180,10 +175,9 @@ void ConstructionItem::addSource(AbstractBaseItem* item, const std::optional<QPo
 
 void ConstructionItem::follow(AbstractBaseItem* item) {
     connect(item, &AbstractBaseItem::mesureChanged, this, &ConstructionItem::sourceChanged);
-    connect(item, &QGraphicsObject::xChanged, this, &ConstructionItem::sourceChanged);
-    connect(item, &QGraphicsObject::yChanged, this, &ConstructionItem::sourceChanged);
-    connect(item, &QGraphicsObject::rotationChanged, this, &ConstructionItem::sourceChanged);
-    connect(item, &QGraphicsObject::scaleChanged, this, &ConstructionItem::sourceChanged);
+    for (auto placeChanged : {&QGraphicsObject::xChanged, &QGraphicsObject::yChanged,
+                              &QGraphicsObject::rotationChanged, &QGraphicsObject::scaleChanged})
+        connect(item, placeChanged, this, &ConstructionItem::sourceChanged);
     connect(item, &AbstractBaseItem::mesureChangedEND, this, &ConstructionItem::sourceFinished);
     connect(item, &QObject::destroyed, this, &ConstructionItem::sourceDestroyed);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ItemLinks.h"
+#include "ItemTypes.h"
 #include "ShapeItem.h"
 
 #include <QPainterPath>
@@ -8,6 +9,15 @@
 #include <optional>
 
 class QGraphicsPathItem;
+
+// Declares what a construction declares: the item (GRAPHICSOBJECTS_MEASURED_ITEM) and its build().
+// Like Q_OBJECT it leaves the class in a section of its own (here public).
+#define GRAPHICSOBJECTS_CONSTRUCTION(Class, mesureKey, mesureDefault)                                        \
+    GRAPHICSOBJECTS_MEASURED_ITEM(Class, mesureKey, mesureDefault)                                           \
+protected:                                                                                                   \
+    QString build(Drawing& drawing) override;                                                                \
+                                                                                                             \
+public:
 
 // Base of the construction measures: items that relate items already on the scene. The user
 // picks the sources with clicks (the scene's picking mode), or a host passes them to
@@ -67,7 +77,8 @@ public slots:
     bool computeMesures(void*) override;
 
 protected:
-    // One need per pick, in pick order; menu: the measures the context menu offers.
+    // One need per pick, in pick order; menu: the measures the context menu offers, before the
+    // "None" that ends every construction's menu.
     ConstructionItem(QGraphicsItem* parent, unsigned long subType, const QList<Need>& needs,
                      const QList<MenuEntry>& menu);
 

@@ -7,8 +7,6 @@
 class GRAPHICSOBJECTS_EXPORT CrossHItem : public GuideItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(CrossHItem)
-
     // context: optional _AUTOPOINTPARAMS; its first point, else its centre, places the guide.
-    Q_INVOKABLE CrossHItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_ITEM(CrossHItem)
 };

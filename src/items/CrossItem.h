@@ -12,15 +12,11 @@ class GRAPHICSOBJECTS_EXPORT CrossItem : public PositionItem {
 public:
     // The centre's grip moves the cross, the first arm's grip turns it.
     enum Grip { CentreGrip = 0, ArmGrip = 1 };
-    GRAPHICSOBJECTS_ITEM_TYPE(CrossItem)
-    static constexpr const char* MesureKey = "cross_mesureIndex";
-    static constexpr int MesureDefault = Ang1;
-    // Arm length of a cross placed with a click.
-    static constexpr double DefaultArm = 40;
-
     // context: optional _AUTOPOINTPARAMS; its centre places the cross, its radius (if any) is the
     // arm length.
-    Q_INVOKABLE CrossItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(CrossItem, "cross_mesureIndex", Ang1)
+    // Arm length of a cross placed with a click.
+    static constexpr double DefaultArm = 40;
 
     long mesuresFlag() const override { return 5; }
     double angle() const { return m_angle; }

@@ -7,8 +7,6 @@
 class GRAPHICSOBJECTS_EXPORT CrossVItem : public GuideItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(CrossVItem)
-
     // context: optional _AUTOPOINTPARAMS; its first point, else its centre, places the guide.
-    Q_INVOKABLE CrossVItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_ITEM(CrossVItem)
 };

@@ -11,13 +11,9 @@
 class GRAPHICSOBJECTS_EXPORT CurveItem : public VertexItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(CurveItem)
-    static constexpr const char* MesureKey = "curve_mesureIndex";
-    static constexpr int MesureDefault = Dist1;
-
     // A host record (_AUTOPOINTPARAMS, optional) gives the points the curve passes through, in scene
     // coordinates, and through its source the calibration.
-    Q_INVOKABLE CurveItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(CurveItem, "curve_mesureIndex", Dist1)
 
     bool endEdition() override;
     QList<MenuEntry> mesureMenu() const override;

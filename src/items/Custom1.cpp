@@ -23,8 +23,7 @@ const QString keys[PointCount] = {QStringLiteral("arm1"), QStringLiteral("vertex
 
 Custom1::Custom1(QGraphicsItem* parent, int id, void* context)
     : ShapeItem(parent, new QGraphicsPathItem, 1, 0) {
-    initIdentity(id, MesureKey, MesureDefault);
-    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
     if (!params || params->points.size() != PointCount)
         return;
     copyCommonData(this, params->source);

@@ -13,23 +13,13 @@ class GRAPHICSOBJECTS_EXPORT Custom1 : public ShapeItem {
 public:
     // The points in the order they are clicked, also the grips' ids.
     enum Point { FirstArm = 0, Vertex = 1, SecondArm = 2 };
-    GRAPHICSOBJECTS_ITEM_TYPE(Custom1)
-    static constexpr const char* MesureKey = "protractor_mesureIndex";
-    static constexpr int MesureDefault = Ang1;
-
     // context: optional _AUTOPOINTPARAMS; three points (arm end, vertex, arm end) build it at once.
-    Q_INVOKABLE Custom1(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(Custom1, "protractor_mesureIndex", Ang1)
 
     long mesuresFlag() const override { return 0; }
     QPointF centroid() override;
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
-    bool drawnByClicks() const override { return true; }
+    GRAPHICSOBJECTS_ITEM_DRAWN_BY_CLICKS
     QList<MenuEntry> mesureMenu() const override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
 public slots:
     bool computeMesures(void*) override;

@@ -71,8 +71,7 @@ constexpr int LayoutPixelSize = 100;
 
 DXFItem::DXFItem(QGraphicsItem* parent, int id, void* context)
     : FrameItem(parent, 1) {
-    initIdentity(id);
-    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    const _AUTOPOINTPARAMS* params = initGenerated(id, context);
     if (!params)
         return;
     setFileName(params->texts.value(QStringLiteral("file")));

@@ -20,15 +20,13 @@
 class GRAPHICSOBJECTS_EXPORT DXFItem : public FrameItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(DXFItem)
+    // A context record may name the file (texts["file"]) and where its origin goes (center).
+    GRAPHICSOBJECTS_ITEM(DXFItem)
     // The units taken: those the file states ($INSUNITS), or a DXF unit code (0 for pixels).
     static constexpr int FileUnits = -1;
     // Menu data: a unit entry carries UnitsBase - (code + 1), a layer entry LayerBase - its index.
     enum MenuCommand { OriginAtBottomLeft = -1, UnitsBase = -10, LayerBase = -100 };
     static constexpr qint64 MaxFileBytes = qint64(256) << 20;
-
-    // A context record may name the file (texts["file"]) and where its origin goes (center).
-    Q_INVOKABLE DXFItem(QGraphicsItem* parent, int id, void* context);
 
     // Reads the drawing, relative to the scene's document folder when there is one; false, with
     // warning() saying why and a placeholder shown, when nothing can be drawn.

@@ -28,8 +28,7 @@ Side sideOf(AbstractBaseItem* item, const std::optional<QPointF>& hint) {
 Distance::Distance(QGraphicsItem* parent, int id, void*)
     : ConstructionItem(parent, 1, {Need::Anything, Need::Anything},
                        {{QT_TRANSLATE_NOOP("Distance", "Distance"), Dist1},
-                        {QT_TRANSLATE_NOOP("Distance", "Gap"), Dist2},
-                        {QT_TRANSLATE_NOOP("Distance", "None"), NoMesure}}) {
+                        {QT_TRANSLATE_NOOP("Distance", "Gap"), Dist2}}) {
     initIdentity(id, MesureKey, MesureDefault);
 }
 

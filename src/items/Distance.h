@@ -11,12 +11,5 @@
 class GRAPHICSOBJECTS_EXPORT Distance : public ConstructionItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(Distance)
-    static constexpr const char* MesureKey = "distance_mesureIndex";
-    static constexpr int MesureDefault = Dist1;
-
-    Q_INVOKABLE Distance(QGraphicsItem* parent, int id, void* context);
-
-protected:
-    QString build(Drawing& drawing) override;
+    GRAPHICSOBJECTS_CONSTRUCTION(Distance, "distance_mesureIndex", Dist1)
 };

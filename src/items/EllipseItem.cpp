@@ -3,6 +3,7 @@
 #include "GeometryEllipseMetrics.h"
 #include "GeometryIntersections.h"
 #include "HoverEventItem.h"
+#include "RectHandgrips.h"
 #include "RoundItem.h"
 #include "XmlRead.h"
 
@@ -18,11 +19,7 @@ namespace {
 // Shorter axes are refused by the grips: they would flatten the ellipse into a segment.
 constexpr double MinSemiAxis = 0.5;
 
-struct AxisGrip {
-    int position;
-    int kind;
-};
-constexpr AxisGrip ellipseGrips[] = {
+constexpr RectHandgrips::Grip ellipseGrips[] = {
     {HoverEventItem::MiddleRight, HoverEventItem::ResizeHorizontal},
     {HoverEventItem::TopMiddle, HoverEventItem::ResizeVertical},
     {HoverEventItem::TopRight, HoverEventItem::Rotation},
@@ -49,8 +46,7 @@ QRectF recordRect(const _AUTOPOINTPARAMS& params) {
 
 EllipseItem::EllipseItem(QGraphicsItem* parent, int id, void* context)
     : ShapeItem(parent, new QGraphicsEllipseItem, 1, 2) {
-    initIdentity(id, MesureKey, MesureDefault);
-    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
     if (!params)
         return;
     const QRectF r = recordRect(*params);
@@ -68,22 +64,13 @@ QRectF EllipseItem::rect() const {
 
 // The rotation turns about the centre.
 void EllipseItem::setRect(const QRectF& r) {
-    if (r != rect()) {
-        prepareGeometryChange();
-        child<QGraphicsEllipseItem>()->setRect(r);
-        setTransformOriginPoint(r.center());
-        update();
-    }
+    setChildRect<QGraphicsEllipseItem>(r, true);
     m_mline = {r.topLeft(), r.bottomRight()};
     refreshHandgrips();
 }
 
 void EllipseItem::mousePress(QGraphicsSceneMouseEvent* event) {
-    if (m_creationStarted)
-        return;
-    const QPointF p = mapFromScene(event->scenePos());
-    m_mline = {p, p};
-    m_creationStarted = true;
+    startDrag(event);
 }
 
 // The press is the anchor, whichever way the drag goes.
@@ -143,10 +130,7 @@ QList<AbstractBaseItem::MenuEntry> EllipseItem::mesureMenu() const {
 }
 
 QList<AbstractBaseItem::Handle> EllipseItem::handles() const {
-    QList<Handle> result;
-    for (const AxisGrip& grip : ellipseGrips)
-        result.append({grip.position, grip.kind, HoverEventItem::positionOnRect(rect(), grip.position)});
-    return result;
+    return RectHandgrips::handlesOn(rect(), ellipseGrips);
 }
 
 double EllipseItem::screenAngle(const QPointF& scenePos) const {

@@ -11,15 +11,11 @@
 class GRAPHICSOBJECTS_EXPORT EllipseItem : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(EllipseItem)
-    static constexpr const char* MesureKey = "ellipse_mesureIndex";
-    static constexpr int MesureDefault = Perim;
-    // The grip that turns the ellipse; the others are the ends of its axes.
-    static constexpr int RotationGrip = 2; // HoverEventItem::TopRight
-
     // context: optional _AUTOPOINTPARAMS with the bounding rectangle, or two opposite corners as its
     // first points, or a centre and radius.
-    Q_INVOKABLE EllipseItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(EllipseItem, "ellipse_mesureIndex", Perim)
+    // The grip that turns the ellipse; the others are the ends of its axes.
+    static constexpr int RotationGrip = 2; // HoverEventItem::TopRight
 
     // The ellipse's axes as a rectangle in item coordinates, before the rotation.
     QRectF rect() const;
@@ -27,15 +23,11 @@ public:
     bool refusedRecord() const { return m_refusedRecord; }
 
     long mesuresFlag() const override { return 0x70; }
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
+    GRAPHICSOBJECTS_ITEM_DRAWING
     // Degrees anticlockwise on screen, about the centre.
     void rotate(double angle) override;
     QList<MenuEntry> mesureMenu() const override;
-    QList<Handle> handles() const override;
     void handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
 public slots:
     bool computeMesures(void* arg) override;

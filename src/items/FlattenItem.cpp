@@ -15,8 +15,7 @@
 
 FlattenItem::FlattenItem(QGraphicsItem* parent, int id, void* context)
     : VertexItem(parent, false) {
-    initIdentity(id, MesureKey, MesureDefault);
-    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
     if (params && params->radius > 0)
         setBandWidth(2 * params->radius);
     takeRecord(params);

@@ -15,17 +15,13 @@
 class GRAPHICSOBJECTS_EXPORT FlattenItem : public VertexItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(FlattenItem)
-    static constexpr const char* MesureKey = "flatten_mesureIndex";
-    static constexpr int MesureDefault = Dist1;
+    // context: optional _AUTOPOINTPARAMS whose points (scene) are the path and radius, when positive,
+    // half the band width; its source gives the calibration.
+    GRAPHICSOBJECTS_MEASURED_ITEM(FlattenItem, "flatten_mesureIndex", Dist1)
     // The band grip's id, apart from the vertices', and the menu's command.
     enum { BandGrip = -1, StraightenCommand = -1 };
     // Band widths, in pixels.
     static constexpr double DefaultBand = 20, MaxBand = 10000;
-
-    // context: optional _AUTOPOINTPARAMS whose points (scene) are the path and radius, when positive,
-    // half the band width; its source gives the calibration.
-    Q_INVOKABLE FlattenItem(QGraphicsItem* parent, int id, void* context);
 
     double bandWidth() const { return m_band; }
     // Clamped to 1..MaxBand; refused when not a number.

@@ -2,6 +2,7 @@
 
 #include "AbstractScene.h"
 #include "HoverEventItem.h"
+#include "RectHandgrips.h"
 #include "VariantText.h"
 #include "XmlRead.h"
 
@@ -19,9 +20,6 @@ namespace {
 constexpr double ClickSlack = 4;
 // The rotation grip stands this far above the frame.
 constexpr double RotationGripOffset = 20;
-
-constexpr int cornerGrips[] = {HoverEventItem::TopLeft, HoverEventItem::TopRight, HoverEventItem::BottomLeft,
-                               HoverEventItem::BottomRight};
 
 double sign(double v) {
     return v < 0 ? -1 : 1;
@@ -109,10 +107,8 @@ void FrameItem::mouseMove(QGraphicsSceneMouseEvent* event) {
 }
 
 QList<AbstractBaseItem::Handle> FrameItem::handles() const {
-    QList<Handle> result;
     const QRectF r = frame();
-    for (int position : cornerGrips)
-        result.append({position, HoverEventItem::Move, HoverEventItem::positionOnRect(r, position)});
+    QList<Handle> result = RectHandgrips::cornerHandles(r, HoverEventItem::Move);
     if (turns())
         result.append(
             {RotationGrip, HoverEventItem::Rotation, QPointF(r.center().x(), r.top() - RotationGripOffset)});

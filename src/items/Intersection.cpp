@@ -51,8 +51,7 @@ Intersection::Intersection(QGraphicsItem* parent, int id, void*)
     : ConstructionItem(parent, 1, {Need::Figure, Need::Figure},
                        {{QT_TRANSLATE_NOOP("Intersection", "Distance"), Dist1},
                         {QT_TRANSLATE_NOOP("Intersection", "Angle"), Ang1},
-                        {QT_TRANSLATE_NOOP("Intersection", "Points"), Cust},
-                        {QT_TRANSLATE_NOOP("Intersection", "None"), NoMesure}}) {
+                        {QT_TRANSLATE_NOOP("Intersection", "Points"), Cust}}) {
     initIdentity(id, MesureKey, MesureDefault);
 }
 

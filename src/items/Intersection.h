@@ -11,12 +11,5 @@
 class GRAPHICSOBJECTS_EXPORT Intersection : public ConstructionItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(Intersection)
-    static constexpr const char* MesureKey = "intersection_mesureIndex";
-    static constexpr int MesureDefault = Dist1;
-
-    Q_INVOKABLE Intersection(QGraphicsItem* parent, int id, void* context);
-
-protected:
-    QString build(Drawing& drawing) override;
+    GRAPHICSOBJECTS_CONSTRUCTION(Intersection, "intersection_mesureIndex", Dist1)
 };

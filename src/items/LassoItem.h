@@ -21,17 +21,14 @@
 class GRAPHICSOBJECTS_EXPORT LassoItem : public VertexItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(LassoItem)
-    static constexpr const char* MesureKey = "lasso_mesureIndex";
-    static constexpr int MesureDefault = Aera;
+    // context: optional _AUTOPOINTPARAMS: center is the starting pixel (scene), radius the tolerance when
+    // positive; its source gives the calibration. The region is grown at once when the item is on a
+    // scene with an image (setLinkScene before, or segment() after).
+    GRAPHICSOBJECTS_MEASURED_ITEM(LassoItem, "lasso_mesureIndex", Aera)
     enum MenuCommand { ToleranceCommand = -1 };
     // Grey levels: the tolerance of the first region, before any was segmented, and the largest.
     static constexpr int DefaultTolerance = 32, MaxTolerance = 255;
 
-    // context: optional _AUTOPOINTPARAMS: center is the starting pixel (scene), radius the tolerance when
-    // positive; its source gives the calibration. The region is grown at once when the item is on a
-    // scene with an image (setLinkScene before, or segment() after).
-    Q_INVOKABLE LassoItem(QGraphicsItem* parent, int id, void* context);
     ~LassoItem() override;
 
     // The shared state: regions segmented since the last reset, the latest tolerance (where new lassos
@@ -54,16 +51,12 @@ public:
     bool segment();
     QString refusal() const { return m_refusal; }
 
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
+    GRAPHICSOBJECTS_ITEM_DRAWING
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     bool drawnByClicks() const override { return false; }
-    bool endEdition() override;
     QList<MenuEntry> mesureMenu() const override { return outlineMesureMenu(); }
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
     void handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
 
 protected:

@@ -12,9 +12,7 @@ class QGraphicsLineItem;
 class GRAPHICSOBJECTS_EXPORT LineItem : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(LineItem)
-    static constexpr const char* MesureKey = "line_mesureIndex";
-    static constexpr int MesureDefault = Dist1;
+    GRAPHICSOBJECTS_MEASURED_ITEM(LineItem, "line_mesureIndex", Dist1)
 
     // Menu data of the arrow and orthogonal-mode entries (measure entries carry the measure index).
     enum MenuCommand {
@@ -27,19 +25,13 @@ public:
         OrthoOff = -7
     };
 
-    Q_INVOKABLE LineItem(QGraphicsItem* parent, int id, void* context);
-
     long mesuresFlag() const override { return 5; }
     void setLockstate(const bool& state) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
+    GRAPHICSOBJECTS_ITEM_DRAWING
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
     QList<MenuEntry> mesureMenu() const override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 

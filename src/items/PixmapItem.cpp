@@ -21,8 +21,7 @@ const qint64 PixmapItem::MaxFileBytes = PictureReader::MaxFileBytes;
 
 PixmapItem::PixmapItem(QGraphicsItem* parent, int id, void* context)
     : FrameItem(parent, 1) {
-    initIdentity(id);
-    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    const _AUTOPOINTPARAMS* params = initGenerated(id, context);
     if (!params)
         return;
     if (params->texts.contains(QStringLiteral("file")))

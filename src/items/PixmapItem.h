@@ -13,7 +13,9 @@
 class GRAPHICSOBJECTS_EXPORT PixmapItem : public FrameItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(PixmapItem)
+    // A context record may name the file (texts["file"]) and the place (rect, else center as the top-left
+    // corner).
+    GRAPHICSOBJECTS_ITEM(PixmapItem)
     // The index transformIndex carries at each grip step; its flag is set on the step that ends a drag.
     enum TransformStep { ScaleStep = 1, RotationStep = 2 };
     // Menu data: an opacity entry carries minus its percentage.
@@ -22,10 +24,6 @@ public:
     static const int MaxSide;
     static const qint64 MaxPixels;
     static const qint64 MaxFileBytes;
-
-    // A context record may name the file (texts["file"]) and the place (rect, else center as the top-left
-    // corner).
-    Q_INVOKABLE PixmapItem(QGraphicsItem* parent, int id, void* context);
 
     // Reads the picture of a file, relative to the scene's document folder when it has one; false,
     // with warning() set and the placeholder shown, when it cannot.

@@ -8,12 +8,8 @@
 class GRAPHICSOBJECTS_EXPORT PointItem : public PositionItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(PointItem)
-    static constexpr const char* MesureKey = "point_mesureIndex";
-    static constexpr int MesureDefault = Dist1;
-
     // context: optional _AUTOPOINTPARAMS; its first point, else its centre, places the point.
-    Q_INVOKABLE PointItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(PointItem, "point_mesureIndex", Dist1)
 
     long mesuresFlag() const override { return 5; }
     QList<MenuEntry> mesureMenu() const override;

@@ -2,8 +2,7 @@
 
 PolygonItem::PolygonItem(QGraphicsItem* parent, int id, void* context)
     : VertexItem(parent, true) {
-    initIdentity(id, MesureKey, MesureDefault);
-    takeRecord(startGenerated(context));
+    takeRecord(initGenerated(id, context, MesureKey, MesureDefault));
 }
 
 void PolygonItem::measure(bool live) {

@@ -10,13 +10,9 @@
 class GRAPHICSOBJECTS_EXPORT PolygonItem : public VertexItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(PolygonItem)
-    static constexpr const char* MesureKey = "polygon_mesureIndex";
-    static constexpr int MesureDefault = Aera;
-
     // context: optional _AUTOPOINTPARAMS whose points (scene) are the vertices; its source gives the
     // calibration.
-    Q_INVOKABLE PolygonItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(PolygonItem, "polygon_mesureIndex", Aera)
 
     QList<MenuEntry> mesureMenu() const override { return outlineMesureMenu(); }
 

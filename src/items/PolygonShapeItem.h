@@ -18,19 +18,15 @@ class PolygonItem;
 class GRAPHICSOBJECTS_EXPORT PolygonShapeItem : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(PolygonShapeItem)
-    static constexpr const char* MesureKey = "polygonshape_mesureIndex";
-    static constexpr int MesureDefault = Aera;
+    // context: optional _AUTOPOINTPARAMS: centre, and the first corner as its first point (else at
+    // radius to the right of the centre); its source gives the calibration.
+    GRAPHICSOBJECTS_MEASURED_ITEM(PolygonShapeItem, "polygonshape_mesureIndex", Aera)
     static constexpr int MinSides = 3;
     static constexpr int MaxSides = 64;
     static constexpr int DefaultSides = 6;
     enum Grip { CentreGrip = 0, CornerGrip = 1 };
     // Menu data: a number of sides n is offered as SidesBase - n.
     enum MenuCommand { TurnIntoPolygon = -1, OtherSides = -2, SidesBase = -1000 };
-
-    // context: optional _AUTOPOINTPARAMS: centre, and the first corner as its first point (else at
-    // radius to the right of the centre); its source gives the calibration.
-    Q_INVOKABLE PolygonShapeItem(QGraphicsItem* parent, int id, void* context);
 
     // Centre and first corner, in item coordinates.
     QPointF centre() const { return m_mline[0]; }
@@ -48,11 +44,7 @@ public:
     long mesuresFlag() const override { return 0x200; }
     QPointF centroid() override { return centre(); }
     // Press on the centre, drag to the first corner.
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
+    GRAPHICSOBJECTS_ITEM_DRAWING
     // Measures, sides, and the turn into a free polygon.
     QList<MenuEntry> mesureMenu() const override;
     void fillContextMenu(QMenu* menu) override;

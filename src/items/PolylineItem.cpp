@@ -4,8 +4,7 @@
 
 PolylineItem::PolylineItem(QGraphicsItem* parent, int id, void* context)
     : VertexItem(parent, false) {
-    initIdentity(id, MesureKey, MesureDefault);
-    takeRecord(startGenerated(context));
+    takeRecord(initGenerated(id, context, MesureKey, MesureDefault));
 }
 
 QList<AbstractBaseItem::MenuEntry> PolylineItem::mesureMenu() const {

@@ -9,13 +9,9 @@
 class GRAPHICSOBJECTS_EXPORT PolylineItem : public VertexItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(PolylineItem)
-    static constexpr const char* MesureKey = "polyline_mesureIndex";
-    static constexpr int MesureDefault = Dist1;
-
     // context: optional _AUTOPOINTPARAMS whose points (scene) are the vertices; its source gives the
     // calibration.
-    Q_INVOKABLE PolylineItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(PolylineItem, "polyline_mesureIndex", Dist1)
 
     QList<MenuEntry> mesureMenu() const override;
 

@@ -6,8 +6,7 @@ using namespace Construction;
 
 Projection::Projection(QGraphicsItem* parent, int id, void*)
     : ConstructionItem(parent, 1, {Need::Anything, Need::Straight},
-                       {{QT_TRANSLATE_NOOP("Projection", "Distance"), Dist1},
-                        {QT_TRANSLATE_NOOP("Projection", "None"), NoMesure}}) {
+                       {{QT_TRANSLATE_NOOP("Projection", "Distance"), Dist1}}) {
     initIdentity(id, MesureKey, MesureDefault);
 }
 

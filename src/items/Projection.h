@@ -9,15 +9,8 @@
 class GRAPHICSOBJECTS_EXPORT Projection : public ConstructionItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(Projection)
-    static constexpr const char* MesureKey = "projection_mesureIndex";
-    static constexpr int MesureDefault = Dist1;
-
-    Q_INVOKABLE Projection(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_CONSTRUCTION(Projection, "projection_mesureIndex", Dist1)
 
     // The foot, in scene coordinates; meaningful while hasResult().
     QPointF foot() const;
-
-protected:
-    QString build(Drawing& drawing) override;
 };

@@ -7,11 +7,7 @@
 class GRAPHICSOBJECTS_EXPORT RectCalibItem : public RectangleItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(RectCalibItem)
-    static constexpr const char* MesureKey = "rectcalib_mesureIndex";
-    static constexpr int MesureDefault = Cust;
-
-    Q_INVOKABLE RectCalibItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_MEASURED_ITEM(RectCalibItem, "rectcalib_mesureIndex", Cust)
 
     bool toXml(QDomElement&) const override { return true; }
     bool fromXml(const QDomElement&) override { return true; }

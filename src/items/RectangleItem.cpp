@@ -4,6 +4,7 @@
 #include "GeometryIntersections.h"
 #include "HoverEventItem.h"
 #include "ItemSnapshots.h"
+#include "RectHandgrips.h"
 #include "VariantText.h"
 #include "XmlRead.h"
 
@@ -20,11 +21,7 @@
 namespace {
 
 // Creation order of the grips: the corners rotate, the sides resize.
-struct GripSpec {
-    int position;
-    int kind;
-};
-constexpr GripSpec rectangleGrips[] = {
+constexpr RectHandgrips::Grip rectangleGrips[] = {
     {HoverEventItem::TopLeft, HoverEventItem::Rotation},
     {HoverEventItem::TopRight, HoverEventItem::Rotation},
     {HoverEventItem::BottomRight, HoverEventItem::Rotation},
@@ -51,8 +48,7 @@ RectangleItem::RectangleItem(QGraphicsItem* parent)
     : ShapeItem(parent, new QGraphicsRectItem, 1, 2) {}
 
 void RectangleItem::initialise(int id, void* context, const char* mesureKey, int mesureDefault) {
-    initIdentity(id, mesureKey, mesureDefault);
-    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    const _AUTOPOINTPARAMS* params = initGenerated(id, context, mesureKey, mesureDefault);
     if (!params)
         return;
     copyCommonData(this, params->source);
@@ -74,20 +70,12 @@ void RectangleItem::setLockstate(const bool& state) {
 }
 
 QList<AbstractBaseItem::Handle> RectangleItem::handles() const {
-    QList<Handle> result;
-    for (const GripSpec& grip : rectangleGrips)
-        result.append({grip.position, grip.kind, HoverEventItem::positionOnRect(rect(), grip.position)});
-    return result;
+    return RectHandgrips::handlesOn(rect(), rectangleGrips);
 }
 
 // The child's rectangle, with the rotation centred on it.
 void RectangleItem::setRect(const QRectF& r) {
-    if (r != child<QGraphicsRectItem>()->rect()) {
-        prepareGeometryChange();
-        child<QGraphicsRectItem>()->setRect(r);
-        setTransformOriginPoint(r.center());
-        update();
-    }
+    setChildRect<QGraphicsRectItem>(r, true);
     refreshHandgrips();
 }
 
@@ -97,12 +85,7 @@ void RectangleItem::pointsFromRect() {
 }
 
 void RectangleItem::mousePress(QGraphicsSceneMouseEvent* event) {
-    if (m_creationStarted)
-        return;
-    // Both corners start at the press: a click without a drag spans nothing.
-    const QPointF p = mapFromScene(event->scenePos());
-    m_mline = {p, p};
-    m_creationStarted = true;
+    startDrag(event);
 }
 
 void RectangleItem::mouseMove(QGraphicsSceneMouseEvent* event) {

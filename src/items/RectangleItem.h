@@ -10,9 +10,7 @@ class QGraphicsRectItem;
 class GRAPHICSOBJECTS_EXPORT RectangleItem : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(RectangleItem)
-    static constexpr const char* MesureKey = "rectangle_mesureIndex";
-    static constexpr int MesureDefault = Perim;
+    GRAPHICSOBJECTS_MEASURED_ITEM(RectangleItem, "rectangle_mesureIndex", Perim)
 
     // Transform-menu commands that are not transform indices.
     enum TransformCommand { SnapImage = 1, SnapPixmap = 2, ToPixmap = 3 };
@@ -28,20 +26,14 @@ public:
     // Largest area (square pixels) a rectangle may have to serve as a matching template.
     static constexpr double MatchingAreaLimit = 65536.0;
 
-    Q_INVOKABLE RectangleItem(QGraphicsItem* parent, int id, void* context);
-
     long mesuresFlag() const override { return 0x80; }
     void setLockstate(const bool& state) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
+    GRAPHICSOBJECTS_ITEM_DRAWING
     void setTransformIndex(int index) override;
     // Sets the rotation (degrees, anticlockwise on screen) about the rectangle's centre.
     void rotate(double angle) override;
     void fillEditMenu(QMenu* menu) override;
     void applyEditMenu(int data) override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
 
     // The rectangle in item coordinates.
     QRectF rect() const;
@@ -72,5 +64,4 @@ private:
     void resizeByGrip(int id, const QPointF& p);
     void snapImageSelection();
     void snapPixmapSelection();
-
 };

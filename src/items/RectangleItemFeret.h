@@ -6,9 +6,7 @@
 class GRAPHICSOBJECTS_EXPORT RectangleItemFeret : public RectangleItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(RectangleItemFeret)
-
-    Q_INVOKABLE RectangleItemFeret(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_ITEM(RectangleItemFeret)
 
 protected:
     void fillMesures(double w, double h) override;

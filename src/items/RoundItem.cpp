@@ -39,15 +39,7 @@ QString exactPointsText(const QList<QPointF>& points) {
 }
 
 QList<QPointF> readScenePoints(const QDomElement& e, const QString& key) {
-    QList<QPointF> points;
-    for (const QString& part : e.attribute(key).split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-        const QStringList xy = part.split(QLatin1Char('x'));
-        bool okX = false, okY = false;
-        const QPointF p = xy.size() == 2 ? QPointF(xy[0].toDouble(&okX), xy[1].toDouble(&okY)) : QPointF();
-        if (okX && okY && scenePoint(p))
-            points.append(p);
-    }
-    return points;
+    return readPointList(e.attribute(key));
 }
 
 double degreesOf(const QPointF& v) {
@@ -85,9 +77,19 @@ RoundItem::RoundItem(QGraphicsItem* parent, bool arc)
                 1, 0)
     , m_arc(arc) {}
 
+std::optional<RoundShape> RoundItem::shapeFrom(const QList<QPointF>& points) const {
+    if (points.size() < 3)
+        return std::nullopt;
+    if (m_arc) {
+        const std::optional<Arc> arc = arcThroughPoints(points[0], points[1], points[2]);
+        return arc ? std::optional<RoundShape>(*arc) : std::nullopt;
+    }
+    const std::optional<Circle> circle = circleThroughPoints(points[0], points[1], points[2]);
+    return circle ? std::optional<RoundShape>(*circle) : std::nullopt;
+}
+
 void RoundItem::initialise(int id, void* context, const char* mesureKey, int mesureDefault) {
-    initIdentity(id, mesureKey, mesureDefault);
-    const _AUTOPOINTPARAMS* params = startGenerated(context);
+    const _AUTOPOINTPARAMS* params = initGenerated(id, context, mesureKey, mesureDefault);
     if (!params)
         return;
     const QList<QPointF> points = recordPoints(*params);

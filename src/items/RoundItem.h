@@ -2,6 +2,7 @@
 
 #include "GeometryArcs.h"
 #include "GeometryCircleFits.h"
+#include "ItemTypes.h"
 #include "ShapeItem.h"
 
 #include <optional>
@@ -44,13 +45,7 @@ public:
     long mesuresFlag() const override { return 0x70; }
     // The centre of a circle, the middle of an arc.
     QPointF centroid() override;
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    bool drawnByClicks() const override { return true; }
-    bool endEdition() override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
+    GRAPHICSOBJECTS_ITEM_DRAWN_BY_CLICKS
     QList<MenuEntry> mesureMenu() const override;
 
 public slots:
@@ -63,8 +58,8 @@ protected:
     // Identity and, with a host record, the shape it defines: run by the most derived constructor.
     void initialise(int id, void* context, const char* mesureKey, int mesureDefault);
 
-    // The shape the points define, or none.
-    virtual std::optional<RoundShape> shapeFrom(const QList<QPointF>& points) const = 0;
+    // The shape the points define, or none: by default the arc or the circle through the first three.
+    virtual std::optional<RoundShape> shapeFrom(const QList<QPointF>& points) const;
     // The points a record defines, in scene coordinates: its own points when there are enough (the
     // first ones when the class takes a fixed number), else points on the circle of its centre and
     // radius, else on the circle inscribed in its rectangle. Empty when it defines none.

@@ -27,21 +27,8 @@ constexpr double LabelOffset = 20;
 // More ticks than this cannot be told apart on any screen.
 constexpr double MaxTicks = 100000;
 
-constexpr std::array<int, 8> gripKinds = {HoverEventItem::Move,
-                                          HoverEventItem::ResizeVertical,
-                                          HoverEventItem::Move,
-                                          HoverEventItem::ResizeHorizontal,
-                                          HoverEventItem::ResizeHorizontal,
-                                          HoverEventItem::Move,
-                                          HoverEventItem::ResizeVertical,
-                                          HoverEventItem::Move};
-
-struct DivisorEntry {
-    const char* text;
-    int divisor;
-};
-
-const DivisorEntry divisorEntries[] = {
+// Menu entries whose data is the label divisor.
+const AbstractBaseItem::MenuEntry divisorEntries[] = {
     {QT_TRANSLATE_NOOP("RulerItem", "x1"), 10},
     {QT_TRANSLATE_NOOP("RulerItem", "x10"), 1},
 };
@@ -61,11 +48,7 @@ RulerItem::RulerItem(QGraphicsItem* parent, int id, void*)
 
 // The grips follow the two points, also while a side is dragged past the opposite one.
 QList<AbstractBaseItem::Handle> RulerItem::handles() const {
-    QList<Handle> result;
-    const QRectF r(m_mline[0], m_mline[1]);
-    for (int i = 0; i < int(gripKinds.size()); ++i)
-        result.append({i, gripKinds[size_t(i)], HoverEventItem::positionOnRect(r, i)});
-    return result;
+    return RectHandgrips::frameHandles(QRectF(m_mline[0], m_mline[1]), HoverEventItem::Move);
 }
 
 QRectF RulerItem::rect() const {
@@ -73,11 +56,7 @@ QRectF RulerItem::rect() const {
 }
 
 void RulerItem::setRect(const QRectF& r) {
-    if (r != child<QGraphicsRectItem>()->rect()) {
-        prepareGeometryChange();
-        child<QGraphicsRectItem>()->setRect(r);
-        update();
-    }
+    setChildRect<QGraphicsRectItem>(r);
     refreshHandgrips();
 }
 
@@ -124,14 +103,14 @@ void RulerItem::handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModi
 }
 
 void RulerItem::fillContextMenu(QMenu* menu) {
-    for (const DivisorEntry& entry : divisorEntries)
-        createMenuAction(menu, QIcon(), tr(entry.text), m_divisor == entry.divisor, nullptr, entry.divisor);
+    for (const MenuEntry& entry : divisorEntries)
+        createMenuAction(menu, QIcon(), tr(entry.text), m_divisor == entry.data, nullptr, entry.data);
 }
 
 void RulerItem::applyContextMenu(int data) {
     // The divisor divides the labels: only the menu's values make sense.
-    for (const DivisorEntry& entry : divisorEntries) {
-        if (entry.divisor == data) {
+    for (const MenuEntry& entry : divisorEntries) {
+        if (entry.data == data) {
             m_divisor = data;
             update();
         }

@@ -10,20 +10,14 @@ class QGraphicsRectItem;
 class GRAPHICSOBJECTS_EXPORT RulerItem : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(RulerItem)
-
-    Q_INVOKABLE RulerItem(QGraphicsItem* parent, int id, void* context);
+    GRAPHICSOBJECTS_ITEM(RulerItem)
 
     long mesuresFlag() const override { return 0; }
     QPointF centroid() override;
     void setFont(const QFont& font) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
+    GRAPHICSOBJECTS_ITEM_DRAWING
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
     void handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
 
     QRectF boundingRect() const override;

@@ -8,10 +8,8 @@
 class GRAPHICSOBJECTS_EXPORT SmileyItem : public FrameItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(SmileyItem)
+    GRAPHICSOBJECTS_ITEM(SmileyItem)
     enum Mood { Happy = 0, Neutral = 1, Sad = 2 };
-
-    Q_INVOKABLE SmileyItem(QGraphicsItem* parent, int id, void* context);
 
     int mood() const { return m_mood; }
     void setMood(int mood);

@@ -24,14 +24,12 @@ constexpr double ThicknessShare = 0.04;
 // The label is laid out in a font of this pixel size, then scaled.
 constexpr int LayoutPixelSize = 100;
 
-struct FractionEntry {
-    const char* text;
-    int divisor;
-};
-const FractionEntry fractionEntries[] = {{QT_TRANSLATE_NOOP("StampItem", "1/10 of the width"), 10},
-                                         {QT_TRANSLATE_NOOP("StampItem", "1/5 of the width"), 5},
-                                         {QT_TRANSLATE_NOOP("StampItem", "1/4 of the width"), 4},
-                                         {QT_TRANSLATE_NOOP("StampItem", "1/3 of the width"), 3}};
+// Menu entries whose data is the divisor of the width.
+const AbstractBaseItem::MenuEntry fractionEntries[] = {
+    {QT_TRANSLATE_NOOP("StampItem", "1/10 of the width"), 10},
+    {QT_TRANSLATE_NOOP("StampItem", "1/5 of the width"), 5},
+    {QT_TRANSLATE_NOOP("StampItem", "1/4 of the width"), 4},
+    {QT_TRANSLATE_NOOP("StampItem", "1/3 of the width"), 3}};
 const char* const styleNames[] = {QT_TRANSLATE_NOOP("StampItem", "Solid bar"),
                                   QT_TRANSLATE_NOOP("StampItem", "Bar with end ticks"),
                                   QT_TRANSLATE_NOOP("StampItem", "Bar with graduations")};
@@ -245,10 +243,9 @@ QVariant StampItem::itemChange(GraphicsItemChange change, const QVariant& value)
 }
 
 void StampItem::fillContextMenu(QMenu* menu) {
-    for (const FractionEntry& entry : fractionEntries)
+    for (const MenuEntry& entry : fractionEntries)
         createMenuAction(menu, QIcon(), tr(entry.text),
-                         m_typed == 0 && std::abs(m_fraction * entry.divisor - 1) < 1e-9, nullptr,
-                         -entry.divisor);
+                         m_typed == 0 && std::abs(m_fraction * entry.data - 1) < 1e-9, nullptr, -entry.data);
     createMenuAction(menu, QIcon(), tr("Length..."), m_typed > 0, nullptr, TypeLength);
     menu->addSeparator();
     for (int style = SolidBar; style <= Graduations; ++style)

@@ -11,7 +11,7 @@
 class GRAPHICSOBJECTS_EXPORT StampItem : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(StampItem)
+    GRAPHICSOBJECTS_ITEM(StampItem)
     enum Style { SolidBar = 0, EndTicks = 1, Graduations = 2 };
     enum Corner { NoCorner = 0, TopLeft, TopRight, BottomLeft, BottomRight };
     // Menu data (negative command codes): a fraction of the width is -1 / fraction.
@@ -21,8 +21,6 @@ public:
     static constexpr double CornerMargin = 0.03;
     // Lengths that would make a longer bar, in pixels, are refused.
     static constexpr double MaxBarPixels = 1e6;
-
-    Q_INVOKABLE StampItem(QGraphicsItem* parent, int id, void* context);
 
     // 1, 2 or 5 times a power of ten, nearest to v by ratio; 0 unless v is positive and finite.
     static double roundLength(double v);

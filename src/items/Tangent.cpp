@@ -8,8 +8,7 @@ using namespace Construction;
 Tangent::Tangent(QGraphicsItem* parent, int id, void*)
     : ConstructionItem(parent, 1, {Need::Anything, Need::Circle},
                        {{QT_TRANSLATE_NOOP("Tangent", "First tangent"), Dist1},
-                        {QT_TRANSLATE_NOOP("Tangent", "Second tangent"), Dist2},
-                        {QT_TRANSLATE_NOOP("Tangent", "None"), NoMesure}}) {
+                        {QT_TRANSLATE_NOOP("Tangent", "Second tangent"), Dist2}}) {
     initIdentity(id, MesureKey, MesureDefault);
 }
 

@@ -11,14 +11,7 @@
 class GRAPHICSOBJECTS_EXPORT Tangent : public ConstructionItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(Tangent)
-    static constexpr const char* MesureKey = "tangent_mesureIndex";
-    static constexpr int MesureDefault = Dist1;
-
-    Q_INVOKABLE Tangent(QGraphicsItem* parent, int id, void* context);
-
-protected:
-    QString build(Drawing& drawing) override;
+    GRAPHICSOBJECTS_CONSTRUCTION(Tangent, "tangent_mesureIndex", Dist1)
 
 private:
     QString fromPoint(const QPointF& p, const QPointF& c, double r, Drawing& drawing);

@@ -499,16 +499,7 @@ QString VertexItem::coordsText(const QPolygonF& points) {
 }
 
 QPolygonF VertexItem::readCoords(const QString& text) {
-    QPolygonF points;
-    // Parts that are no point a scene holds are left out.
-    for (const QString& part : text.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-        const QStringList xy = part.split(QLatin1Char('x'));
-        bool okX = false, okY = false;
-        const QPointF p = xy.size() == 2 ? QPointF(xy[0].toDouble(&okX), xy[1].toDouble(&okY)) : QPointF();
-        if (okX && okY && usable(p))
-            points.append(p);
-    }
-    return points;
+    return QPolygonF(readPointList(text));
 }
 
 void VertexItem::writeGeometry(QDomElement& e) const {

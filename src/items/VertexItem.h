@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ItemTypes.h"
 #include "ShapeItem.h"
 
 #include <QPolygonF>
@@ -51,14 +52,8 @@ public:
     // Hit tests by the outline, without stroking it (see OutlineShape).
     bool contains(const QPointF& p) const override;
     // Drawing: a vertex per press, the edge to the cursor between presses.
-    bool drawnByClicks() const override { return true; }
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
+    GRAPHICSOBJECTS_ITEM_DRAWN_BY_CLICKS
     typModeEdition completeCreation() override;
-    bool endEdition() override;
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
     void handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;

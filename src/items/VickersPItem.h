@@ -11,17 +11,15 @@ class QGraphicsPolygonItem;
 class GRAPHICSOBJECTS_EXPORT VickersPItem : public ShapeItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(VickersPItem)
+    // context: optional _AUTOPOINTPARAMS; its source item's measures are taken over and exactly
+    // four points build and compute the indentation at once.
+    GRAPHICSOBJECTS_ITEM(VickersPItem)
     // Context-menu commands (negative, as the measure indices are not).
     enum MenuCommand { HighPrecisionCommand = -1, StdPrecisionCommand = -2 };
     // Where the results lie in both measure arrays.
     enum Slot { DiagonalSlot1 = 0, DiagonalSlot2 = 1, LoadSlot = 2, LoadKgfSlot = 3, HardnessSlot = 9 };
     // 0.1 kgf, the usual micro-hardness load.
     static constexpr double DefaultCharge = 0.98;
-
-    // context: optional _AUTOPOINTPARAMS; its source item's measures are taken over and exactly
-    // four points build and compute the indentation at once.
-    Q_INVOKABLE VickersPItem(QGraphicsItem* parent, int id, void* context);
 
     // The copy keeps the precision mode, which the XML form does not carry.
     AbstractBaseItem* clone(int id) override;
@@ -62,13 +60,7 @@ public:
     QPointF centroid() override;
     QRectF boundingRect() const override;
 
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
-    bool drawnByClicks() const override { return true; }
-    QList<Handle> handles() const override;
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
+    GRAPHICSOBJECTS_ITEM_DRAWN_BY_CLICKS
 
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;

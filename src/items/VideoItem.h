@@ -22,10 +22,9 @@
 class GRAPHICSOBJECTS_EXPORT VideoItem : public FrameItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(VideoItem)
+    GRAPHICSOBJECTS_ITEM(VideoItem)
     enum MenuCommand { Snapshot = -1 };
 
-    Q_INVOKABLE VideoItem(QGraphicsItem* parent, int id, void* context);
     ~VideoItem() override;
 
     // The frame shown, null before the first one and once stopped.

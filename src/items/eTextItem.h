@@ -16,11 +16,10 @@ class QGraphicsRectItem;
 class GRAPHICSOBJECTS_EXPORT eTextItem : public AbstractBaseItem {
     Q_OBJECT
 public:
-    GRAPHICSOBJECTS_ITEM_TYPE(eTextItem)
+    GRAPHICSOBJECTS_ITEM(eTextItem)
     // Context menu commands.
     enum MenuCommand { EditInWindow = -1, Unlink = -2 };
 
-    Q_INVOKABLE eTextItem(QGraphicsItem* parent, int index, void* params);
     ~eTextItem() override;
 
     QString text() const;
@@ -41,16 +40,12 @@ public:
     void setFont(const QFont& font) override;
     void rotate(double angle) override;
     QPointF centroid() override;
-    QList<Handle> handles() const override;
+    GRAPHICSOBJECTS_ITEM_DRAWING
     // The corner grips turn the text; turning it is no measure edit and announces nothing.
     void handlePressed(int, const QPointF&, Qt::KeyboardModifiers) override {}
-    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) override;
     void handleReleased(int, const QPointF&, Qt::KeyboardModifiers) override {}
 
-    void mouseMove(QGraphicsSceneMouseEvent* event) override;
-    void mousePress(QGraphicsSceneMouseEvent* event) override;
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    bool endEdition() override;
 
     bool toXml(QDomElement& e) const override;
     bool fromXml(const QDomElement& e) override;
