@@ -19,9 +19,7 @@ class MeasuringItem : public TestItem {
 public:
     MeasuringItem() {
         setGUIDname(QStringLiteral("Ruler1"));
-        Calibration c;
-        c.factor = 0.5;
-        setCalibration(c);
+        setCalibration(::calibration(0.5));
     }
     void measure(int kind, double pixels) {
         setMesureIndex(kind);
