@@ -107,9 +107,7 @@ void TestTextItem::linkedTextFollowsMeasure_data() {
     QTest::addColumn<int>("kind");
     QTest::addColumn<QString>("expected");
     QTest::newRow("length with unit") << int(AbstractBaseItem::Dist1) << "Ruler1 dist1:12.50 mm";
-    QTest::newRow("diameter with unit") << int(AbstractBaseItem::Diam) << "Ruler1 diam:12.50 mm";
     QTest::newRow("angle without unit") << int(AbstractBaseItem::Ang1) << "Ruler1 ang1:12.50";
-    QTest::newRow("area without unit") << int(AbstractBaseItem::Aera) << "Ruler1 aera:12.50";
     QTest::newRow("no measure shown") << AbstractBaseItem::NoMesure << "Ruler1";
 }
 
