@@ -161,6 +161,7 @@ private slots:
         QTest::newRow("factor nan") << QByteArray("<scene factor=\"nan\"/>")
                                     << "factor=\"nan\" is not a finite number";
         QTest::newRow("factor negative") << QByteArray("<scene factor=\"-1\"/>") << "calibration factor -1";
+        QTest::newRow("factor zero") << QByteArray("<scene factor=\"0\"/>") << "calibration factor 0 is not";
         QTest::newRow("factor huge") << QByteArray("<scene factor=\"1e300\"/>")
                                      << "calibration factor 1e+300";
         QTest::newRow("decimals") << QByteArray("<scene decimals=\"13\"/>") << "decimals=\"13\"";
