@@ -1,5 +1,7 @@
 // Scene documents: round trips of items, image, calibration and links; today's gotool scenes; and
 // the documents that are refused whole or in part.
+#include "DrawingView.h"
+
 #include <GraphicsObjects/GraphicsObjects.h>
 
 #include <QBuffer>
@@ -9,17 +11,8 @@
 
 namespace {
 
-using Attributes = QMap<QString, QString>;
-
 AbstractBaseItem* addItem(AbstractScene& scene, QString className, const Attributes& attributes) {
-    AbstractBaseItem* item = XBaseItemToolCreate(className, nullptr, 0, nullptr);
-    scene.addItem(item);
-    item->setLinkScene(&scene);
-    QDomDocument dom;
-    QDomElement e = dom.createElement(QStringLiteral("item"));
-    for (auto it = attributes.begin(); it != attributes.end(); ++it)
-        e.setAttribute(it.key(), it.value());
-    item->fromXml(e);
+    AbstractBaseItem* item = loadedOn(scene, className, attributes);
     item->computeMesures(nullptr);
     return item;
 }
@@ -69,10 +62,7 @@ private slots:
     void roundTrip() {
         AbstractScene scene;
         SceneDocument document;
-        Calibration calibration;
-        calibration.unitName = QStringLiteral("µm");
-        calibration.factor = 0.25;
-        calibration.decimals = 3;
+        const Calibration calibration = ::calibration(0.25, "µm", 3);
         document.setCalibration(calibration);
         document.setImage(testPicture());
         scene.setSceneRect(0, 0, 40, 30);
@@ -171,6 +161,7 @@ private slots:
         QTest::newRow("factor nan") << QByteArray("<scene factor=\"nan\"/>")
                                     << "factor=\"nan\" is not a finite number";
         QTest::newRow("factor negative") << QByteArray("<scene factor=\"-1\"/>") << "calibration factor -1";
+        QTest::newRow("factor zero") << QByteArray("<scene factor=\"0\"/>") << "calibration factor 0 is not";
         QTest::newRow("factor huge") << QByteArray("<scene factor=\"1e300\"/>")
                                      << "calibration factor 1e+300";
         QTest::newRow("decimals") << QByteArray("<scene decimals=\"13\"/>") << "decimals=\"13\"";

@@ -15,12 +15,23 @@
 #include <QGraphicsView>
 #include <QMenu>
 #include <QPointer>
+#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <cmath>
 #include <memory>
 
 using Attributes = QMap<QString, QString>;
+
+// A calibration of `factor` units a pixel.
+inline Calibration calibration(double factor, const QString& unit = QStringLiteral("mm"), int decimals = 2) {
+    Calibration c;
+    c.factor = factor;
+    c.unitName = unit;
+    c.decimals = decimals;
+    return c;
+}
 
 // A real scene in an active offscreen view, and the mouse gestures the item tests draw with.
 struct DrawingView {
@@ -60,11 +71,8 @@ struct DrawingView {
     AbstractBaseItem* draw(const QString& className, const QPointF& from, const QPointF& to,
                            double factor = 1.0, Qt::KeyboardModifiers modifiers = {}) {
         QPointer<AbstractBaseItem> item = startTool(&scene, className);
-        if (!scene.hasCalibration()) {
-            Calibration calibration;
-            calibration.factor = factor;
-            item->setCalibration(calibration);
-        }
+        if (!scene.hasCalibration())
+            item->setCalibration(calibration(factor));
         drag(from, to, modifiers);
         return item.data();
     }
@@ -81,6 +89,27 @@ struct DrawingView {
             move(p);
             QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, at(p));
         }
+        return item.data();
+    }
+    // The gesture every class of the registry is drawn with: one drag and, for the items drawn click
+    // by click, more clicks and Return. Seed 0 draws a fixed figure, the other seeds random ones.
+    AbstractBaseItem* drawAny(const QString& className, int seed = 0) {
+        QPointer<AbstractBaseItem> item = startTool(&scene, className);
+        QRandomGenerator random{quint32(seed)};
+        const auto somewhere = [&random] {
+            return QPointF(40 + random.bounded(320.0), 40 + random.bounded(220.0));
+        };
+        const QPointF start = seed ? somewhere() : QPointF(100, 100);
+        const double angle = random.bounded(2 * M_PI), length = 30 + random.bounded(60.0);
+        drag(start,
+             seed ? start + length * QPointF(std::cos(angle), std::sin(angle)) / 2 : QPointF(160, 130));
+        QList<QPointF> clicks{{200, 160}, {150, 220}, {90, 170}, {120, 130}};
+        for (QPointF& p : clicks)
+            p = seed ? somewhere() : p;
+        for (int i = 0; i < clicks.size() && scene.itemInCreation(); ++i)
+            QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, at(clicks[i]));
+        if (scene.itemInCreation())
+            QTest::keyClick(view.viewport(), Qt::Key_Return);
         return item.data();
     }
     void dragGrip(AbstractBaseItem* item, int id, const QPointF& to) {
@@ -146,17 +175,32 @@ inline Attributes saved(const AbstractBaseItem* item) {
     return result;
 }
 
-// A factory-made item of the class, loaded from these attributes.
-inline std::unique_ptr<AbstractBaseItem> loaded(QString className, const Attributes& attributes) {
+// An item element with these attributes.
+inline QDomElement element(const Attributes& attributes) {
     QDomDocument doc;
     QDomElement e = doc.createElement(QStringLiteral("item"));
     for (auto it = attributes.begin(); it != attributes.end(); ++it)
         e.setAttribute(it.key(), it.value());
+    return e;
+}
+
+// A factory-made item of the class, loaded from these attributes.
+inline std::unique_ptr<AbstractBaseItem> loaded(QString className, const Attributes& attributes) {
     const ItemRegistry::Row* row = ItemRegistry::find(className);
     std::unique_ptr<AbstractBaseItem> item(row && row->construct ? row->construct(nullptr, 3, nullptr)
                                                                  : nullptr);
     if (item)
-        item->fromXml(e);
+        item->fromXml(element(attributes));
+    return item;
+}
+
+// The same, loaded on the scene as a host loads it (so that it sees the scene's document folder).
+inline AbstractBaseItem* loadedOn(AbstractScene& scene, const QString& className,
+                                  const Attributes& attributes) {
+    AbstractBaseItem* item = ItemRegistry::find(className)->construct(nullptr, 5, nullptr);
+    scene.addItem(item);
+    item->setLinkScene(&scene);
+    item->fromXml(element(attributes));
     return item;
 }
 

@@ -1,4 +1,5 @@
 #include "AbstractScene.h"
+#include "DxfReadBack.h"
 #include "GeometryArcs.h"
 #include "TestItem.h"
 #include "Tools2DXF.h"
@@ -15,11 +16,7 @@
 #include <QGraphicsPolygonItem>
 #include <QGraphicsRectItem>
 #include <QGraphicsSimpleTextItem>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QPainter>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -30,17 +27,6 @@
 #include <optional>
 
 namespace {
-
-// Reads a file back through ezdxf (Debian's python3-ezdxf, installed by tools/deps.sh).
-QJsonObject readBack(const QString& fileName) {
-    QProcess python;
-    python.start("/usr/bin/python3", {QStringLiteral(DXF_CHECKER), fileName});
-    if (!python.waitForFinished(60000) || python.exitCode() != 0) {
-        qWarning().noquote() << python.readAllStandardError();
-        return {};
-    }
-    return QJsonDocument::fromJson(python.readAllStandardOutput()).object();
-}
 
 QPointF point(const QJsonValue& v) {
     return QPointF(v[0].toDouble(), v[1].toDouble());
@@ -173,7 +159,7 @@ void TestDxfExport::sceneReadsBack() {
     QFile raw(fileName);
     QVERIFY(raw.open(QIODevice::ReadOnly));
     m_raw = raw.readAll();
-    m_report = readBack(fileName);
+    m_report = readBackDxf(fileName);
     QVERIFY2(!m_report.isEmpty(), "ezdxf could not read the file");
     verifyClean(m_report);
     if (QTest::currentTestFailed())
@@ -294,7 +280,7 @@ void TestDxfExport::emptyScene() {
         m_dir.filePath(QString("empty-%1.dxf").arg(QTest::currentDataTag()).replace(' ', '-'));
     QCOMPARE(tools2DXF(fileName, &scene), 0);
     QVERIFY(QFile::exists(fileName));
-    const QJsonObject report = readBack(fileName);
+    const QJsonObject report = readBackDxf(fileName);
     QVERIFY(!report.isEmpty());
     verifyClean(report);
     if (QTest::currentTestFailed())
@@ -310,7 +296,7 @@ QJsonObject TestDxfExport::exportAndRead(AbstractScene& scene, const QString& na
         qWarning().noquote() << error;
         return {};
     }
-    return readBack(m_dir.filePath(name));
+    return readBackDxf(m_dir.filePath(name));
 }
 
 // Shapes QPainter would otherwise turn into bitmaps keep their outline and get a solid fill of the

@@ -351,51 +351,46 @@ void TestDxfReader::badInput_data() {
     for (int i = 0; i < 1100; ++i)
         manyTypes += "0\nTYPE" + QByteArray::number(i) + "\n";
 
-    QTest::newRow("empty") << QByteArray() << "error: the file is empty" << 0;
-    QTest::newRow("binary DXF") << QByteArray("AutoCAD Binary DXF\r\n\x1a\0", 22) << "error: binary DXF" << 0;
-    QTest::newRow("binary junk") << junk << "error: not a DXF file" << 0;
-    QTest::newRow("line ends CR LF") << dxf(line() + line()).replace("\n", "\r\n") << "" << 2;
-    QTest::newRow("paper space") << dxf(line() + "0\nCIRCLE\n67\n1\n40\n1\n") << "1 entities of paper space"
-                                 << 1;
-    QTest::newRow("unknown entity") << dxf(line() + "0\nFOO\n10\n1\n") << "unsupported: FOO 1" << 1;
-    QTest::newRow("many unknown types") << dxf(manyTypes) << "(other types) 100" << 0;
-    QTest::newRow("truncated") << twoLines.left(twoLines.size() - 20) << "ends early" << 1;
-    QTest::newRow("no EOF") << twoLines << "ends early" << 2;
+    const auto row = [](const char* tag, QByteArray input, QString expected, int drawn) {
+        QTest::newRow(tag) << input << expected << drawn;
+    };
+    row("empty", QByteArray(), "error: the file is empty", 0);
+    row("binary DXF", QByteArray("AutoCAD Binary DXF\r\n\x1a\0", 22), "error: binary DXF", 0);
+    row("binary junk", junk, "error: not a DXF file", 0);
+    row("line ends CR LF", dxf(line() + line()).replace("\n", "\r\n"), "", 2);
+    row("paper space", dxf(line() + "0\nCIRCLE\n67\n1\n40\n1\n"), "1 entities of paper space", 1);
+    row("unknown entity", dxf(line() + "0\nFOO\n10\n1\n"), "unsupported: FOO 1", 1);
+    row("many unknown types", dxf(manyTypes), "(other types) 100", 0);
+    row("truncated", twoLines.left(twoLines.size() - 20), "ends early", 1);
+    row("no EOF", twoLines, "ends early", 2);
     // The entity that the fault interrupts is dropped with the rest.
-    QTest::newRow("odd group code") << dxf(line() + "0\nLINE\n10\n0\nabc\nx\n" + line()) << "no group code"
-                                    << 1;
-    QTest::newRow("group code too large")
-        << dxf(line() + "0\nLINE\n99999\nx\n" + line()) << "no group code" << 1;
+    row("odd group code", dxf(line() + "0\nLINE\n10\n0\nabc\nx\n" + line()), "no group code", 1);
+    row("group code too large", dxf(line() + "0\nLINE\n99999\nx\n" + line()), "no group code", 1);
     for (const char* x : {"nan", "inf", "-1e300", "1e999", "12abc", ""})
         QTest::addRow("coordinate '%s'", x) << dxf(line() + line(x)) << "refused, bad values: LINE 1" << 1;
-    QTest::newRow("bulge 1e300") << dxf("0\nLWPOLYLINE\n10\n0\n20\n0\n42\n1e300\n10\n1\n20\n0\n")
-                                 << "LWPOLYLINE 1" << 0;
-    QTest::newRow("vertex count lies")
-        << dxf("0\nLWPOLYLINE\n90\n2147483647\n10\n0\n20\n0\n10\n1\n20\n0\n") << "" << 1;
-    QTest::newRow("POLYLINE without SEQEND")
-        << dxf("0\nPOLYLINE\n66\n1\n0\nVERTEX\n10\n0\n20\n0\n0\nVERTEX\n10\n1\n20\n1\n" + line()) << "" << 2;
-    QTest::newRow("spline knots do not match")
-        << dxf("0\nSPLINE\n71\n1\n40\n0\n40\n1\n10\n0\n20\n0\n10\n1\n20\n1\n") << "SPLINE 1" << 0;
-    QTest::newRow("spline degree 99")
-        << dxf("0\nSPLINE\n71\n99\n40\n0\n40\n0\n40\n1\n40\n1\n10\n0\n20\n0\n10\n1\n20\n1\n") << "SPLINE 1"
-        << 0;
-    QTest::newRow("undefined block") << dxf(insert("NOWHERE")) << "\"NOWHERE\" is inserted but not defined"
-                                     << 0;
-    QTest::newRow("cyclic blocks") << dxf(insert("A"),
-                                          block("A", line() + insert("B")) + block("B", line() + insert("A")))
-                                   << "blocks insert themselves: A > B > A" << 2;
-    QTest::newRow("block inserting itself")
-        << dxf(insert("A"), block("A", line() + insert("a"))) << "blocks insert themselves: A > A" << 1;
-    QTest::newRow("deep nesting") << dxf(insert("B0"), chain) << "nested deeper than 16 levels" << 16;
-    QTest::newRow("huge array") << dxf(insert("A", "70\n32767\n71\n32767\n"), block("A", line()))
-                                << "more than 10000 entities" << -1;
-    QTest::newRow("negative array counts")
-        << dxf(insert("A", "70\n-5\n71\n-7\n"), block("A", line())) << "" << 1;
-    QTest::newRow("huge scale") << dxf(insert("A", "41\n1e300\n"), block("A", line())) << "INSERT 1" << 0;
-    QTest::newRow("scales multiplying past reason")
-        << dxf(insert("A", "41\n1e7\n42\n1e7\n"),
-               block("A", insert("B", "41\n1e7\n42\n1e7\n")) + block("B", line()))
-        << "refused, bad values: INSERT 1" << 0;
+    row("bulge 1e300", dxf("0\nLWPOLYLINE\n10\n0\n20\n0\n42\n1e300\n10\n1\n20\n0\n"), "LWPOLYLINE 1", 0);
+    row("vertex count lies", dxf("0\nLWPOLYLINE\n90\n2147483647\n10\n0\n20\n0\n10\n1\n20\n0\n"), "", 1);
+    row("POLYLINE without SEQEND",
+        dxf("0\nPOLYLINE\n66\n1\n0\nVERTEX\n10\n0\n20\n0\n0\nVERTEX\n10\n1\n20\n1\n" + line()), "", 2);
+    row("spline knots do not match", dxf("0\nSPLINE\n71\n1\n40\n0\n40\n1\n10\n0\n20\n0\n10\n1\n20\n1\n"),
+        "SPLINE 1", 0);
+    row("spline degree 99",
+        dxf("0\nSPLINE\n71\n99\n40\n0\n40\n0\n40\n1\n40\n1\n10\n0\n20\n0\n10\n1\n20\n1\n"), "SPLINE 1", 0);
+    row("undefined block", dxf(insert("NOWHERE")), "\"NOWHERE\" is inserted but not defined", 0);
+    row("cyclic blocks",
+        dxf(insert("A"), block("A", line() + insert("B")) + block("B", line() + insert("A"))),
+        "blocks insert themselves: A > B > A", 2);
+    row("block inserting itself", dxf(insert("A"), block("A", line() + insert("a"))),
+        "blocks insert themselves: A > A", 1);
+    row("deep nesting", dxf(insert("B0"), chain), "nested deeper than 16 levels", 16);
+    row("huge array", dxf(insert("A", "70\n32767\n71\n32767\n"), block("A", line())),
+        "more than 10000 entities", -1);
+    row("negative array counts", dxf(insert("A", "70\n-5\n71\n-7\n"), block("A", line())), "", 1);
+    row("huge scale", dxf(insert("A", "41\n1e300\n"), block("A", line())), "INSERT 1", 0);
+    row("scales multiplying past reason",
+        dxf(insert("A", "41\n1e7\n42\n1e7\n"),
+            block("A", insert("B", "41\n1e7\n42\n1e7\n")) + block("B", line())),
+        "refused, bad values: INSERT 1", 0);
 }
 
 void TestDxfReader::badInput() {

@@ -59,29 +59,27 @@ void TestLines::drawnLinesAndArrows_data() {
     QTest::addColumn<double>("factor");
     QTest::addColumn<double>("angle");
     QTest::addColumn<QString>("label"); // empty: rejected
-    const QString line = "LineItem", arrow = "ArrowItem";
+    const auto row = [](const char* tag, const char* tool, QPointF from, QPointF to, double factor,
+                        double angle, QString label) {
+        QTest::newRow(tag) << QString(tool) << from << to << factor << angle << label;
+    };
+    const char *line = "LineItem", *arrow = "ArrowItem";
     const QPointF c(200, 150);
-    QTest::newRow("rightwards, pixels")
-        << line << QPointF(50, 60) << QPointF(150, 60) << 1.0 << 0.0 << "dist1:100.00*mm";
-    QTest::newRow("3-4-5 up right, calibrated")
-        << line << QPointF(50, 100) << QPointF(80, 60) << 0.5 << 53.130102354156 << "dist1:25.00*mm";
-    QTest::newRow("straight down, calibrated")
-        << line << QPointF(200, 50) << QPointF(200, 250) << 0.5 << 270.0 << "dist1:100.00*mm";
-    QTest::newRow("leftwards") << line << QPointF(300, 100) << QPointF(240, 100) << 2.0 << 180.0
-                               << "dist1:120.00*mm";
-    QTest::newRow("line 7 px") << line << c << c + QPointF(7, 0) << 1.0 << 0.0 << "";
-    QTest::newRow("line 8 px") << line << c << c + QPointF(0, -8) << 1.0 << 90.0 << "dist1:8.00*mm";
-    QTest::newRow("line diagonal 7.07") << line << c << c + QPointF(5, 5) << 1.0 << 0.0 << "";
-    QTest::newRow("line diagonal 8.49") << line << c << c + QPointF(-6, 6) << 1.0 << 225.0 << "dist1:8.49*mm";
-    QTest::newRow("line click, never measured") << line << c << c << 1.0 << 0.0 << "";
-    QTest::newRow("arrow 7 px") << arrow << c << c + QPointF(7, 0) << 1.0 << 0.0 << "";
-    QTest::newRow("arrow diagonal 7.07") << arrow << c << c + QPointF(5, -5) << 1.0 << 0.0 << "";
-    QTest::newRow("arrow 8 px right") << arrow << c << c + QPointF(8, 0) << 1.0 << 0.0 << "+";
-    QTest::newRow("arrow diagonal 8.49") << arrow << c << c + QPointF(6, 6) << 1.0 << 315.0 << "+";
-    QTest::newRow("arrow up") << arrow << c << c + QPointF(0, -50) << 1.0 << 90.0 << "+";
-    QTest::newRow("arrow down") << arrow << c << c + QPointF(0, 50) << 1.0 << 270.0 << "+";
-    QTest::newRow("arrow left") << arrow << c << c + QPointF(-50, 0) << 1.0 << 180.0 << "+";
-    QTest::newRow("arrow down left") << arrow << c << c + QPointF(-50, 50) << 1.0 << 225.0 << "+";
+    row("rightwards, pixels", line, {50, 60}, {150, 60}, 1, 0, "dist1:100.00*mm");
+    row("3-4-5 up right, calibrated", line, {50, 100}, {80, 60}, 0.5, 53.130102354156, "dist1:25.00*mm");
+    row("straight down, calibrated", line, {200, 50}, {200, 250}, 0.5, 270, "dist1:100.00*mm");
+    row("leftwards", line, {300, 100}, {240, 100}, 2, 180, "dist1:120.00*mm");
+    row("line 7 px", line, c, c + QPointF(7, 0), 1, 0, "");
+    row("line 8 px", line, c, c + QPointF(0, -8), 1, 90, "dist1:8.00*mm");
+    row("line diagonal 7.07", line, c, c + QPointF(5, 5), 1, 0, "");
+    row("line diagonal 8.49", line, c, c + QPointF(-6, 6), 1, 225, "dist1:8.49*mm");
+    row("line click, never measured", line, c, c, 1, 0, "");
+    row("arrow 7 px", arrow, c, c + QPointF(7, 0), 1, 0, "");
+    row("arrow diagonal 7.07", arrow, c, c + QPointF(5, -5), 1, 0, "");
+    row("arrow 8 px right", arrow, c, c + QPointF(8, 0), 1, 0, "+");
+    row("arrow diagonal 8.49", arrow, c, c + QPointF(6, 6), 1, 315, "+");
+    row("arrow up", arrow, c, c + QPointF(0, -50), 1, 90, "+");
+    row("arrow down left", arrow, c, c + QPointF(-50, 50), 1, 225, "+");
 }
 
 void TestLines::drawnLinesAndArrows() {
@@ -226,23 +224,19 @@ void TestLines::lineMenuChoices_data() {
     QTest::addColumn<bool>("tail");
     QTest::addColumn<QStringList>("checked");
     QTest::addColumn<QString>("label");
-    const QString length = "dist1:50.00*mm";
-    QTest::newRow("defaults") << QStringList{} << 1 << false << false << QStringList{"Distance1", "noArrow"}
-                              << length;
-    QTest::newRow("None stores 100") << QStringList{"None"} << 100 << false << false
-                                     << QStringList{"None", "noArrow"} << "";
-    QTest::newRow("direction") << QStringList{"Ang1"} << 3 << false << false << QStringList{"Ang1", "noArrow"}
-                               << "ang1:306.87";
-    QTest::newRow("both then head") << QStringList{"ArrowBoth", "ArrowHead"} << 1 << true << false
-                                    << QStringList{"Distance1", "ArrowHead"} << length;
-    QTest::newRow("tail") << QStringList{"ArrowTail"} << 1 << false << true
-                          << QStringList{"Distance1", "ArrowTail"} << length;
-    QTest::newRow("both") << QStringList{"Ang2", "ArrowBoth"} << 4 << true << true
-                          << QStringList{"Ang2", "ArrowHead", "ArrowTail", "ArrowBoth"} << "ang2:0.00";
-    QTest::newRow("both then none") << QStringList{"ArrowBoth", "noArrow"} << 1 << false << false
-                                    << QStringList{"Distance1", "noArrow"} << length;
-    QTest::newRow("ortho") << QStringList{"Ortho on"} << 1 << false << false
-                           << QStringList{"Distance1", "noArrow"} << length;
+    const auto row = [](const char* tag, QStringList choices, int mesureIndex, bool head, bool tail,
+                        QStringList checked, QString label = "dist1:50.00*mm") {
+        QTest::newRow(tag) << choices << mesureIndex << head << tail << checked << label;
+    };
+    row("defaults", {}, 1, false, false, {"Distance1", "noArrow"});
+    row("None stores 100", {"None"}, 100, false, false, {"None", "noArrow"}, "");
+    row("direction", {"Ang1"}, 3, false, false, {"Ang1", "noArrow"}, "ang1:306.87");
+    row("both then head", {"ArrowBoth", "ArrowHead"}, 1, true, false, {"Distance1", "ArrowHead"});
+    row("tail", {"ArrowTail"}, 1, false, true, {"Distance1", "ArrowTail"});
+    row("both", {"Ang2", "ArrowBoth"}, 4, true, true, {"Ang2", "ArrowHead", "ArrowTail", "ArrowBoth"},
+        "ang2:0.00");
+    row("both then none", {"ArrowBoth", "noArrow"}, 1, false, false, {"Distance1", "noArrow"});
+    row("ortho", {"Ortho on"}, 1, false, false, {"Distance1", "noArrow"});
 }
 
 void TestLines::lineMenuChoices() {
@@ -407,9 +401,7 @@ void TestLines::rulerGraduations() {
     std::unique_ptr<AbstractBaseItem> ruler =
         loaded("RulerItem", {{"rect", "10x10 200x36"}, {"color", "#000000"}, {"style", "1"}});
     ruler->setPen(QPen(Qt::black, 0));
-    Calibration calibration;
-    calibration.factor = factor;
-    ruler->setCalibration(calibration);
+    ruler->setCalibration(calibration(factor));
     const QImage image = painted(*ruler, QSize(240, 80));
     QCOMPARE(dark(image, 10, 12), drawn);
     if (factor > 1) // ticks finer than a pixel: one per pixel along the whole ruler

@@ -32,7 +32,6 @@ void TestPoints::measuredFromTheOrigin() {
     QFETCH(QString, className);
     QFETCH(QPointF, expected);
     DrawingView v;
-    QVERIFY(v.exposed);
     AbstractBaseItem* item = v.draw(className, {130, 140}, {130, 140}, 0.5);
     QVERIFY(item);
     auto mesures = [item] { return QPointF(item->accessmesure(K::Dist1), item->accessmesure(K::Dist2)); };
@@ -51,7 +50,6 @@ void TestPoints::measuredFromTheOrigin() {
 
 void TestPoints::anchorCarriesItemsAndSetsTheOrigin() {
     DrawingView v;
-    QVERIFY(v.exposed);
     auto* anchor = qobject_cast<AnchorPointItem*>(v.draw("AnchorPointItem", {50, 50}, {50, 50}));
     AbstractBaseItem* line = v.draw("LineItem", {100, 100}, {200, 100});
     AbstractBaseItem* circle = v.draw("CircleItem", {250, 150}, {270, 150});
@@ -100,7 +98,6 @@ void TestPoints::anchorCarriesItemsAndSetsTheOrigin() {
 
 void TestPoints::crossTurnsTheOrthogonalReference() {
     DrawingView v;
-    QVERIFY(v.exposed);
     auto* cross = qobject_cast<CrossItem*>(v.draw("CrossItem", {100, 150}, {160, 150}));
     QVERIFY(cross);
     QCOMPARE(cross->accessmesure(K::Ang1), 0.0);
@@ -130,7 +127,6 @@ void TestPoints::guideMovesAcrossItsDirectionOnly() {
         QCOMPARE(growing.sceneRect(), first);
     }
     DrawingView v;
-    QVERIFY(v.exposed);
     auto* guide = qobject_cast<PositionItem*>(v.draw("CrossHItem", {130, 140}, {130, 140}));
     QVERIFY(guide);
     // Inside the scene by the pen's reach.
@@ -145,7 +141,6 @@ void TestPoints::guideMovesAcrossItsDirectionOnly() {
 
 void TestPoints::protractorByThreeClicks() {
     DrawingView v;
-    QVERIFY(v.exposed);
     AbstractBaseItem* protractor = v.click("Custom1", {{200, 100}, {100, 100}, {100, 20}});
     QVERIFY(protractor);
     QVERIFY(!v.scene.itemInCreation());

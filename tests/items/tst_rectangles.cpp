@@ -19,7 +19,7 @@ private slots:
     void secondTurnGoesOnFromTheFirst();
     void rotatedSideResizeKeepsFacingSide_data();
     void rotatedSideResizeKeepsFacingSide();
-    void measureChoiceIsRemembered();
+    void recordKeepsItsSourceMeasures();
     void transformMenu_data();
     void transformMenu();
     void snapshotsCopyTheSelection();
@@ -163,22 +163,10 @@ void TestRectangles::rotatedSideResizeKeepsFacingSide() {
     QVERIFY2(std::abs(grown - 30) < 1.0, qPrintable(QString::number(grown)));
 }
 
-void TestRectangles::measureChoiceIsRemembered() {
-    auto first = rectangle(QRectF(10, 10, 20, 30));
-    QSignalSpy changed(first.get(), &AbstractBaseItem::mesureChanged);
-    QVERIFY(choose(first.get(), "Area"));
-    QCOMPARE(first->label()->text(), QString("aera:600.00"));
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(getCommonParams("rectangle_mesureIndex", 0).toInt(), 5);
-    // The Feret rectangle shares the choice; the calibration rectangle keeps its own.
-    DrawingView v;
-    AbstractBaseItem* feret = v.draw("RectangleItemFeret", QPointF(10, 10), QPointF(30, 40));
-    QCOMPARE(feret->mesureIndex(), 5);
-    QCOMPARE(v.draw("RectCalibItem", QPointF(10, 10), QPointF(30, 40))->mesureIndex(), 10);
-    QVERIFY(choose(feret, "None"));
-    QCOMPARE(rectangle(QRectF(0, 0, 5, 5))->mesureIndex(), -1);
-    // Measures supplied by a record's source item are kept.
-    QCOMPARE(rectangle(QRectF(0, 0, 4, 4), first.get())->accessmesureP(5), 600.0);
+// Measures supplied by a record's source item are kept.
+void TestRectangles::recordKeepsItsSourceMeasures() {
+    auto source = rectangle(QRectF(10, 10, 20, 30));
+    QCOMPARE(rectangle(QRectF(0, 0, 4, 4), source.get())->accessmesureP(5), 600.0);
 }
 
 void TestRectangles::transformMenu_data() {

@@ -19,9 +19,7 @@ class MeasuringItem : public TestItem {
 public:
     MeasuringItem() {
         setGUIDname(QStringLiteral("Ruler1"));
-        Calibration c;
-        c.factor = 0.5;
-        setCalibration(c);
+        setCalibration(::calibration(0.5));
     }
     void measure(int kind, double pixels) {
         setMesureIndex(kind);
@@ -111,9 +109,7 @@ void TestTextItem::linkedTextFollowsMeasure_data() {
     QTest::addColumn<int>("kind");
     QTest::addColumn<QString>("expected");
     QTest::newRow("length with unit") << int(AbstractBaseItem::Dist1) << "Ruler1 dist1:12.50 mm";
-    QTest::newRow("diameter with unit") << int(AbstractBaseItem::Diam) << "Ruler1 diam:12.50 mm";
     QTest::newRow("angle without unit") << int(AbstractBaseItem::Ang1) << "Ruler1 ang1:12.50";
-    QTest::newRow("area without unit") << int(AbstractBaseItem::Aera) << "Ruler1 aera:12.50";
     QTest::newRow("no measure shown") << AbstractBaseItem::NoMesure << "Ruler1";
 }
 

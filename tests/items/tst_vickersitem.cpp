@@ -66,9 +66,7 @@ void TestVickersItem::workedExample() {
     QFETCH(QString, mode);
     QFETCH(double, hardness);
     auto item = fromRecord(rhombus(100, 100));
-    Calibration c;
-    c.factor = factor;
-    item->setCalibration(c);
+    item->setCalibration(calibration(factor));
     QSignalSpy changed(item.get(), &AbstractBaseItem::itemChanged);
     QSignalSpy ended(item.get(), &AbstractBaseItem::mesureChangedEND);
     QVERIFY(choose(item.get(), mode));
@@ -120,9 +118,7 @@ void TestVickersItem::handgripDragRecomputes() {
 
 void TestVickersItem::hostRecords() {
     auto source = fromRecord(rhombus(100, 100));
-    Calibration halves;
-    halves.factor = 0.5;
-    source->setCalibration(halves);
+    source->setCalibration(calibration(0.5));
     auto taken = fromRecord(rhombus(100, 100).mid(0, 3), 0, source.get());
     QVERIFY(taken->generated() && taken->mline().isEmpty());
     // Only the measures come from the source, not its calibration.

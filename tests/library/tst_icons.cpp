@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QPainter>
 #include <QPixmap>
 #include <QRegularExpression>
 #include <QTest>
@@ -37,7 +36,6 @@ private slots:
     void loads_data();
     void loads();
     void highDensityScreenGetsDoubleIcon();
-    void contactSheet();
 };
 
 // The catalogue's icons, the fallback, the rotation cursor and the text dialog's buttons.
@@ -78,40 +76,6 @@ void TestIcons::highDensityScreenGetsDoubleIcon() {
     QCOMPARE(icon.size(), QSize(64, 64));
     QCOMPARE(icon.deviceIndependentSize(), QSizeF(32, 32));
     QCOMPARE(icon.toImage(), QPixmap(":/line@2x.png").toImage());
-}
-
-// Every icon at 16 px, 32 px and from its @2x file, on a light and a dark ground, for review by eye:
-// icons_contact_sheet.png in the test's working folder.
-void TestIcons::contactSheet() {
-    const QStringList names = iconNames();
-    const int cell = 180;
-    const int rowHeight = 84;
-    const int columns = 2;
-    QImage sheet(columns * 2 * cell, (names.size() + columns - 1) / columns * rowHeight,
-                 QImage::Format_ARGB32);
-    sheet.fill(Qt::white);
-    QPainter painter(&sheet);
-    for (int i = 0; i < names.size(); ++i) {
-        const QString& name = names[i];
-        // Read as images: the @2x file must not stand in for the 1x one here.
-        QImage base(":/" + name + ".png");
-        QImage doubled(":/" + name + "@2x.png");
-        base.setDevicePixelRatio(1);
-        doubled.setDevicePixelRatio(1);
-        const int x0 = (i % columns) * 2 * cell;
-        const int y0 = (i / columns) * rowHeight;
-        for (int ground = 0; ground < 2; ++ground) {
-            const int x = x0 + ground * cell;
-            painter.fillRect(x, y0, cell, rowHeight, ground ? QColor(40, 44, 52) : QColor(Qt::white));
-            painter.drawImage(QRect(x + 4, y0 + 24, 16, 16), base);
-            painter.drawImage(QRect(x + 28, y0 + 16, 32, 32), base);
-            painter.drawImage(QPoint(x + 68, y0 + 2), doubled);
-            painter.setPen(ground ? Qt::white : Qt::black);
-            painter.drawText(QRect(x + 4, y0 + 66, cell - 8, 16), Qt::AlignLeft, name);
-        }
-    }
-    painter.end();
-    QVERIFY(sheet.save("icons_contact_sheet.png"));
 }
 
 int main(int argc, char** argv) {

@@ -1,9 +1,10 @@
 // The measures table: names, units and closed-form values per class; rows and columns that follow
 // the scene; sorting; CSV read back by Python's csv module in both separator styles; JSON.
+#include "DrawingView.h"
+
 #include <GraphicsObjects/GraphicsObjects.h>
 
 #include <QAbstractItemModelTester>
-#include <QDomDocument>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -16,22 +17,10 @@
 
 namespace {
 
-using Attributes = QMap<QString, QString>;
-
 AbstractBaseItem* addItem(AbstractScene& scene, QString className, const Attributes& attributes,
                           double factor = 1.0, const QString& unit = QStringLiteral("mm")) {
-    AbstractBaseItem* item = XBaseItemToolCreate(className, nullptr, 0, nullptr);
-    scene.addItem(item);
-    item->setLinkScene(&scene);
-    QDomDocument dom;
-    QDomElement e = dom.createElement(QStringLiteral("item"));
-    for (auto it = attributes.begin(); it != attributes.end(); ++it)
-        e.setAttribute(it.key(), it.value());
-    item->fromXml(e);
-    Calibration c;
-    c.factor = factor;
-    c.unitName = unit;
-    item->setCalibration(c);
+    AbstractBaseItem* item = loadedOn(scene, className, attributes);
+    item->setCalibration(calibration(factor, unit));
     item->computeMesures(nullptr);
     return item;
 }
@@ -86,10 +75,7 @@ private slots:
         _AUTOPOINTPARAMS record;
         record.rect = QRectF(0, 0, 10, 20);
         RectCalibItem item(nullptr, 1, &record);
-        Calibration c;
-        c.factor = 0.5;
-        c.unitName = QStringLiteral("µm");
-        item.setCalibration(c);
+        item.setCalibration(calibration(0.5, "µm"));
         QCOMPARE(texts(itemMeasures(&item)),
                  QStringList({"Width=5.000 µm", "Height=10.000 µm",
                               QStringLiteral("Diagonal=%1 µm").arg(std::sqrt(500.0) / 2, 0, 'f', 3),
@@ -136,10 +122,7 @@ private slots:
 
         // A change of calibration renames the columns with the unit.
         QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
-        Calibration c;
-        c.factor = 2;
-        c.unitName = QStringLiteral("µm");
-        scene.setCalibration(c);
+        scene.setCalibration(calibration(2, "µm"));
         QVERIFY(!changed.isEmpty());
         QCOMPARE(model.measureColumn("Length", "mm"), -1);
         QCOMPARE(

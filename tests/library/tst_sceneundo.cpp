@@ -54,16 +54,9 @@ private slots:
     void everyClassUndoesItsCreationAndDeletion() {
         QFETCH(QString, className);
         UndoView v;
-        QVERIFY(v.exposed);
         v.draw("LineItem", {20, 250}, {300, 280});
         const QByteArray empty = v.saved();
-        QPointer<AbstractBaseItem> item = startTool(&v.scene, className);
-        v.drag({100, 100}, {160, 130});
-        const QList<QPointF> clicks{{200, 160}, {150, 220}, {90, 170}, {120, 130}};
-        for (int i = 0; i < clicks.size() && v.scene.itemInCreation(); ++i)
-            QTest::mouseClick(v.view.viewport(), Qt::LeftButton, {}, v.at(clicks[i]));
-        if (v.scene.itemInCreation())
-            QTest::keyClick(v.view.viewport(), Qt::Key_Return);
+        QPointer<AbstractBaseItem> item = v.drawAny(className);
         if (!item)
             QSKIP("the class refuses this drawing");
         if (className == "RectCalibItem")
@@ -86,7 +79,6 @@ private slots:
     void gripDragIsOneStep() {
         QFETCH(QString, className);
         UndoView v;
-        QVERIFY(v.exposed);
         AbstractBaseItem* item = className == "LineItem"
                                      ? v.draw(className, {50, 50}, {200, 60})
                                      : v.click(className, {{100, 50}, {150, 100}, {100, 150}, {50, 100}});
@@ -106,7 +98,6 @@ private slots:
 
     void moveWithTheMouse() {
         UndoView v;
-        QVERIFY(v.exposed);
         AbstractBaseItem* item = v.draw("RectangleItem", {50, 50}, {150, 120});
         const QByteArray before = v.saved();
         v.drag({70, 50}, {100, 90});
@@ -117,7 +108,6 @@ private slots:
 
     void menuChoice() {
         UndoView v;
-        QVERIFY(v.exposed);
         AbstractBaseItem* line = v.draw("LineItem", {50, 50}, {200, 60});
         const QByteArray before = v.saved();
         QMenu menu;
@@ -132,7 +122,6 @@ private slots:
     // a command.
     void contextMenuThroughTheRecorder() {
         UndoView v;
-        QVERIFY(v.exposed);
         AbstractBaseItem* line = v.draw("LineItem", {50, 50}, {200, 50});
         QStringList shown;
         connect(&v.recorder, &UndoRecorder::contextMenuAboutToShow, this,
@@ -161,13 +150,9 @@ private slots:
     // Each item gets back the calibration it had, the scene's or its own.
     void calibration() {
         UndoView v;
-        QVERIFY(v.exposed);
         AbstractBaseItem* own = v.draw("LineItem", {50, 50}, {250, 50}, 0.5);
         AbstractBaseItem* other = v.draw("LineItem", {50, 90}, {250, 90}, 2.0);
-        Calibration c;
-        c.factor = 0.25;
-        c.unitName = QStringLiteral("µm");
-        v.stack.push(new CalibrationCommand(&v.scene, c));
+        v.stack.push(new CalibrationCommand(&v.scene, ::calibration(0.25, "µm")));
         QCOMPARE(own->accessmesure(AbstractBaseItem::Dist1), 50.0);
         v.stack.undo();
         QCOMPARE(own->accessmesure(AbstractBaseItem::Dist1), 100.0);
@@ -196,7 +181,6 @@ private slots:
     // followed the point follows it again.
     void deletionTakesDependants() {
         UndoView v;
-        QVERIFY(v.exposed);
         AbstractBaseItem* a = v.click("PointItem", {{50, 50}});
         AbstractBaseItem* b = v.click("PointItem", {{80, 90}});
         QString className = QStringLiteral("Distance");

@@ -161,10 +161,6 @@ void TestToolsCatalogue::iconPaths_data() {
         QTest::newRow(name) << QString(className) << QString(":/%1.png").arg(icon);
     };
     row("tool", "LineItem", "line");
-    row("anchor shares the point's", "AnchorPointItem", "point");
-    row("intersection shows the tangent line", "Intersection", "tanline");
-    row("tangent shows parallels", "Tangent", "parallel");
-    row("stamp shows the ruler", "StampItem", "qrule");
     row("listed, drawn with the pencil", "CrossHItem", "pencil");
     row("unlisted, without a name", "VickersPItem", "poly");
     row("unlisted, named itself", "FlattenItem", "arrow");
