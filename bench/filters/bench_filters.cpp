@@ -60,8 +60,10 @@ QImage seededImage() {
 // allocated once.
 using CvOp = std::function<void(const cv::Mat& src, cv::Mat& dst)>;
 
-cv::Mat lut4(const std::function<int(int)>& colour) {
-    cv::Mat lut(1, 256, CV_8UC4);
+// A table for cv::LUT that maps the colour bytes and keeps alpha, written into `lut` when it has the
+// table's size already.
+cv::Mat lut4(const std::function<int(int)>& colour, cv::Mat lut = {}) {
+    lut.create(1, 256, CV_8UC4);
     for (int i = 0; i < 256; ++i) {
         const uchar c = cv::saturate_cast<uchar>(colour(i));
         lut.at<cv::Vec4b>(i) = cv::Vec4b(c, c, c, uchar(i));
@@ -173,17 +175,20 @@ std::vector<Row> rows() {
     return {
         {"brightness +20", Family::Point, [](QImage& i) { filterBrightness(i, 20); },
          IM([](Magick::Image& im) { im.brightnessContrast(20 / 2.55, 0); }) "-brightness-contrast 7.8x0",
-         CV([](const cv::Mat& s, cv::Mat& d) { cv::LUT(s, lut4([](int v) { return v + 20; }), d); }) "LUT"},
+         CV([lut = lut4([](int v) { return v + 20; })](const cv::Mat& s, cv::Mat& d) {
+             cv::LUT(s, lut, d);
+         }) "LUT"},
         {"contrast 40", Family::Point, [](QImage& i) { filterContrast(i, 40); },
          IM([](Magick::Image& im) { im.brightnessContrast(0, 40 / 2.55); }) "-brightness-contrast 0x15.7",
-         CV([](const cv::Mat& s, cv::Mat& d) {
+         CV([lut = cv::Mat()](const cv::Mat& s, cv::Mat& d) mutable {
              const cv::Scalar m = cv::mean(s);
-             cv::LUT(s, lut4([&](int v) { return int(m[0]) + (v - int(m[0])) * 256 / 216; }), d);
+             lut = lut4([&](int v) { return int(m[0]) + (v - int(m[0])) * 256 / 216; }, lut);
+             cv::LUT(s, lut, d);
          }) "mean+LUT"},
         {"gamma 2.2", Family::Point, [](QImage& i) { filterGamma(i, 2.2); },
-         IM([](Magick::Image& im) { im.gamma(2.2); }) "-gamma 2.2", CV([](const cv::Mat& s, cv::Mat& d) {
-             cv::LUT(s, lut4([](int v) { return int(std::pow(v / 255.0, 1 / 2.2) * 255); }), d);
-         }) "LUT"},
+         IM([](Magick::Image& im) { im.gamma(2.2); }) "-gamma 2.2",
+         CV([lut = lut4([](int v) { return int(std::pow(v / 255.0, 1 / 2.2) * 255); })](
+                const cv::Mat& s, cv::Mat& d) { cv::LUT(s, lut, d); }) "LUT"},
         {"colorize 10,0,0", Family::Point, [](QImage& i) { filterColorize(i, 10, 0, 0); },
          IM([](Magick::Image& im) {
              im.brightnessContrastChannel(Magick::BlueChannel, 10 / 2.55, 0);
