@@ -1,9 +1,10 @@
 // Times every image filter on one seeded 4096 x 4096 ARGB32 image next to the nearest OpenCV and
 // ImageMagick operations and a memcpy of the same image, on one thread and on all cores. The sides
 // take turns (ours, OpenCV, ImageMagick, memcpy, then all again on all cores, round after round) so
-// that a busy machine slows them alike, and each reports the median of its rounds in ms per
-// megapixel. Every side starts from a fresh copy of the image made outside the timing; OpenCV's
-// results and temporaries are allocated by an untimed first call and reused.
+// that a busy machine slows them alike; each reports the median of its rounds in ms per megapixel,
+// and each ratio is the median of the ratios of the rounds. Every side starts from a fresh copy of
+// the image made outside the timing; OpenCV's results and temporaries are allocated by an untimed
+// first call and reused.
 // Usage: bench_filters [rounds] [name filter]
 
 #include "ImageFilters.h"
@@ -60,8 +61,10 @@ QImage seededImage() {
 // allocated once.
 using CvOp = std::function<void(const cv::Mat& src, cv::Mat& dst)>;
 
-cv::Mat lut4(const std::function<int(int)>& colour) {
-    cv::Mat lut(1, 256, CV_8UC4);
+// A table for cv::LUT that maps the colour bytes and keeps alpha, written into `lut` when it has the
+// table's size already.
+cv::Mat lut4(const std::function<int(int)>& colour, cv::Mat lut = {}) {
+    lut.create(1, 256, CV_8UC4);
     for (int i = 0; i < 256; ++i) {
         const uchar c = cv::saturate_cast<uchar>(colour(i));
         lut.at<cv::Vec4b>(i) = cv::Vec4b(c, c, c, uchar(i));
@@ -173,17 +176,20 @@ std::vector<Row> rows() {
     return {
         {"brightness +20", Family::Point, [](QImage& i) { filterBrightness(i, 20); },
          IM([](Magick::Image& im) { im.brightnessContrast(20 / 2.55, 0); }) "-brightness-contrast 7.8x0",
-         CV([](const cv::Mat& s, cv::Mat& d) { cv::LUT(s, lut4([](int v) { return v + 20; }), d); }) "LUT"},
+         CV([lut = lut4([](int v) { return v + 20; })](const cv::Mat& s, cv::Mat& d) {
+             cv::LUT(s, lut, d);
+         }) "LUT"},
         {"contrast 40", Family::Point, [](QImage& i) { filterContrast(i, 40); },
          IM([](Magick::Image& im) { im.brightnessContrast(0, 40 / 2.55); }) "-brightness-contrast 0x15.7",
-         CV([](const cv::Mat& s, cv::Mat& d) {
+         CV([lut = cv::Mat()](const cv::Mat& s, cv::Mat& d) mutable {
              const cv::Scalar m = cv::mean(s);
-             cv::LUT(s, lut4([&](int v) { return int(m[0]) + (v - int(m[0])) * 256 / 216; }), d);
+             lut = lut4([&](int v) { return int(m[0]) + (v - int(m[0])) * 256 / 216; }, lut);
+             cv::LUT(s, lut, d);
          }) "mean+LUT"},
         {"gamma 2.2", Family::Point, [](QImage& i) { filterGamma(i, 2.2); },
-         IM([](Magick::Image& im) { im.gamma(2.2); }) "-gamma 2.2", CV([](const cv::Mat& s, cv::Mat& d) {
-             cv::LUT(s, lut4([](int v) { return int(std::pow(v / 255.0, 1 / 2.2) * 255); }), d);
-         }) "LUT"},
+         IM([](Magick::Image& im) { im.gamma(2.2); }) "-gamma 2.2",
+         CV([lut = lut4([](int v) { return int(std::pow(v / 255.0, 1 / 2.2) * 255); })](
+                const cv::Mat& s, cv::Mat& d) { cv::LUT(s, lut, d); }) "LUT"},
         {"colorize 10,0,0", Family::Point, [](QImage& i) { filterColorize(i, 10, 0, 0); },
          IM([](Magick::Image& im) {
              im.brightnessContrastChannel(Magick::BlueChannel, 10 / 2.55, 0);
@@ -263,12 +269,24 @@ struct Contender {
         ms.push_back(nowMs() - t0);
     }
     // Median in ms per megapixel; NaN for a side that never ran.
-    double median() {
-        if (ms.empty())
+    double median() const { return middle(ms) / Megapixels; }
+
+    // Median over the rounds of this side's time over `other`'s in the same round: sides timed one
+    // after the other see the same load, which a ratio of the two medians would not pair up.
+    double ratio(const Contender& other) const {
+        std::vector<double> ratios;
+        for (size_t r = 0; r < std::min(ms.size(), other.ms.size()); ++r)
+            ratios.push_back(ms[r] / other.ms[r]);
+        return middle(ratios);
+    }
+
+private:
+    static double middle(std::vector<double> v) {
+        if (v.empty())
             return std::numeric_limits<double>::quiet_NaN();
-        std::sort(ms.begin(), ms.end());
-        const size_t n = ms.size();
-        return (n % 2 ? ms[n / 2] : (ms[n / 2 - 1] + ms[n / 2]) / 2) / Megapixels;
+        std::sort(v.begin(), v.end());
+        const size_t n = v.size();
+        return n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
     }
 };
 
@@ -376,13 +394,12 @@ int main(int argc, char** argv) {
                     side.time();
         std::printf("%-20s", row.name);
         for (int m = 0; m < 2; ++m) {
-            const double ours = sides[4 * m].median(), opencv = sides[4 * m + 1].median();
-            const double magick = sides[4 * m + 2].median(), floor = sides[4 * m + 3].median();
-            printFigure(ours);
-            printFigure(opencv);
-            printFigure(magick);
-            printFigure(ours / opencv);
-            printFigure(row.family == Family::Point ? ours / floor : none, " %7.1fx");
+            const Contender& ours = sides[4 * m];
+            printFigure(ours.median());
+            printFigure(sides[4 * m + 1].median());
+            printFigure(sides[4 * m + 2].median());
+            printFigure(ours.ratio(sides[4 * m + 1]));
+            printFigure(row.family == Family::Point ? ours.ratio(sides[4 * m + 3]) : none, " %7.1fx");
             std::printf(m == 0 ? " |" : "");
         }
         std::printf("  %s | %s\n", row.opencvName, row.magickName);

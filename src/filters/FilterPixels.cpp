@@ -28,19 +28,24 @@ namespace {
 // Counts of straight colours. Large images count green and blue together, with one increment in a
 // table of 65536 pairs, and red alone: two increments a pixel instead of three, the dearest part of
 // the histograms, for a table that takes longer to clear and add up than a small image to count.
+// The pairs are 16-bit counts, which halves the table the increments scatter over (it does not stay
+// in the first-level cache either way), with the rare wraps past 65535 counted aside.
 // Alternate pixels count into two banks, so that runs of equal pixels do not wait on each other's
 // increments. 32-bit counts, added into the totals before they can overflow.
 class Counts {
 public:
     explicit Counts(bool pairs)
-        : m_pairs(pairs ? 2 << 16 : 0) {}
+        : m_pairs(pairs ? 2 << 16 : 0)
+        , m_wraps(m_pairs.size()) {}
 
     void word(int bank, quint32 q) {
         if (m_pairs.empty()) {
             channels(bank, (q >> 16) & 0xff, (q >> 8) & 0xff, q & 0xff);
             return;
         }
-        ++m_pairs[size_t(bank) << 16 | (q & 0xffff)];
+        const size_t pair = size_t(bank) << 16 | (q & 0xffff);
+        if (Q_UNLIKELY(++m_pairs[pair] == 0))
+            ++m_wraps[pair];
         ++m_single[bank][Histograms::R][(q >> 16) & 0xff];
     }
     void channels(int bank, uint red, uint green, uint blue) {
@@ -55,19 +60,23 @@ public:
                     h.count[c][level] += m_single[bank][c][level];
             if (m_pairs.empty())
                 continue;
-            const quint32* pairs = m_pairs.data() + (size_t(bank) << 16);
+            const size_t first = size_t(bank) << 16;
             for (int green = 0; green < 256; ++green)
                 for (int blue = 0; blue < 256; ++blue) {
-                    h.count[Histograms::G][green] += pairs[green << 8 | blue];
-                    h.count[Histograms::B][blue] += pairs[green << 8 | blue];
+                    const size_t pair = first | size_t(green << 8 | blue);
+                    const quint64 count = m_pairs[pair] + (quint64(m_wraps[pair]) << 16);
+                    h.count[Histograms::G][green] += count;
+                    h.count[Histograms::B][blue] += count;
                 }
         }
         std::fill(m_pairs.begin(), m_pairs.end(), 0);
+        std::fill(m_wraps.begin(), m_wraps.end(), 0);
         m_single = {};
     }
 
 private:
-    std::vector<quint32> m_pairs; // [bank][green << 8 | blue]
+    std::vector<quint16> m_pairs; // [bank][green << 8 | blue]
+    std::vector<quint32> m_wraps; // how often each pair count went past 65535
     std::array<std::array<std::array<quint32, 256>, 3>, 2> m_single{};
 };
 

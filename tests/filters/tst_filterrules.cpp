@@ -202,6 +202,33 @@ private slots:
     }
     void kernelsWiderThanTheImage() { check(); }
 
+    // Histogram filters count every level of a large image: a few colours repeated over more than a
+    // million pixels (hundreds of thousands of each) give the result of a single row, repeated, on
+    // one thread as on all of them.
+    void largeCounts_data() {
+        QTest::addColumn<Filter>("filter");
+        QTest::addColumn<int>("threads");
+        for (int threads : {1, 0}) {
+            const QByteArray suffix = threads == 1 ? ", one thread" : ", all threads";
+            QTest::newRow("equalize" + suffix) << Filter(filterEqualize) << threads;
+            QTest::newRow("auto-contrast" + suffix) << Filter(filterAutoContrast) << threads;
+        }
+    }
+    void largeCounts() {
+        QFETCH(Filter, filter);
+        QFETCH(int, threads);
+        const QList<QRgb> colours{0xff2080c0, 0xff20c040, 0xffe08010, 0xff40c0c0};
+        QList<QRgb> words;
+        for (int x = 0; x < 1024; ++x)
+            words.append(colours[x * x % 7 % 4]);
+        const QImage row = columns(words);
+        setFilterThreads(threads);
+        const QImage result = applied(filter, stacked(row, 1200));
+        setFilterThreads(0);
+        const QString difference = ::difference(result, stacked(applied(filter, row), 1200));
+        QVERIFY2(difference.isEmpty(), qPrintable(difference));
+    }
+
     // A kernel too wide for any use is refused with one warning, not narrowed; so are weights too
     // large for floats.
     void refusesAbsurdKernels_data() {
@@ -209,7 +236,8 @@ private slots:
         QTest::newRow("sharpen, radius") << Filter([](QImage& i) { filterGaussianSharpen(i, 1e9f, 1); });
         QTest::newRow("sharpen, sigma") << Filter([](QImage& i) { filterGaussianSharpen(i, 0, 1e30f); });
         QTest::newRow("emboss, radius") << Filter([](QImage& i) { filterEmboss(i, 40000, 2); });
-        QTest::newRow("sharpen, tiny sigma") << Filter([](QImage& i) { filterGaussianSharpen(i, 2, 1e-30f); });
+        QTest::newRow("sharpen, tiny sigma")
+            << Filter([](QImage& i) { filterGaussianSharpen(i, 2, 1e-30f); });
     }
     void refusesAbsurdKernels() {
         QFETCH(Filter, filter);
