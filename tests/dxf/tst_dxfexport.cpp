@@ -6,7 +6,6 @@
 #include "VDxfCurvesAsSplines.h"
 
 #include <QDir>
-#include <QDomDocument>
 #include <QFile>
 #include <QFontMetricsF>
 #include <QGraphicsItem> // and every QGraphics*Item the scene adds
@@ -521,10 +520,7 @@ private slots:
             scene.addItem(culprit);
         } else {
             auto* item = new TestItem;
-            QDomDocument doc;
-            QDomElement e = doc.createElement("item");
-            e.setAttribute("guidname", owner);
-            item->fromXml(e);
+            item->setGUIDname(owner);
             culprit->setParentItem(item);
             scene.addItem(item);
         }

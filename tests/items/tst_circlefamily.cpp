@@ -193,8 +193,7 @@ private slots:
         verifyFinite(item);
     }
 
-    // A host record either defines the shape or gives no item. Records with a radius are centred at (100,
-    // 100).
+    // A host record defines the shape or gives no item; records with a radius centre on (100, 100).
     void records_data() {
         QTest::addColumn<QString>("className");
         QTest::addColumn<QList<QPointF>>("points");
