@@ -87,10 +87,7 @@ private slots:
         SceneDocument copy;
         QVERIFY2(copy.open(first, &reopened), qPrintable(copy.errorString()));
         QCOMPARE(copy.messages(), QStringList());
-        QCOMPARE(copy.version(), SceneDocument::Version);
-        QCOMPARE(copy.calibration().factor, 0.25);
-        QCOMPARE(copy.calibration().decimals, 3);
-        QCOMPARE(copy.calibration().unitName, QStringLiteral("µm"));
+        QVERIFY(copy.version() == SceneDocument::Version && copy.calibration() == calibration);
         QCOMPARE(copy.size(), QSize(40, 30));
         QCOMPARE(copy.image().convertToFormat(QImage::Format_ARGB32), testPicture());
         const QList<AbstractBaseItem*> saved = document.items();
@@ -114,9 +111,8 @@ private slots:
         AbstractScene scene;
         SceneDocument document;
         QVERIFY2(document.open(QStringLiteral(SAMPLE_SCENE), &scene), qPrintable(document.errorString()));
-        QCOMPARE(document.version(), 1);
         QCOMPARE(document.messages(), QStringList());
-        QCOMPARE(document.calibration().factor, 0.25);
+        QVERIFY(document.version() == 1 && document.calibration().factor == 0.25);
         QStringList classes;
         for (AbstractBaseItem* item : document.items())
             classes << item->getType();
@@ -149,7 +145,7 @@ private slots:
         QCOMPARE(document.linkTarget(text, SceneDocument::textLinkRole()),
                  linked ? document.items().at(0) : nullptr);
         QCOMPARE(text->getLinkName(), linked ? QStringLiteral("L1") : QString());
-        QCOMPARE(document.messages().join('\n').contains(message), true);
+        QVERIFY(document.messages().join('\n').contains(message));
     }
 
     void refused_data() {

@@ -25,16 +25,149 @@ VickersPItem* loadedVickers(const Attributes& attributes, std::unique_ptr<Abstra
 class TestVickersItem : public QObject {
     Q_OBJECT
 private slots:
-    void workedExample_data();
-    void workedExample();
-    void drawnCornersInEitherOrderMeasureAlike();
-    void handgripDragRecomputes_data();
-    void handgripDragRecomputes();
-    void hostRecords();
-    void fewerOrUnreadableCorners_data();
-    void fewerOrUnreadableCorners();
-    void metallographerQueries_data();
-    void metallographerQueries();
+    void workedExample_data() {
+        QTest::addColumn<double>("factor");
+        QTest::addColumn<QString>("mode");
+        QTest::addColumn<double>("hardness");
+        QTest::newRow("high precision") << 1.0 << "High Precision" << 18.531;
+        QTest::newRow("standard precision") << 1.0 << "Std Precision" << 18.522;
+        QTest::newRow("half a micrometre per pixel") << 0.5 << "High Precision" << 74.124;
+    }
+
+    void workedExample() {
+        QFETCH(double, factor);
+        QFETCH(QString, mode);
+        QFETCH(double, hardness);
+        auto item = fromRecord(rhombus(100, 100));
+        item->setCalibration(calibration(factor));
+        QSignalSpy changed(item.get(), &AbstractBaseItem::itemChanged);
+        QSignalSpy ended(item.get(), &AbstractBaseItem::mesureChangedEND);
+        QVERIFY(choose(item.get(), mode));
+        QCOMPARE(item->accessmesure(1), 100 * factor);
+        QCOMPARE(item->accessmesure(2), 0.98);
+        QVERIFY(qAbs(item->accessmesure(3) - 0.0999322) < 1e-7);
+        QVERIFY2(qAbs(item->accessmesure(9) - hardness) < 5e-4,
+                 qPrintable(QString::number(item->accessmesure(9))));
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.first().at(1).toString(), QString("VICKERS"));
+        QCOMPARE(*static_cast<double*>(changed.first().at(2).value<void*>()), item->accessmesure(9));
+        QCOMPARE(ended.count(), 1);
+        QCOMPARE(checkedEntries(item.get()), QStringList{mode});
+        QCOMPARE(item->label()->text(), QString("hardness:%1*HV").arg(hardness, 0, 'f', 2));
+    }
+
+    void drawnCornersInEitherOrderMeasureAlike() {
+        DrawingView v;
+        const QList<QPointF> corners = rhombus(120, 80);
+        VickersPItem* clockwise = draw(v, corners);
+        VickersPItem* anticlockwise = draw(v, {corners[3], corners[2], corners[1], corners[0]});
+        QVERIFY(clockwise && anticlockwise && anticlockwise->isSelected());
+        QCOMPARE(anticlockwise->mline(), corners);
+        QCOMPARE(anticlockwise->accessmesureP(0), 120.0);
+        QCOMPARE(anticlockwise->accessmesureP(1), 80.0);
+        QCOMPARE(anticlockwise->accessmesure(9), clockwise->accessmesure(9));
+        for (int i = 0; i < 4; ++i) // grips follow their corners through the reversal
+            QCOMPARE(anticlockwise->handgripItems().at(i)->pos(), corners[i]);
+    }
+
+    void handgripDragRecomputes_data() {
+        QTest::addColumn<QPointF>("hostPos");
+        QTest::newRow("at the origin") << QPointF(0, 0);
+        QTest::newRow("moved by the host") << QPointF(30, 20);
+    }
+
+    void handgripDragRecomputes() {
+        QFETCH(QPointF, hostPos);
+        DrawingView v;
+        VickersPItem* item = draw(v, rhombus(100, 100));
+        QVERIFY(item);
+        item->setPos(hostPos);
+        EditSpy spy(item);
+        v.dragGrip(item, 1, item->handgripItems().at(1)->scenePos() + QPointF(20, 0));
+        QCOMPARE(spy.counts(), (QList<qsizetype>{1, 1, 2})); // an end for each step, then the release
+        QCOMPARE(item->polygonItem()->polygon().at(1), QPointF(220, 150));
+        QCOMPARE(item->accessmesureP(1), 120.0);
+    }
+
+    void hostRecords() {
+        auto source = fromRecord(rhombus(100, 100));
+        source->setCalibration(calibration(0.5));
+        auto taken = fromRecord(rhombus(100, 100).mid(0, 3), 0, source.get());
+        QVERIFY(taken->generated() && taken->mline().isEmpty());
+        // Only the measures come from the source, not its calibration.
+        QCOMPARE(taken->calibration().factor, 1.0);
+        QCOMPARE(taken->accessmesure(9), source->accessmesure(9));
+
+        _AUTOPOINTPARAMS params{nullptr, {}, {}, {}, 0, 1.96, {}};
+        source->suspendComputation(true);
+        source->setSpecificparameters(QString(), &params);
+        QCOMPARE(source->charge(), 0.98);
+        source->suspendComputation(false);
+        source->setSpecificparameters(QString(), &params);
+        QVERIFY(qAbs(source->accessmesure(9) - 2 * taken->accessmesure(9)) < 1e-9);
+        // The load is saved with two decimals, and read back as saved.
+        source->setCharge(0.987);
+        QCOMPARE(saved(source.get()).value("charge"), QString("0.99"));
+        std::unique_ptr<AbstractBaseItem> holder;
+        VickersPItem* back = loadedVickers(saved(source.get()), holder);
+        QVERIFY(back->computeMesures(nullptr));
+        QCOMPARE(back->accessmesure(2), 0.99);
+        // Four corners on one spot are kept, with the infinite hardness that tells what went wrong.
+        const auto spot = fromRecord(QList<QPointF>(4, QPointF(10, 10)), 0.98);
+        QVERIFY(spot->endEdition() && std::isinf(spot->accessmesure(9)));
+    }
+
+    void fewerOrUnreadableCorners_data() {
+        QTest::addColumn<QString>("coords");
+        QTest::addColumn<int>("corners");
+        QTest::newRow("none") << "" << 0;
+        QTest::newRow("three compute nothing") << "100x50;150x100;100x150;" << 3;
+        // Every non-empty part is a corner; one that is no usable point stands at the origin.
+        QTest::newRow("unreadable parts at the origin") << "abc;;1x2x3;x;100x50;;150x100;nanxinf;" << 6;
+        QTest::newRow("five, all kept") << "100x50;150x100;100x150;50x100;0x0;" << 5;
+    }
+
+    void fewerOrUnreadableCorners() {
+        QFETCH(QString, coords);
+        QFETCH(int, corners);
+        std::unique_ptr<AbstractBaseItem> holder;
+        VickersPItem* item = loadedVickers({{"coords", coords}, {"charge", "garbage"}}, holder);
+        QCOMPARE(item->handgripItems().size(), corners);
+        QCOMPARE(item->charge(), 0.0);
+        QCOMPARE(item->computeMesures(nullptr), corners >= 4);
+        QCOMPARE(item->endEdition(), corners == 4);
+        QVERIFY(item->hardnessDesignation().isEmpty()); // no load, no hardness
+    }
+
+    void metallographerQueries_data() {
+        QTest::addColumn<double>("load");
+        QTest::addColumn<double>("d1");
+        QTest::addColumn<double>("d2");
+        QTest::addColumn<QString>("designation");
+        QTest::addColumn<QString>("warning");
+        const QString differ =
+            "Diagonals differ by 7.3 % (limit 5 %): check the indentation or the specimen's flatness";
+        QTest::newRow("0.98 N is HV 0.1") << 0.98 << 100.0 << 100.0 << "18.5 HV 0.1" << QString();
+        QTest::newRow("rounding gains a digit") << 0.98 << 136.14 << 136.14 << "10.0 HV 0.1" << QString();
+        QTest::newRow("thousands") << 294.2 << 100.0 << 100.0 << "5560 HV 30" << QString();
+        QTest::newRow("9.807 N is HV 1") << 9.807 << 1000.0 << 1000.0 << "1.85 HV 1" << QString();
+        QTest::newRow("1.471 N is HV 0.15") << 1.471 << 50.0 << 50.0 << "111 HV 0.15" << QString();
+        QTest::newRow("exactly 5 % apart") << 0.98 << 97.5 << 102.5 << "18.5 HV 0.1" << QString();
+        QTest::newRow("7.3 % apart") << 0.98 << 100.0 << 107.6 << "17.2 HV 0.1" << differ;
+    }
+
+    void metallographerQueries() {
+        QFETCH(double, load);
+        QFETCH(double, d1);
+        QFETCH(double, d2);
+        QFETCH(QString, designation);
+        QFETCH(QString, warning);
+        auto item = fromRecord(rhombus(d1, d2), load);
+        QCOMPARE(item->hardnessDesignation(), designation);
+        QString text = QStringLiteral("stale");
+        QCOMPARE(item->diagonalsDiffer(&text), !warning.isEmpty());
+        QCOMPARE(text, warning);
+    }
 
 private:
     VickersPItem* draw(DrawingView& v, const QList<QPointF>& corners);
@@ -50,150 +183,6 @@ VickersPItem* TestVickersItem::draw(DrawingView& v, const QList<QPointF>& corner
         return nullptr;
     QTest::mouseClick(v.view.viewport(), Qt::LeftButton, {}, v.at(corners[3]));
     return v.scene.itemInCreation() ? nullptr : item;
-}
-
-void TestVickersItem::workedExample_data() {
-    QTest::addColumn<double>("factor");
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<double>("hardness");
-    QTest::newRow("high precision") << 1.0 << "High Precision" << 18.531;
-    QTest::newRow("standard precision") << 1.0 << "Std Precision" << 18.522;
-    QTest::newRow("half a micrometre per pixel") << 0.5 << "High Precision" << 74.124;
-}
-
-void TestVickersItem::workedExample() {
-    QFETCH(double, factor);
-    QFETCH(QString, mode);
-    QFETCH(double, hardness);
-    auto item = fromRecord(rhombus(100, 100));
-    item->setCalibration(calibration(factor));
-    QSignalSpy changed(item.get(), &AbstractBaseItem::itemChanged);
-    QSignalSpy ended(item.get(), &AbstractBaseItem::mesureChangedEND);
-    QVERIFY(choose(item.get(), mode));
-    QCOMPARE(item->accessmesure(1), 100 * factor);
-    QCOMPARE(item->accessmesure(2), 0.98);
-    QVERIFY(qAbs(item->accessmesure(3) - 0.0999322) < 1e-7);
-    QVERIFY2(qAbs(item->accessmesure(9) - hardness) < 5e-4,
-             qPrintable(QString::number(item->accessmesure(9))));
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(changed.first().at(1).toString(), QString("VICKERS"));
-    QCOMPARE(*static_cast<double*>(changed.first().at(2).value<void*>()), item->accessmesure(9));
-    QCOMPARE(ended.count(), 1);
-    QCOMPARE(checkedEntries(item.get()), QStringList{mode});
-    QCOMPARE(item->label()->text(), QString("hardness:%1*HV").arg(hardness, 0, 'f', 2));
-}
-
-void TestVickersItem::drawnCornersInEitherOrderMeasureAlike() {
-    DrawingView v;
-    const QList<QPointF> corners = rhombus(120, 80);
-    VickersPItem* clockwise = draw(v, corners);
-    VickersPItem* anticlockwise = draw(v, {corners[3], corners[2], corners[1], corners[0]});
-    QVERIFY(clockwise && anticlockwise && anticlockwise->isSelected());
-    QCOMPARE(anticlockwise->mline(), corners);
-    QCOMPARE(anticlockwise->accessmesureP(0), 120.0);
-    QCOMPARE(anticlockwise->accessmesureP(1), 80.0);
-    QCOMPARE(anticlockwise->accessmesure(9), clockwise->accessmesure(9));
-    for (int i = 0; i < 4; ++i) // grips follow their corners through the reversal
-        QCOMPARE(anticlockwise->handgripItems().at(i)->pos(), corners[i]);
-}
-
-void TestVickersItem::handgripDragRecomputes_data() {
-    QTest::addColumn<QPointF>("hostPos");
-    QTest::newRow("at the origin") << QPointF(0, 0);
-    QTest::newRow("moved by the host") << QPointF(30, 20);
-}
-
-void TestVickersItem::handgripDragRecomputes() {
-    QFETCH(QPointF, hostPos);
-    DrawingView v;
-    VickersPItem* item = draw(v, rhombus(100, 100));
-    QVERIFY(item);
-    item->setPos(hostPos);
-    EditSpy spy(item);
-    v.dragGrip(item, 1, item->handgripItems().at(1)->scenePos() + QPointF(20, 0));
-    QCOMPARE(spy.counts(), (QList<qsizetype>{1, 1, 2})); // an end for each step, then the release
-    QCOMPARE(item->polygonItem()->polygon().at(1), QPointF(220, 150));
-    QCOMPARE(item->accessmesureP(1), 120.0);
-}
-
-void TestVickersItem::hostRecords() {
-    auto source = fromRecord(rhombus(100, 100));
-    source->setCalibration(calibration(0.5));
-    auto taken = fromRecord(rhombus(100, 100).mid(0, 3), 0, source.get());
-    QVERIFY(taken->generated() && taken->mline().isEmpty());
-    // Only the measures come from the source, not its calibration.
-    QCOMPARE(taken->calibration().factor, 1.0);
-    QCOMPARE(taken->accessmesure(9), source->accessmesure(9));
-
-    _AUTOPOINTPARAMS params{nullptr, {}, {}, {}, 0, 1.96, {}};
-    source->suspendComputation(true);
-    source->setSpecificparameters(QString(), &params);
-    QCOMPARE(source->charge(), 0.98);
-    source->suspendComputation(false);
-    source->setSpecificparameters(QString(), &params);
-    QVERIFY(qAbs(source->accessmesure(9) - 2 * taken->accessmesure(9)) < 1e-9);
-    // The load is saved with two decimals, and read back as saved.
-    source->setCharge(0.987);
-    QCOMPARE(saved(source.get()).value("charge"), QString("0.99"));
-    std::unique_ptr<AbstractBaseItem> holder;
-    VickersPItem* back = loadedVickers(saved(source.get()), holder);
-    QVERIFY(back->computeMesures(nullptr));
-    QCOMPARE(back->accessmesure(2), 0.99);
-    // Four corners on one spot are kept, with the infinite hardness that tells what went wrong.
-    const auto spot = fromRecord(QList<QPointF>(4, QPointF(10, 10)), 0.98);
-    QVERIFY(spot->endEdition() && std::isinf(spot->accessmesure(9)));
-}
-
-void TestVickersItem::fewerOrUnreadableCorners_data() {
-    QTest::addColumn<QString>("coords");
-    QTest::addColumn<int>("corners");
-    QTest::newRow("none") << "" << 0;
-    QTest::newRow("three compute nothing") << "100x50;150x100;100x150;" << 3;
-    // Every non-empty part is a corner; one that is no usable point stands at the origin.
-    QTest::newRow("unreadable parts at the origin") << "abc;;1x2x3;x;100x50;;150x100;nanxinf;" << 6;
-    QTest::newRow("five, all kept") << "100x50;150x100;100x150;50x100;0x0;" << 5;
-}
-
-void TestVickersItem::fewerOrUnreadableCorners() {
-    QFETCH(QString, coords);
-    QFETCH(int, corners);
-    std::unique_ptr<AbstractBaseItem> holder;
-    VickersPItem* item = loadedVickers({{"coords", coords}, {"charge", "garbage"}}, holder);
-    QCOMPARE(item->handgripItems().size(), corners);
-    QCOMPARE(item->charge(), 0.0);
-    QCOMPARE(item->computeMesures(nullptr), corners >= 4);
-    QCOMPARE(item->endEdition(), corners == 4);
-    QVERIFY(item->hardnessDesignation().isEmpty()); // no load, no hardness
-}
-
-void TestVickersItem::metallographerQueries_data() {
-    QTest::addColumn<double>("load");
-    QTest::addColumn<double>("d1");
-    QTest::addColumn<double>("d2");
-    QTest::addColumn<QString>("designation");
-    QTest::addColumn<QString>("warning");
-    const QString differ =
-        "Diagonals differ by 7.3 % (limit 5 %): check the indentation or the specimen's flatness";
-    QTest::newRow("0.98 N is HV 0.1") << 0.98 << 100.0 << 100.0 << "18.5 HV 0.1" << QString();
-    QTest::newRow("rounding gains a digit") << 0.98 << 136.14 << 136.14 << "10.0 HV 0.1" << QString();
-    QTest::newRow("thousands") << 294.2 << 100.0 << 100.0 << "5560 HV 30" << QString();
-    QTest::newRow("9.807 N is HV 1") << 9.807 << 1000.0 << 1000.0 << "1.85 HV 1" << QString();
-    QTest::newRow("1.471 N is HV 0.15") << 1.471 << 50.0 << 50.0 << "111 HV 0.15" << QString();
-    QTest::newRow("exactly 5 % apart") << 0.98 << 97.5 << 102.5 << "18.5 HV 0.1" << QString();
-    QTest::newRow("7.3 % apart") << 0.98 << 100.0 << 107.6 << "17.2 HV 0.1" << differ;
-}
-
-void TestVickersItem::metallographerQueries() {
-    QFETCH(double, load);
-    QFETCH(double, d1);
-    QFETCH(double, d2);
-    QFETCH(QString, designation);
-    QFETCH(QString, warning);
-    auto item = fromRecord(rhombus(d1, d2), load);
-    QCOMPARE(item->hardnessDesignation(), designation);
-    QString text = QStringLiteral("stale");
-    QCOMPARE(item->diagonalsDiffer(&text), !warning.isEmpty());
-    QCOMPARE(text, warning);
 }
 
 QTEST_MAIN(TestVickersItem)

@@ -4,17 +4,6 @@
 #include <QDomDocument>
 #include <QTest>
 
-class TestCommonParams : public QObject {
-    Q_OBJECT
-private slots:
-    void init() { setCommonParams(QMap<QString, QVariant>()); }
-    void freshTableWritesDefaults();
-    void fromCommonParams_data();
-    void fromCommonParams();
-    void saveLoadSaveIsIdentical();
-    void tableReplacedAsAWhole();
-};
-
 namespace {
 QMap<QString, QString> saved() {
     QDomDocument doc;
@@ -27,63 +16,68 @@ QMap<QString, QString> saved() {
 }
 } // namespace
 
-// Writing reads the table without filling it.
-void TestCommonParams::freshTableWritesDefaults() {
-    QCOMPARE(saved().size(), 8);
-    QVERIFY(getCommonParamsRef()->isEmpty());
-}
+class TestCommonParams : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { setCommonParams(QMap<QString, QVariant>()); }
+    // Writing reads the table without filling it.
+    void freshTableWritesDefaults() {
+        QCOMPARE(saved().size(), 8);
+        QVERIFY(getCommonParamsRef()->isEmpty());
+    }
 
-void TestCommonParams::fromCommonParams_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("number") << "3" << 3;
-    QTest::newRow("missing is 0, not the default") << QString() << 0;
-    QTest::newRow("trailing garbage") << "3x" << 0;
-    QTest::newRow("hexadecimal is not base 10") << "0x10" << 0;
-    QTest::newRow("negative") << "-1" << -1;
-    QTest::newRow("too large") << "99999999999" << 0;
-}
+    void fromCommonParams_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("number") << "3" << 3;
+        QTest::newRow("missing is 0, not the default") << QString() << 0;
+        QTest::newRow("trailing garbage") << "3x" << 0;
+        QTest::newRow("hexadecimal is not base 10") << "0x10" << 0;
+        QTest::newRow("negative") << "-1" << -1;
+        QTest::newRow("too large") << "99999999999" << 0;
+    }
 
-void TestCommonParams::fromCommonParams() {
-    QFETCH(QString, text);
-    QFETCH(int, expected);
-    QDomDocument doc;
-    QDomElement e = doc.createElement("p");
-    if (!text.isNull())
-        e.setAttribute("line_arrowFactor", text);
-    ::fromCommonParams(e);
-    QCOMPARE(getCommonParams("line_arrowFactor", 2).toInt(), expected);
-    QCOMPARE(getCommonParams("circle_mesureIndex", 5).toInt(), 0);
-    QCOMPARE(getCommonParamsRef()->size(), 8);
-}
+    void fromCommonParams() {
+        QFETCH(QString, text);
+        QFETCH(int, expected);
+        QDomDocument doc;
+        QDomElement e = doc.createElement("p");
+        if (!text.isNull())
+            e.setAttribute("line_arrowFactor", text);
+        ::fromCommonParams(e);
+        QCOMPARE(getCommonParams("line_arrowFactor", 2).toInt(), expected);
+        QCOMPARE(getCommonParams("circle_mesureIndex", 5).toInt(), 0);
+        QCOMPARE(getCommonParamsRef()->size(), 8);
+    }
 
-void TestCommonParams::saveLoadSaveIsIdentical() {
-    QVariant v = 9;
-    AbstractBaseItem::setCommonParams("rectangle_mesureIndex", v);
-    QDomDocument doc;
-    QDomElement a = doc.createElement("a");
-    toCommonParams(a);
-    setCommonParams(QMap<QString, QVariant>());
-    ::fromCommonParams(a);
-    const QMap<QString, QString> again = saved();
-    QCOMPARE(again.value("rectangle_mesureIndex"), QString("9"));
-    QCOMPARE(again.size(), 8);
-    for (auto it = again.cbegin(); it != again.cend(); ++it)
-        QCOMPARE(a.attribute(it.key()), it.value());
-}
+    void saveLoadSaveIsIdentical() {
+        QVariant v = 9;
+        AbstractBaseItem::setCommonParams("rectangle_mesureIndex", v);
+        QDomDocument doc;
+        QDomElement a = doc.createElement("a");
+        toCommonParams(a);
+        setCommonParams(QMap<QString, QVariant>());
+        ::fromCommonParams(a);
+        const QMap<QString, QString> again = saved();
+        QCOMPARE(again.value("rectangle_mesureIndex"), QString("9"));
+        QCOMPARE(again.size(), 8);
+        for (auto it = again.cbegin(); it != again.cend(); ++it)
+            QCOMPARE(a.attribute(it.key()), it.value());
+    }
 
-// Old keys are forgotten, unsaved keys stay unsaved, and a stored null is returned as it is.
-void TestCommonParams::tableReplacedAsAWhole() {
-    QVariant v = 4;
-    setCommonParams("line_mesureIndex", v);
-    setCommonParams(QMap<QString, QVariant>{{"arc_mesureIndex", 2}, {"circle_mesureIndex", QVariant()}});
-    QCOMPARE(getCommonParams("line_mesureIndex", 1).toInt(), 1);
-    QCOMPARE(AbstractBaseItem::getCommonParams("arc_mesureIndex", 0).toInt(), 2);
-    QVERIFY(!getCommonParams("circle_mesureIndex", 5).isValid());
-    const QMap<QString, QString> out = saved();
-    QVERIFY(!out.contains("arc_mesureIndex"));
-    QCOMPARE(out.value("circle_mesureIndex"), QString("0"));
-}
+    // Old keys are forgotten, unsaved keys stay unsaved, and a stored null is returned as it is.
+    void tableReplacedAsAWhole() {
+        QVariant v = 4;
+        setCommonParams("line_mesureIndex", v);
+        setCommonParams(QMap<QString, QVariant>{{"arc_mesureIndex", 2}, {"circle_mesureIndex", QVariant()}});
+        QCOMPARE(getCommonParams("line_mesureIndex", 1).toInt(), 1);
+        QCOMPARE(AbstractBaseItem::getCommonParams("arc_mesureIndex", 0).toInt(), 2);
+        QVERIFY(!getCommonParams("circle_mesureIndex", 5).isValid());
+        const QMap<QString, QString> out = saved();
+        QVERIFY(!out.contains("arc_mesureIndex"));
+        QCOMPARE(out.value("circle_mesureIndex"), QString("0"));
+    }
+};
 
 QTEST_MAIN(TestCommonParams)
 #include "tst_commonparams.moc"

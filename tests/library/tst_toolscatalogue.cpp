@@ -83,155 +83,144 @@ class TestToolsCatalogue : public QObject {
     Q_OBJECT
 private slots:
     // Runs first: nothing has called InitToolsNames yet.
-    void beforeInitialisation();
-    void withoutTranslator();
-    void secondLanguageKeepsFirstResolvable();
-    void sharedDisplayedNameGoesToLaterClass();
-    void iconPaths_data();
-    void iconPaths();
-    void tablesCoverTheCatalogueOnce();
-    void refusals_data();
-    void refusals();
-    void onlyItsOwnFactoryBuildsAClass_data();
-    void onlyItsOwnFactoryBuildsAClass();
+    void beforeInitialisation() {
+        QVERIFY(getTools_NamesRef()->isEmpty());
+        QVERIFY(getTools_NamesInvRef()->isEmpty());
+        QCOMPARE(toolsAvailableNoTr(), tools);
+        QCOMPARE(mesuresAvailableNoTr(), mesures);
+        QCOMPARE(annotationsAvailableNoTr(), annotations);
+        QCOMPARE(toolsAvailable(), QStringList(13, QString()));
+        QCOMPARE(mesuresAvailable(), QStringList(6, QString()));
+        QCOMPARE(annotationsAvailable(), QStringList(12, QString()));
+        NamesTranslator::prefixing("de:").whileInstalled([] {
+            QCOMPARE(getIconPathFor("Angle"), QString(":/angle.png"));
+            QCOMPARE(getIconPathFor("de:Angle"), QString(":/pencil.png"));
+            QVERIFY(!make(XBaseItemToolCreate, "de:LineItem"));
+            QVERIFY(!make(XBaseItemMesureCreate, "de:Distance"));
+        });
+    }
+
+    void withoutTranslator() {
+        InitToolsNames();
+        const QMap<QString, QString>& names = *getTools_NamesRef();
+        QCOMPARE(names.size(), 37);
+        for (const QString& className : all()) {
+            const bool named = !withoutName.contains(className);
+            QCOMPARE(names.value(className), named ? className : QString());
+        }
+        QCOMPARE(*getTools_NamesInvRef(), names);
+        QCOMPARE(toolsAvailable(), tools);
+        QCOMPARE(mesuresAvailable(), mesures);
+        QCOMPARE(annotationsAvailable(), annotations);
+    }
+
+    void secondLanguageKeepsFirstResolvable() {
+        NamesTranslator::prefixing("de:").whileInstalled(InitToolsNames);
+        NamesTranslator::prefixing("fr:").whileInstalled(InitToolsNames);
+
+        const QMap<QString, QString>& names = *getTools_NamesRef();
+        QCOMPARE(names.size(), 37);
+        QCOMPARE(names.value("LineItem"), QString("fr:LineItem"));
+        QCOMPARE(names.value("FlattenItem"), QString("FlattenItem"));
+        for (const QString& displayed : names)
+            QVERIFY2(!displayed.startsWith("de:"), qPrintable(displayed));
+        const QMap<QString, QString>& inverse = *getTools_NamesInvRef();
+        for (const QString& className : translated()) {
+            QCOMPARE(inverse.value("de:" + className), className);
+            QCOMPARE(inverse.value("fr:" + className), className);
+        }
+        QCOMPARE(toolsAvailable().first(), QString("fr:LineItem"));
+        QCOMPARE(annotationsAvailable().last(), QString("fr:CircleNote"));
+        QCOMPARE(getIconPathFor("de:Angle"), QString(":/angle.png"));
+    }
+
+    void sharedDisplayedNameGoesToLaterClass() {
+        NamesTranslator({{"Angle", "Measure"}, {"Distance", "Measure"}}).whileInstalled(InitToolsNames);
+        QCOMPARE(getTools_NamesInvRef()->value("Measure"), QString("Distance"));
+        QCOMPARE(getIconPathFor("Measure"), QString(":/distance.png"));
+        InitToolsNames();
+    }
+
+    void iconPaths_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("icon");
+        const auto row = [](const char* name, const char* className, const char* icon) {
+            QTest::newRow(name) << QString(className) << QString(":/%1.png").arg(icon);
+        };
+        row("tool", "LineItem", "line");
+        row("listed, drawn with the pencil", "CrossHItem", "pencil");
+        row("unlisted, without a name", "VickersPItem", "poly");
+        row("unlisted, named itself", "FlattenItem", "arrow");
+        row("empty name", "", "pencil");
+        row("class name in other case", "lineitem", "pencil");
+        row("unknown", "Protractor", "pencil");
+    }
+
+    void iconPaths() {
+        QFETCH(QString, name);
+        QFETCH(QString, icon);
+        QCOMPARE(getIconPathFor(name), icon);
+        QCOMPARE(getIconFor(name).toImage(), QPixmap(icon).toImage());
+    }
+
+    void tablesCoverTheCatalogueOnce() {
+        const QStringList toolNames = toolFactoryClassNames();
+        QCOMPARE(toolNames.first(), QString("PointItem"));
+        QCOMPARE(toolNames.last(), QString("FlattenItem"));
+        QCOMPARE(mesureFactoryClassNames(), mesures);
+        const QStringList built = toolNames + mesureFactoryClassNames(), expected = all();
+        QCOMPARE(built.size(), expected.size());
+        QCOMPARE(QSet<QString>(built.cbegin(), built.cend()),
+                 QSet<QString>(expected.cbegin(), expected.cend()));
+    }
+
+    void refusals_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("toolFactory");
+        // A class given to the other factory: onlyItsOwnFactoryBuildsAClass.
+        QTest::newRow("class name in other case") << "pointitem" << true;
+        QTest::newRow("unknown") << "HexagonItem" << true;
+        QTest::newRow("empty") << "" << false;
+        QTest::newRow("surrounding blanks") << " LineItem " << true;
+    }
+
+    void refusals() {
+        QFETCH(QString, name);
+        QFETCH(bool, toolFactory);
+        InitToolsNames();
+        QVERIFY(!make(toolFactory ? XBaseItemToolCreate : XBaseItemMesureCreate, name));
+    }
+
+    void onlyItsOwnFactoryBuildsAClass_data() {
+        QTest::addColumn<QString>("className");
+        for (const QString& name : all())
+            QTest::newRow(qPrintable(name)) << name;
+    }
+
+    // By class name and, where the class has one, by displayed name.
+    void onlyItsOwnFactoryBuildsAClass() {
+        QFETCH(QString, className);
+        NamesTranslator({{className, "de:" + className}}).whileInstalled(InitToolsNames);
+        const bool measure = mesures.contains(className);
+        const bool built = factoryBuilds(className);
+        QGraphicsRectItem parent;
+        const auto tool = make(XBaseItemToolCreate, className, &parent);
+        const auto mesure = make(XBaseItemMesureCreate, className, &parent);
+        QCOMPARE(bool(tool), built && !measure);
+        QCOMPARE(bool(mesure), built && measure);
+        if (const auto& item = tool ? tool : mesure) {
+            QCOMPARE(classOf(item), className);
+            QCOMPARE(item->parentItem(), &parent);
+        }
+        const QString displayed = getTools_NamesRef()->value(className);
+        if (displayed.isEmpty())
+            return;
+        const auto byDisplayed = make(measure ? XBaseItemMesureCreate : XBaseItemToolCreate, displayed);
+        QCOMPARE(bool(byDisplayed), built);
+        if (byDisplayed)
+            QCOMPARE(classOf(byDisplayed), className);
+    }
 };
-
-void TestToolsCatalogue::beforeInitialisation() {
-    QVERIFY(getTools_NamesRef()->isEmpty());
-    QVERIFY(getTools_NamesInvRef()->isEmpty());
-    QCOMPARE(toolsAvailableNoTr(), tools);
-    QCOMPARE(mesuresAvailableNoTr(), mesures);
-    QCOMPARE(annotationsAvailableNoTr(), annotations);
-    QCOMPARE(toolsAvailable(), QStringList(13, QString()));
-    QCOMPARE(mesuresAvailable(), QStringList(6, QString()));
-    QCOMPARE(annotationsAvailable(), QStringList(12, QString()));
-    NamesTranslator::prefixing("de:").whileInstalled([] {
-        QCOMPARE(getIconPathFor("Angle"), QString(":/angle.png"));
-        QCOMPARE(getIconPathFor("de:Angle"), QString(":/pencil.png"));
-        QVERIFY(!make(XBaseItemToolCreate, "de:LineItem"));
-        QVERIFY(!make(XBaseItemMesureCreate, "de:Distance"));
-    });
-}
-
-void TestToolsCatalogue::withoutTranslator() {
-    InitToolsNames();
-    const QMap<QString, QString>& names = *getTools_NamesRef();
-    QCOMPARE(names.size(), 37);
-    for (const QString& className : all()) {
-        const bool named = !withoutName.contains(className);
-        QCOMPARE(names.value(className), named ? className : QString());
-    }
-    QCOMPARE(*getTools_NamesInvRef(), names);
-    QCOMPARE(toolsAvailable(), tools);
-    QCOMPARE(mesuresAvailable(), mesures);
-    QCOMPARE(annotationsAvailable(), annotations);
-}
-
-void TestToolsCatalogue::secondLanguageKeepsFirstResolvable() {
-    NamesTranslator::prefixing("de:").whileInstalled(InitToolsNames);
-    NamesTranslator::prefixing("fr:").whileInstalled(InitToolsNames);
-
-    const QMap<QString, QString>& names = *getTools_NamesRef();
-    QCOMPARE(names.size(), 37);
-    QCOMPARE(names.value("LineItem"), QString("fr:LineItem"));
-    QCOMPARE(names.value("FlattenItem"), QString("FlattenItem"));
-    for (const QString& displayed : names)
-        QVERIFY2(!displayed.startsWith("de:"), qPrintable(displayed));
-    const QMap<QString, QString>& inverse = *getTools_NamesInvRef();
-    for (const QString& className : translated()) {
-        QCOMPARE(inverse.value("de:" + className), className);
-        QCOMPARE(inverse.value("fr:" + className), className);
-    }
-    QCOMPARE(toolsAvailable().first(), QString("fr:LineItem"));
-    QCOMPARE(annotationsAvailable().last(), QString("fr:CircleNote"));
-    QCOMPARE(getIconPathFor("de:Angle"), QString(":/angle.png"));
-}
-
-void TestToolsCatalogue::sharedDisplayedNameGoesToLaterClass() {
-    NamesTranslator({{"Angle", "Measure"}, {"Distance", "Measure"}}).whileInstalled(InitToolsNames);
-    QCOMPARE(getTools_NamesInvRef()->value("Measure"), QString("Distance"));
-    QCOMPARE(getIconPathFor("Measure"), QString(":/distance.png"));
-    InitToolsNames();
-}
-
-void TestToolsCatalogue::iconPaths_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("icon");
-    const auto row = [](const char* name, const char* className, const char* icon) {
-        QTest::newRow(name) << QString(className) << QString(":/%1.png").arg(icon);
-    };
-    row("tool", "LineItem", "line");
-    row("listed, drawn with the pencil", "CrossHItem", "pencil");
-    row("unlisted, without a name", "VickersPItem", "poly");
-    row("unlisted, named itself", "FlattenItem", "arrow");
-    row("empty name", "", "pencil");
-    row("class name in other case", "lineitem", "pencil");
-    row("unknown", "Protractor", "pencil");
-}
-
-void TestToolsCatalogue::iconPaths() {
-    QFETCH(QString, name);
-    QFETCH(QString, icon);
-    QCOMPARE(getIconPathFor(name), icon);
-    QCOMPARE(getIconFor(name).toImage(), QPixmap(icon).toImage());
-}
-
-void TestToolsCatalogue::tablesCoverTheCatalogueOnce() {
-    const QStringList toolNames = toolFactoryClassNames();
-    QCOMPARE(toolNames.first(), QString("PointItem"));
-    QCOMPARE(toolNames.last(), QString("FlattenItem"));
-    QCOMPARE(mesureFactoryClassNames(), mesures);
-    const QStringList built = toolNames + mesureFactoryClassNames(), expected = all();
-    QCOMPARE(built.size(), expected.size());
-    QCOMPARE(QSet<QString>(built.cbegin(), built.cend()), QSet<QString>(expected.cbegin(), expected.cend()));
-}
-
-void TestToolsCatalogue::refusals_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("toolFactory");
-    // A class given to the other factory: onlyItsOwnFactoryBuildsAClass.
-    QTest::newRow("class name in other case") << "pointitem" << true;
-    QTest::newRow("unknown") << "HexagonItem" << true;
-    QTest::newRow("empty") << "" << false;
-    QTest::newRow("surrounding blanks") << " LineItem " << true;
-}
-
-void TestToolsCatalogue::refusals() {
-    QFETCH(QString, name);
-    QFETCH(bool, toolFactory);
-    InitToolsNames();
-    QVERIFY(!make(toolFactory ? XBaseItemToolCreate : XBaseItemMesureCreate, name));
-}
-
-void TestToolsCatalogue::onlyItsOwnFactoryBuildsAClass_data() {
-    QTest::addColumn<QString>("className");
-    for (const QString& name : all())
-        QTest::newRow(qPrintable(name)) << name;
-}
-
-// By class name and, where the class has one, by displayed name.
-void TestToolsCatalogue::onlyItsOwnFactoryBuildsAClass() {
-    QFETCH(QString, className);
-    NamesTranslator({{className, "de:" + className}}).whileInstalled(InitToolsNames);
-    const bool measure = mesures.contains(className);
-    const bool built = factoryBuilds(className);
-    QGraphicsRectItem parent;
-    const auto tool = make(XBaseItemToolCreate, className, &parent);
-    const auto mesure = make(XBaseItemMesureCreate, className, &parent);
-    QCOMPARE(bool(tool), built && !measure);
-    QCOMPARE(bool(mesure), built && measure);
-    if (const auto& item = tool ? tool : mesure) {
-        QCOMPARE(classOf(item), className);
-        QCOMPARE(item->parentItem(), &parent);
-    }
-    const QString displayed = getTools_NamesRef()->value(className);
-    if (displayed.isEmpty())
-        return;
-    const auto byDisplayed = make(measure ? XBaseItemMesureCreate : XBaseItemToolCreate, displayed);
-    QCOMPARE(bool(byDisplayed), built);
-    if (byDisplayed)
-        QCOMPARE(classOf(byDisplayed), className);
-}
 
 QTEST_MAIN(TestToolsCatalogue)
 #include "tst_toolscatalogue.moc"
