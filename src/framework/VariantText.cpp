@@ -1,5 +1,7 @@
 #include "VariantText.h"
 
+#include "XmlRead.h"
+
 #include <QColor>
 #include <QFont>
 #include <QImage>
@@ -31,7 +33,7 @@ QString rectText(const QRectF& r) {
 // A coordinate that does not read as a finite number reads as 0: scenes cannot hold the others.
 double coordinate(const QString& text) {
     bool ok = false;
-    const double v = text.toDouble(&ok);
+    const double v = parseDouble(text, &ok);
     return ok && std::isfinite(v) ? v : 0.0;
 }
 

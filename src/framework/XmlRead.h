@@ -5,6 +5,7 @@
 #include <QPointF>
 #include <QRectF>
 #include <QString>
+#include <QStringView>
 
 class QDomElement;
 
@@ -18,5 +19,8 @@ GRAPHICSOBJECTS_EXPORT QRectF readRect(const QDomElement& e, const QString& key)
 // An item reference (see AbstractBaseItem::uid): up to 64 letters, digits, '-', '_', '.', '{' or
 // '}'; anything else reads as empty.
 GRAPHICSOBJECTS_EXPORT QString readUid(const QDomElement& e, const QString& key);
+// The value and verdict of QString::toDouble, reached without its locale machinery for the plain
+// decimals documents are made of ("-12.5", "3e-05"); anything else goes through QString::toDouble.
+GRAPHICSOBJECTS_EXPORT double parseDouble(QStringView text, bool* ok = nullptr);
 // Whether v is a number a scene can hold.
 GRAPHICSOBJECTS_EXPORT bool isSceneNumber(double v);

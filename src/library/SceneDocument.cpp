@@ -119,15 +119,17 @@ AbstractBaseItem* createItem(QString className) {
 
 void writeElement(QXmlStreamWriter& w, const QDomElement& e, const QStringList& skipped) {
     const QDomNamedNodeMap attributes = e.attributes();
-    QStringList names;
-    for (int i = 0; i < attributes.count(); ++i)
-        names << attributes.item(i).nodeName();
-    // Sorted, so that saving the same scene twice gives the same file.
-    std::sort(names.begin(), names.end());
-    for (const QString& name : std::as_const(names)) {
-        if (!skipped.contains(name))
-            w.writeAttribute(name, e.attribute(name));
+    QList<std::pair<QString, QString>> named;
+    named.reserve(attributes.count());
+    for (int i = 0; i < attributes.count(); ++i) {
+        const QDomNode attribute = attributes.item(i);
+        if (!skipped.contains(attribute.nodeName()))
+            named.append({attribute.nodeName(), attribute.nodeValue()});
     }
+    // Sorted, so that saving the same scene twice gives the same file.
+    std::sort(named.begin(), named.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (const auto& [name, value] : std::as_const(named))
+        w.writeAttribute(name, value);
     for (QDomNode n = e.firstChild(); !n.isNull(); n = n.nextSibling()) {
         if (n.isElement()) {
             w.writeStartElement(n.nodeName());

@@ -183,7 +183,7 @@ private slots:
         QTest::newRow("version") << QByteArray("<scene version=\"two\"/>") << "version=\"two\"";
         QTest::newRow("depth") << "<scene>" + QByteArray("<a>").repeated(64) << "nested deeper than 64";
         QTest::newRow("items") << "<scene>" + QByteArray("<item/>").repeated(SceneDocument::MaxItems + 1)
-                               << "more than 20000 items";
+                               << QStringLiteral("more than %1 items").arg(SceneDocument::MaxItems);
         QTest::newRow("damaged") << QByteArray("<scene><item class=\"LineItem\"></scene>") << "damaged";
     }
     void refused() {
