@@ -107,7 +107,8 @@ void AbstractBaseItem::setPen(const QPen& pen) {
 
 void AbstractBaseItem::setFont(const QFont& font) {
     m_font = font;
-    m_label->setFont(font);
+    if (m_label->font() != font)
+        m_label->setFont(font);
     m_label->setTextColor(m_pen.color());
 }
 

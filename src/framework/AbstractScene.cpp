@@ -2,6 +2,7 @@
 
 #include "AbstractBaseItem.h"
 
+#include <QCoreApplication>
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsView>
 #include <QKeyEvent>
@@ -15,6 +16,13 @@ AbstractScene::AbstractScene(QObject* parent)
 
 AbstractScene::AbstractScene(const QRectF& sceneRect, QObject* parent)
     : QGraphicsScene(sceneRect, parent) {}
+
+// Qt lists the items added since the event loop last ran until it polishes them, and looks each
+// deleted item up in that list: a scene filled and deleted with no event loop between (a command
+// line tool, a loaded document closed at once) would go in quadratic time. The polish runs first.
+AbstractScene::~AbstractScene() {
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+}
 
 void AbstractScene::setZoomFactors(double horizontal, double vertical) {
     if (m_zoomX == horizontal && m_zoomY == vertical)

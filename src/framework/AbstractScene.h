@@ -16,6 +16,7 @@ class GRAPHICSOBJECTS_EXPORT AbstractScene : public QGraphicsScene {
 public:
     explicit AbstractScene(QObject* parent = nullptr);
     explicit AbstractScene(const QRectF& sceneRect, QObject* parent = nullptr);
+    ~AbstractScene() override;
 
     // The zoom of the view showing the scene, which the host passes on: labels keep their size on
     // screen through it.

@@ -18,8 +18,11 @@ void AbstractBaseItem::setupCentroidHandgrip() {
     }
     if (!m_label)
         m_label = new SimpleTextItem(this);
-    m_label->setParentItem(m_handgripCentroid);
-    m_label->setFont(m_font);
+    // Called on every measure: a label laid out again for nothing costs more than the measure.
+    if (m_label->parentItem() != m_handgripCentroid)
+        m_label->setParentItem(m_handgripCentroid);
+    if (m_label->font() != m_font)
+        m_label->setFont(m_font);
 }
 
 void AbstractBaseItem::placeCentroidHandgrip() {
@@ -34,7 +37,8 @@ void AbstractBaseItem::fitCentroidGripToZoom() {
     const double zx = host ? host->horizontalZoom() : 1.0;
     const double zy = host ? (host->verticalZoomInForce() ? host->verticalZoom() : zx) : 1.0;
     const QTransform t = sceneTransform();
-    const QTransform toDevice = QTransform(t.m11(), t.m12(), t.m21(), t.m22(), 0, 0) * QTransform::fromScale(zx, zy);
+    const QTransform toDevice =
+        QTransform(t.m11(), t.m12(), t.m21(), t.m22(), 0, 0) * QTransform::fromScale(zx, zy);
     if (!toDevice.isInvertible())
         return;
     const QTransform fit = toDevice.inverted();

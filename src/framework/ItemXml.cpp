@@ -14,19 +14,31 @@ int intAttribute(const QDomElement& e, const QString& key) {
     return e.attribute(key).toInt(nullptr, 10);
 }
 
-QString mesureKey(const char* pattern, int i) {
-    return QString::asprintf(pattern, i);
+constexpr int MesureSlots = 12;
+
+// The attribute names of the measures, made once: "mesure0".."mesure11", then "mesureP0"..
+const QString& mesureKey(bool pixel, int i) {
+    static const QList<QString> keys = [] {
+        QList<QString> names;
+        for (const char* pattern : {"mesure%1", "mesureP%1"})
+            for (int k = 0; k < MesureSlots; ++k)
+                names << QString::fromLatin1(pattern).arg(k);
+        return names;
+    }();
+    return keys[(pixel ? MesureSlots : 0) + i];
 }
 
 // A round-capped, round-joined pen, shared by the items loaded with the same colour, width and style.
 QPen sharedPen(const QColor& color, int width, Qt::PenStyle style) {
     static QHash<QString, QPen> pens;
-    const QString key = QStringLiteral("%1 %2 %3").arg(color.name(QColor::HexArgb)).arg(width).arg(int(style));
+    const QString key =
+        QStringLiteral("%1 %2 %3").arg(color.name(QColor::HexArgb)).arg(width).arg(int(style));
     auto it = pens.find(key);
     if (it == pens.end()) {
         if (pens.size() > 256)
             pens.clear();
-        it = pens.insert(key, QPen(QBrush(color, Qt::SolidPattern), width, style, Qt::RoundCap, Qt::RoundJoin));
+        it = pens.insert(key,
+                         QPen(QBrush(color, Qt::SolidPattern), width, style, Qt::RoundCap, Qt::RoundJoin));
     }
     return *it;
 }
@@ -44,6 +56,17 @@ QFont sharedFont(const QString& description) {
     return *it;
 }
 
+// The description of a font, made once for the run of items that share it.
+QString fontText(const QFont& font) {
+    static QFont last;
+    static QString text = last.toString();
+    if (!(font == last)) {
+        last = font;
+        text = font.toString();
+    }
+    return text;
+}
+
 } // namespace
 
 void AbstractBaseItem::commonWriteXML(QDomElement& e) const {
@@ -55,8 +78,8 @@ void AbstractBaseItem::commonWriteXML(QDomElement& e) const {
     e.setAttribute(QStringLiteral("color"), variantToString(m_pen.color()));
     e.setAttribute(QStringLiteral("width"), m_pen.width());
     e.setAttribute(QStringLiteral("style"), int(m_pen.style()));
-    e.setAttribute(QStringLiteral("font1"), m_font.toString());
-    e.setAttribute(QStringLiteral("font2"), m_font2.toString());
+    e.setAttribute(QStringLiteral("font1"), fontText(m_font));
+    e.setAttribute(QStringLiteral("font2"), fontText(m_font2));
     if (m_label)
         e.setAttribute(QStringLiteral("textPos"), variantToString(m_label->pos()));
     if (!m_uid.isEmpty())
@@ -88,15 +111,16 @@ void AbstractBaseItem::commonReadXML(const QDomElement& e) {
 }
 
 void AbstractBaseItem::commonMesuresWriteXML(QDomElement& e) const {
+    static_assert(MesuresCount == MesureSlots);
     for (int i = 0; i < MesuresCount; ++i)
-        e.setAttribute(mesureKey("mesure%i", i), variantToString(m_mesure[i]));
+        e.setAttribute(mesureKey(false, i), variantToString(m_mesure[i]));
     for (int i = 0; i < MesuresCount; ++i)
-        e.setAttribute(mesureKey("mesureP%i", i), variantToString(m_mesureP[i]));
+        e.setAttribute(mesureKey(true, i), variantToString(m_mesureP[i]));
 }
 
 void AbstractBaseItem::commonMesuresReadXML(const QDomElement& e) {
     for (int i = 0; i < MesuresCount; ++i)
-        m_mesure[i] = e.attribute(mesureKey("mesure%i", i)).toDouble();
+        m_mesure[i] = parseDouble(e.attribute(mesureKey(false, i)));
     for (int i = 0; i < MesuresCount; ++i)
-        m_mesureP[i] = e.attribute(mesureKey("mesureP%i", i)).toDouble();
+        m_mesureP[i] = parseDouble(e.attribute(mesureKey(true, i)));
 }

@@ -1,9 +1,12 @@
 #include "VariantText.h"
 
+#include "XmlRead.h"
+
 #include <QColor>
 #include <QFont>
 #include <QImage>
 #include <QLineF>
+#include <QLocale>
 #include <QPointF>
 #include <QRectF>
 #include <QRegion>
@@ -31,7 +34,7 @@ QString rectText(const QRectF& r) {
 // A coordinate that does not read as a finite number reads as 0: scenes cannot hold the others.
 double coordinate(const QString& text) {
     bool ok = false;
-    const double v = text.toDouble(&ok);
+    const double v = parseDouble(text, &ok);
     return ok && std::isfinite(v) ? v : 0.0;
 }
 
@@ -59,6 +62,9 @@ QString variantToString(const QVariant& value) {
         const QLineF l = value.toLineF();
         return QStringLiteral("%1 x %2 at %3 x %4").arg(g6(l.x1()), g6(l.y1()), g6(l.x2()), g6(l.y2()));
     }
+    case QMetaType::Double:
+        // What QVariant gives, without its conversion machinery: the shortest text that reads back.
+        return QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
     case QMetaType::QColor:
         return value.value<QColor>().name(QColor::HexRgb);
     case QMetaType::QFont:

@@ -5,7 +5,32 @@
 #include <QDomElement>
 #include <QStringList>
 
+#include <charconv>
 #include <cmath>
+
+double parseDouble(QStringView text, bool* ok) {
+    // A plain decimal: an optional minus, then digits, point and exponent, in a short ASCII text.
+    constexpr qsizetype MaxPlain = 40;
+    const qsizetype n = text.size();
+    bool plain = n > 0 && n <= MaxPlain && (text[0] == QLatin1Char('-') || text[0].isDigit());
+    char bytes[MaxPlain];
+    for (qsizetype i = 0; plain && i < n; ++i) {
+        const char16_t c = text[i].unicode();
+        plain = (c >= u'0' && c <= u'9') || c == u'.' || c == u'-' || c == u'e' || c == u'E';
+        bytes[i] = char(c);
+    }
+    if (plain) {
+        double value = 0;
+        const std::from_chars_result r = std::from_chars(bytes, bytes + n, value);
+        // Only a text read whole and in range; the rest keeps QString::toDouble's own answer.
+        if (r.ec == std::errc() && r.ptr == bytes + n && std::isfinite(value)) {
+            if (ok)
+                *ok = true;
+            return value;
+        }
+    }
+    return text.toString().toDouble(ok);
+}
 
 bool isSceneNumber(double v) {
     return std::isfinite(v) && std::abs(v) <= 1e9;
@@ -13,7 +38,7 @@ bool isSceneNumber(double v) {
 
 double readNumber(const QDomElement& e, const QString& key, double fallback) {
     bool ok = false;
-    const double v = e.attribute(key).toDouble(&ok);
+    const double v = parseDouble(e.attribute(key), &ok);
     return ok && isSceneNumber(v) ? v : fallback;
 }
 

@@ -6,6 +6,7 @@
 #include <QPointF>
 #include <QRectF>
 #include <QString>
+#include <QStringView>
 
 class QDomElement;
 
@@ -22,5 +23,8 @@ GRAPHICSOBJECTS_EXPORT QString readUid(const QDomElement& e, const QString& key)
 // Points written "XxY" and joined by ';' (the items' "coords"); parts that are no point a scene can
 // hold are left out.
 GRAPHICSOBJECTS_EXPORT QList<QPointF> readPointList(const QString& text);
+// The value and verdict of QString::toDouble, reached without its locale machinery for the plain
+// decimals documents are made of ("-12.5", "3e-05"); anything else goes through QString::toDouble.
+GRAPHICSOBJECTS_EXPORT double parseDouble(QStringView text, bool* ok = nullptr);
 // Whether v is a number a scene can hold.
 GRAPHICSOBJECTS_EXPORT bool isSceneNumber(double v);

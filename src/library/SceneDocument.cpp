@@ -117,26 +117,87 @@ AbstractBaseItem* createItem(QString className) {
     return item ? item : XBaseItemMesureCreate(className, nullptr, 0, nullptr);
 }
 
-void writeElement(QXmlStreamWriter& w, const QDomElement& e, const QStringList& skipped) {
+// The attribute names of an element, sorted so that saving the same scene twice gives the same file.
+// names holds those of the previous element of the same kind: items of a class write the same
+// names, which are then looked up rather than walked (a walk is quadratic in Qt's attribute map).
+void sortedNames(const QDomElement& e, QStringList& names) {
     const QDomNamedNodeMap attributes = e.attributes();
-    QStringList names;
+    bool same = attributes.count() == names.size();
+    for (int i = 0; same && i < names.size(); ++i)
+        same = e.hasAttribute(names.at(i));
+    if (same)
+        return;
+    names.clear();
     for (int i = 0; i < attributes.count(); ++i)
         names << attributes.item(i).nodeName();
-    // Sorted, so that saving the same scene twice gives the same file.
     std::sort(names.begin(), names.end());
-    for (const QString& name : std::as_const(names)) {
-        if (!skipped.contains(name))
-            w.writeAttribute(name, e.attribute(name));
+}
+
+// Appends text the writer would copy as it is (printable ASCII without markup characters) and
+// answers true; leaves out any other and answers false.
+bool appendPlain(QByteArray& out, const QString& text) {
+    const qsizetype start = out.size();
+    out.resize(start + text.size());
+    char* to = out.data() + start;
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        if (u < 0x20 || u > 0x7e || u == u'<' || u == u'>' || u == u'&' || u == u'"') {
+            out.truncate(start);
+            return false;
+        }
+        *to++ = char(u);
     }
+    return true;
+}
+
+// Plain attributes go straight to the device as the writer would put them, which spares the
+// writer's encoder its cost per call; any other goes through the writer, which alone escapes. The
+// writer holds nothing back between calls, so both may write in turn.
+bool writeAttributes(QXmlStreamWriter& w, const QDomElement& e, const QStringList& skipped,
+                     QStringList& names) {
+    sortedNames(e, names);
+    QIODevice* device = w.device();
+    QByteArray plain;
+    bool written = true;
+    const auto flush = [&] {
+        if (!plain.isEmpty())
+            written = device->write(plain) == plain.size() && written;
+        plain.clear();
+    };
+    for (const QString& name : std::as_const(names)) {
+        if (skipped.contains(name))
+            continue;
+        const QString value = e.attribute(name);
+        const qsizetype mark = plain.size();
+        plain += ' ';
+        if (device && appendPlain(plain, name) && (plain += "=\"", appendPlain(plain, value))) {
+            plain += '"';
+            continue;
+        }
+        plain.truncate(mark);
+        if (device)
+            flush();
+        w.writeAttribute(name, value);
+    }
+    if (device)
+        flush();
+    return written;
+}
+
+bool writeChildren(QXmlStreamWriter& w, const QDomElement& e) {
+    bool written = true;
     for (QDomNode n = e.firstChild(); !n.isNull(); n = n.nextSibling()) {
         if (n.isElement()) {
             w.writeStartElement(n.nodeName());
-            writeElement(w, n.toElement(), {});
+            QStringList names;
+            written = writeAttributes(w, n.toElement(), {}, names) && written;
+            written = writeChildren(w, n.toElement()) && written;
             w.writeEndElement();
         } else if (n.isText()) {
             w.writeCharacters(n.nodeValue());
         }
     }
+    return written;
 }
 
 } // namespace
@@ -770,17 +831,21 @@ bool SceneDocument::writeXml(QIODevice* device, const QString& folder,
     QDomElement params = dom.createElement(QStringLiteral("commonparams"));
     toCommonParams(params);
     w.writeStartElement(params.tagName());
-    writeElement(w, params, {});
+    QStringList paramNames;
+    bool written = writeAttributes(w, params, {}, paramNames);
+    written = writeChildren(w, params) && written;
     w.writeEndElement();
 
     const QStringList own = {QStringLiteral("class"), QStringLiteral("ref")};
+    QHash<QString, QStringList> namesByClass;
     for (AbstractBaseItem* i : sceneItems) {
         QDomElement e = dom.createElement(QStringLiteral("item"));
         i->toXml(e);
         w.writeStartElement(QStringLiteral("item"));
         w.writeAttribute(QStringLiteral("class"), i->getType());
         w.writeAttribute(QStringLiteral("ref"), reference(i));
-        writeElement(w, e, own);
+        written = writeAttributes(w, e, own, namesByClass[i->getType()]) && written;
+        written = writeChildren(w, e) && written;
         w.writeEndElement();
     }
 
@@ -801,5 +866,5 @@ bool SceneDocument::writeXml(QIODevice* device, const QString& folder,
         w.writeEndElement();
     w.writeEndElement();
     w.writeEndDocument();
-    return !w.hasError();
+    return written && !w.hasError();
 }

@@ -42,7 +42,7 @@ public:
     // Limits on what a document may hold or ask for; beyond them it is refused as a whole.
     static constexpr qint64 MaxFileBytes = qint64(256) << 20;
     static constexpr int MaxDepth = 64;
-    static constexpr int MaxItems = 20000;
+    static constexpr int MaxItems = 250000;
     static constexpr int MaxSide = 32768;
     static constexpr qint64 MaxPixels = qint64(1) << 28;
     static constexpr double MinFactor = 1e-12;

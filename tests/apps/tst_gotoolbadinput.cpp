@@ -93,7 +93,7 @@ private slots:
         row("10 MB of nested elements", "measure nested.xml", 1,
             "nested.xml: not opened: elements are nested deeper than 64");
         row("10 MB of items", "measure many-items.xml", 1,
-            "many-items.xml: not opened: it holds more than 20000 items");
+            "many-items.xml: not opened: it holds more than 250000 items");
         // The document's own refusals (root, factor) are rows of its test; gotool only tells them.
         row("missing document", "measure no-such.xml", 1, "no-such.xml: no such file");
         row("not xml", "measure not-xml.xml", 1, "not-xml.xml: not a scene document: Start tag expected.");

@@ -1,9 +1,12 @@
 #include "DrawingView.h"
 #include "TestItem.h"
 #include "VariantText.h"
+#include "XmlRead.h"
 
 #include <QRegion>
 #include <QTransform>
+
+#include <cmath>
 
 class TestItemXml : public QObject {
     Q_OBJECT
@@ -73,6 +76,33 @@ private slots:
         QCOMPARE(v.isValid(), expected.isValid());
         if (expected.isValid())
             QCOMPARE(v, expected);
+    }
+
+    // The fast path must give QString::toDouble's value to the bit, and its verdict, on every text.
+    void parseDoubleAgreesWithQt_data() {
+        QTest::addColumn<QString>("text");
+        const char* const texts[] = {"0", "-0", "12.5", "-3", "5.830951894845301", "329.03624346792645",
+                                     "1e-07", "1E5", "3e-05", "0.1", "123456789012345678901234567890", ".5",
+                                     "5.", "-.5", "1e308", "1e309", "-1e309", "4.9e-324", "1e-400",
+                                     "1.7976931348623157e308",
+                                     // Texts the fast path leaves to Qt.
+                                     "+1", " 2", "3 ", "1e", "1-2", "--1", "-", ".", "e5", "", "inf", "-inf",
+                                     "nan", "1,5", "0x10", "1.5e+05", "١٢"};
+        for (const char* text : texts)
+            QTest::newRow(text[0] ? text : "empty") << QString::fromUtf8(text);
+        QTest::newRow("41 digits") << QString(41, QLatin1Char('1'));
+    }
+
+    void parseDoubleAgreesWithQt() {
+        QFETCH(QString, text);
+        bool qtOk = false;
+        const double qt = text.toDouble(&qtOk);
+        bool ok = !qtOk;
+        const double fast = parseDouble(text, &ok);
+        QCOMPARE(ok, qtOk);
+        QCOMPARE(std::signbit(fast), std::signbit(qt));
+        QVERIFY2(fast == qt || (std::isnan(fast) && std::isnan(qt)),
+                 qPrintable(QString::number(fast, 'g', 17)));
     }
 
     void fontComesBack() {
