@@ -1,5 +1,6 @@
 #include "GeometrySegments.h"
 
+#include "GeometryChord.h"
 #include "GeometryFinite.h"
 #include "GeometryOrientation.h"
 
@@ -9,18 +10,7 @@
 double distancePointToSegment(const QPointF& p, const QPointF& a, const QPointF& b) {
     if (!isFinitePoint(p) || !isFinitePoint(a) || !isFinitePoint(b))
         return std::numeric_limits<double>::infinity();
-    const QPointF d = b - a, ap = p - a;
-    const double length = std::hypot(d.x(), d.y());
-    if (length == 0)
-        return std::hypot(ap.x(), ap.y());
-    // Along and across the unit direction, so no squared coordinate can overflow.
-    const QPointF u = d / length;
-    const double along = QPointF::dotProduct(ap, u);
-    if (along <= 0)
-        return std::hypot(ap.x(), ap.y());
-    if (along >= length)
-        return std::hypot(p.x() - b.x(), p.y() - b.y());
-    return std::fabs(u.x() * ap.y() - u.y() * ap.x());
+    return Chord(a, b).distance(p);
 }
 
 double distanceBetweenSegments(const QPointF& a1, const QPointF& a2, const QPointF& b1, const QPointF& b2) {

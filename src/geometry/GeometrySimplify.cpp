@@ -1,5 +1,6 @@
 #include "GeometrySimplify.h"
 
+#include "GeometryChord.h"
 #include "GeometryFinite.h"
 
 #include <cmath>
@@ -7,32 +8,6 @@
 #include <vector>
 
 namespace {
-
-// Distance to the segment ab, its direction normalised once for the many points measured against it.
-class Chord {
-public:
-    Chord(const QPointF& a, const QPointF& b)
-        : a(a)
-        , b(b) {
-        const QPointF d = b - a;
-        length = std::hypot(d.x(), d.y());
-        u = length > 0 ? d / length : QPointF();
-    }
-
-    double distance(const QPointF& p) const {
-        const QPointF ap = p - a;
-        const double along = QPointF::dotProduct(ap, u);
-        if (along <= 0)
-            return std::hypot(ap.x(), ap.y());
-        if (along >= length)
-            return std::hypot(p.x() - b.x(), p.y() - b.y());
-        return std::fabs(u.x() * ap.y() - u.y() * ap.x());
-    }
-
-private:
-    QPointF a, b, u;
-    double length = 0;
-};
 
 // Marks the points kept between first and last (both kept already; indices wrap around the list); an
 // explicit stack, since a million points may nest deeply.
