@@ -93,6 +93,9 @@ public:
     // measures, refreshes the label and emits mesureChanged and mesureChangedEND.
     void setCalibration(const Calibration& calibration);
     Calibration calibration() const { return m_calibration; }
+    // While deferred, the label's text and the centroid grip's place wait until deferral ends: a
+    // reader sets an item's figures several times and the label need only be laid out once.
+    void setRefreshDeferred(bool deferred);
     // How a pixel measure turns into a calibrated one.
     enum class MesureUnit { None, Length, Area, Angle };
     virtual MesureUnit mesureUnit(int i) const;
@@ -403,5 +406,8 @@ private:
     bool m_gripsLocked = false;
     bool m_gripsMovable = false;
     bool m_gripFontSet = false;
+    bool m_refreshDeferred = false;
+    bool m_labelPending = false;
+    bool m_centroidPending = false;
     QColor m_gripFontColor;
 };

@@ -27,7 +27,21 @@ void AbstractBaseItem::setupCentroidHandgrip() {
 
 void AbstractBaseItem::placeCentroidHandgrip() {
     setupCentroidHandgrip();
-    m_handgripCentroid->setPos(centroid());
+    m_centroidPending = m_refreshDeferred;
+    if (!m_refreshDeferred)
+        m_handgripCentroid->setPos(centroid());
+}
+
+void AbstractBaseItem::setRefreshDeferred(bool deferred) {
+    m_refreshDeferred = deferred;
+    if (deferred)
+        return;
+    if (m_centroidPending)
+        placeCentroidHandgrip();
+    if (m_labelPending) {
+        m_labelPending = false;
+        commonUpdateText();
+    }
 }
 
 void AbstractBaseItem::fitCentroidGripToZoom() {

@@ -89,6 +89,9 @@ AbstractBaseItem::MesureText AbstractBaseItem::tableMesureText(int i, double v) 
 void AbstractBaseItem::commonUpdateText() {
     if (!m_label || !m_textusage)
         return;
+    m_labelPending = m_refreshDeferred;
+    if (m_refreshDeferred)
+        return;
     const QString text = displayedMesure(m_mesureIndex);
     if (m_label->text() != text)
         m_label->setText(text);
