@@ -3,6 +3,7 @@
 #include "AbstractBaseItem.h"
 #include "AbstractScene.h"
 #include "CommonParams.h"
+#include "DocumentReader.h"
 #include "ItemFactory.h"
 #include "ItemLinks.h"
 #include "eTextItem.h"
@@ -15,7 +16,6 @@
 #include <QImageReader>
 #include <QSaveFile>
 #include <QSet>
-#include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
 #include <algorithm>
@@ -28,78 +28,13 @@ constexpr int MaxElements = 4 * SceneDocument::MaxItems + 16;
 // Beyond this many, problems are counted rather than listed.
 constexpr int MaxMessages = 100;
 
-// A stream reader that keeps the element depth and refuses documents beyond the limits as it reads.
-class LimitedReader {
-public:
-    explicit LimitedReader(QIODevice* device)
-        : xml(device) {}
-
-    bool next() {
-        const QXmlStreamReader::TokenType token = xml.readNext();
-        if (token == QXmlStreamReader::StartElement) {
-            if (++depth > SceneDocument::MaxDepth)
-                stop(QStringLiteral("elements are nested deeper than %1").arg(SceneDocument::MaxDepth));
-            else if (++elements > MaxElements)
-                stop(QStringLiteral("it holds more than %1 elements").arg(MaxElements));
-        } else if (token == QXmlStreamReader::EndElement) {
-            --depth;
-        }
-        if (!xml.hasError() && xml.characterOffset() > SceneDocument::MaxFileBytes)
-            stop(QStringLiteral("it is larger than %1 MB").arg(SceneDocument::MaxFileBytes >> 20));
-        return !xml.atEnd() && !xml.hasError();
-    }
-    void stop(const QString& why) {
-        if (limit.isEmpty())
-            limit = why;
-        xml.raiseError(why);
-    }
-    // Reads to the end of the current element, copying its child elements and text into parent
-    // unless parent is null. Depth is bounded by next(), and so is the recursion.
-    void copyContent(QDomDocument& dom, QDomElement parent) {
-        while (next()) {
-            if (xml.isStartElement()) {
-                QDomElement child;
-                if (!parent.isNull()) {
-                    child = dom.createElement(xml.name().toString());
-                    for (const QXmlStreamAttribute& a : xml.attributes())
-                        child.setAttribute(a.qualifiedName().toString(), a.value().toString());
-                    parent.appendChild(child);
-                }
-                copyContent(dom, child);
-            } else if (xml.isEndElement()) {
-                return;
-            } else if (xml.isCharacters() && !xml.isWhitespace() && !parent.isNull()) {
-                parent.appendChild(dom.createTextNode(xml.text().toString()));
-            }
-        }
-    }
-    // The text of the current element, skipping any child element.
-    QString readText() {
-        QString text;
-        const int level = depth;
-        while (next()) {
-            if (xml.isEndElement() && depth < level)
-                break;
-            if (xml.isCharacters() && depth == level)
-                text += xml.text();
-        }
-        return text;
-    }
-
-    QXmlStreamReader xml;
-    QString limit;
-    int depth = 0;
-    int elements = 0;
-};
-
-QString attribute(const QXmlStreamReader& xml, const char* name) {
-    return xml.attributes().value(QLatin1String(name)).toString();
+QString attribute(const DocumentReader& r, const char* name) {
+    return r.attribute(name);
 }
 
 // A number attribute: absent gives fallback; present, it must be a finite number.
-bool readNumber(const QXmlStreamReader& xml, const char* name, double fallback, double& value,
-                QString& error) {
-    const QString text = attribute(xml, name).trimmed();
+bool readNumber(const DocumentReader& r, const char* name, double fallback, double& value, QString& error) {
+    const QString text = attribute(r, name).trimmed();
     if (text.isEmpty()) {
         value = fallback;
         return true;
@@ -297,22 +232,40 @@ bool SceneDocument::read(QIODevice* device, AbstractScene* scene, const QString&
 }
 
 bool SceneDocument::parse(QIODevice* device, Parsed& parsed) {
-    LimitedReader r(device);
-    QXmlStreamReader& xml = r.xml;
-    while (r.next() && !xml.isStartElement()) {
+    // A document that can be held is read from memory by the scanner; what it does not take, and a
+    // stream, go through QXmlStreamReader.
+    if (device->isSequential() || device->size() - device->pos() > MaxFileBytes) {
+        DocumentReader r(device, MaxDepth, MaxElements, MaxFileBytes);
+        return parse(r, parsed);
     }
-    if (!xml.isStartElement()) {
-        m_error = r.limit.isEmpty() ? QStringLiteral("not a scene document: %1").arg(xml.errorString())
-                                    : QStringLiteral("not opened: %1").arg(r.limit);
+    const QByteArray bytes = device->readAll();
+    DocumentReader fast(QByteArrayView(bytes), MaxDepth, MaxElements, MaxFileBytes);
+    const bool done = parse(fast, parsed);
+    if (!fast.unsupported())
+        return done;
+    parsed = Parsed();
+    m_error.clear();
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    DocumentReader r(&buffer, MaxDepth, MaxElements, MaxFileBytes);
+    return parse(r, parsed);
+}
+
+bool SceneDocument::parse(DocumentReader& r, Parsed& parsed) {
+    while (r.next() && !r.isStartElement()) {
+    }
+    if (!r.isStartElement()) {
+        m_error = r.startError();
         return false;
     }
-    if (xml.name() != QLatin1String("scene")) {
+    if (r.name() != QLatin1String("scene")) {
         m_error = QStringLiteral("not a scene document: the root element is <%1>, not <scene>")
-                      .arg(xml.name().toString().left(40));
+                      .arg(r.name().toString().left(40));
         return false;
     }
 
-    const QString versionText = attribute(xml, "version");
+    const QString versionText = attribute(r, "version");
     if (!versionText.isEmpty()) {
         bool ok = false;
         parsed.version = versionText.toInt(&ok);
@@ -334,8 +287,8 @@ bool SceneDocument::parse(QIODevice* device, Parsed& parsed) {
     double height = 0;
     double factor = 1;
     double decimals = 2;
-    if (!readNumber(xml, "width", 0, width, error) || !readNumber(xml, "height", 0, height, error) ||
-        !readNumber(xml, "factor", 1, factor, error) || !readNumber(xml, "decimals", 2, decimals, error)) {
+    if (!readNumber(r, "width", 0, width, error) || !readNumber(r, "height", 0, height, error) ||
+        !readNumber(r, "factor", 1, factor, error) || !readNumber(r, "decimals", 2, decimals, error)) {
         m_error = QStringLiteral("not opened: ") + error;
         return false;
     }
@@ -369,51 +322,50 @@ bool SceneDocument::parse(QIODevice* device, Parsed& parsed) {
     }
     parsed.calibration.factor = factor;
     parsed.calibration.decimals = int(decimals);
-    if (xml.attributes().hasAttribute(QLatin1String("unit")))
-        parsed.calibration.unitName = attribute(xml, "unit");
+    if (r.hasAttribute("unit"))
+        parsed.calibration.unitName = attribute(r, "unit");
 
     bool haveImage = false;
     while (r.next()) {
-        if (xml.isEndElement() && r.depth == 0)
+        if (r.isEndElement() && r.depth() == 0)
             break;
-        if (!xml.isStartElement())
+        if (!r.isStartElement())
             continue;
-        const QString name = xml.name().toString();
-        const qint64 line = xml.lineNumber();
+        const QString name = r.name().toString();
+        const qint64 line = r.lineNumber();
         if (name == QLatin1String("item")) {
             if (parsed.items.size() >= MaxItems) {
                 r.stop(QStringLiteral("it holds more than %1 items").arg(MaxItems));
                 break;
             }
             Parsed::Item item;
-            item.className = attribute(xml, "class");
-            item.guidName = attribute(xml, "guidname");
-            item.reference = attribute(xml, "ref");
+            item.className = attribute(r, "class");
+            item.guidName = attribute(r, "guidname");
+            item.reference = attribute(r, "ref");
             item.line = line;
             item.element = parsed.dom.createElement(QStringLiteral("item"));
-            for (const QXmlStreamAttribute& a : xml.attributes())
-                item.element.setAttribute(a.qualifiedName().toString(), a.value().toString());
+            r.copyAttributes(item.element);
             r.copyContent(parsed.dom, item.element);
             parsed.items << item;
         } else if (name == QLatin1String("links")) {
-            while (r.next() && !(xml.isEndElement() && r.depth == 1)) {
-                if (!xml.isStartElement())
+            while (r.next() && !(r.isEndElement() && r.depth() == 1)) {
+                if (!r.isStartElement())
                     continue;
-                if (xml.name() == QLatin1String("link"))
-                    parsed.links << Parsed::Link{attribute(xml, "item"), attribute(xml, "role"),
-                                                 attribute(xml, "target"), xml.lineNumber()};
+                if (r.name() == QLatin1String("link"))
+                    parsed.links << Parsed::Link{attribute(r, "item"), attribute(r, "role"),
+                                                 attribute(r, "target"), r.lineNumber()};
                 else
                     parsed.messages << QStringLiteral(
                                            "line %1: unknown element <%2> among the links, skipped")
-                                           .arg(xml.lineNumber())
-                                           .arg(xml.name().toString().left(40));
+                                           .arg(r.lineNumber())
+                                           .arg(r.name().toString().left(40));
                 r.copyContent(parsed.dom, QDomElement());
             }
         } else if (name == QLatin1String("image") && !haveImage) {
             haveImage = true;
-            parsed.imagePath = attribute(xml, "path");
+            parsed.imagePath = attribute(r, "path");
             parsed.imageEmbedded = parsed.imagePath.isEmpty();
-            const QString encoding = attribute(xml, "encoding");
+            const QString encoding = attribute(r, "encoding");
             if (parsed.imageEmbedded && encoding != QLatin1String("base64"))
                 parsed.messages << QStringLiteral(
                                        "line %1: the image has neither a path nor base64 data, skipped")
@@ -421,8 +373,7 @@ bool SceneDocument::parse(QIODevice* device, Parsed& parsed) {
             parsed.imageText = r.readText();
         } else if (name == QLatin1String("commonparams") && parsed.commonParams.isNull()) {
             parsed.commonParams = parsed.dom.createElement(name);
-            for (const QXmlStreamAttribute& a : xml.attributes())
-                parsed.commonParams.setAttribute(a.qualifiedName().toString(), a.value().toString());
+            r.copyAttributes(parsed.commonParams);
             r.copyContent(parsed.dom, QDomElement());
         } else {
             parsed.messages << QStringLiteral("line %1: unknown or repeated element <%2>, skipped")
@@ -431,12 +382,8 @@ bool SceneDocument::parse(QIODevice* device, Parsed& parsed) {
             r.copyContent(parsed.dom, QDomElement());
         }
     }
-    if (xml.hasError()) {
-        m_error = r.limit.isEmpty() ? QStringLiteral("line %1, column %2: the document is damaged: %3")
-                                          .arg(xml.lineNumber())
-                                          .arg(xml.columnNumber())
-                                          .arg(xml.errorString())
-                                    : QStringLiteral("not opened: %1").arg(r.limit);
+    if (r.hasError()) {
+        m_error = r.error();
         return false;
     }
     return true;
@@ -511,14 +458,17 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
         }
         scene->addItem(item);
         item->setLinkScene(scene);
+        // Calibrated before its figures are read, the item computes its measures once.
+        item->setCalibration(m_calibration);
+        item->setRefreshDeferred(true);
         if (!item->fromXml(p.element)) {
             m_messages
                 << QStringLiteral("line %1: %2%3 is damaged, skipped").arg(p.line).arg(p.className, name);
             delete item;
             continue;
         }
-        item->setCalibration(m_calibration);
         item->computeMesures(nullptr);
+        item->setRefreshDeferred(false);
         // Editable as a drawn item is once accepted.
         item->setFlag(QGraphicsItem::ItemIsSelectable, true);
         item->setFlag(QGraphicsItem::ItemIsMovable, !item->locked());

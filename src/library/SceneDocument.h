@@ -13,6 +13,7 @@
 
 class AbstractBaseItem;
 class AbstractScene;
+class DocumentReader;
 class QIODevice;
 
 // What an item is to another item of the same document, by the target's reference.
@@ -112,6 +113,7 @@ private:
     struct Parsed;
     void reset();
     bool parse(QIODevice* device, Parsed& parsed);
+    bool parse(DocumentReader& reader, Parsed& parsed);
     void loadImage(const Parsed& parsed, const QString& folder);
     void createItems(Parsed& parsed, AbstractScene* scene);
     // Items that keep others by uid (constructions, anchors) find them; those left without one go.

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "SceneScanner.h"
+
+#include <QString>
+#include <QXmlStreamReader>
+
+#include <optional>
+
+class QDomDocument;
+class QDomElement;
+
+// What a scene document is parsed with: the scanner over the bytes in memory, or QXmlStreamReader
+// for a device, and for whatever the scanner leaves (unsupported() then says to read again with
+// it). Either way it keeps the element depth and stops a document beyond the limits as it reads.
+class DocumentReader {
+public:
+    DocumentReader(QByteArrayView bytes, int maxDepth, int maxElements, qint64 maxBytes);
+    DocumentReader(QIODevice* device, int maxDepth, int maxElements, qint64 maxBytes);
+
+    // The next token; false at the end, on an error, or where the scanner gives up.
+    bool next();
+    bool unsupported() const { return m_scanner && m_scanner->token() == SceneScanner::Unsupported; }
+
+    bool isStartElement() const;
+    bool isEndElement() const;
+    QStringView name() const;
+    qint64 lineNumber() const;
+    bool hasAttribute(const char* name) const;
+    QString attribute(const char* name) const;
+    void copyAttributes(QDomElement& element) const;
+
+    // Reads to the end of the current element, copying its child elements and text into parent
+    // unless parent is null. Depth is bounded by next(), and so is the recursion.
+    void copyContent(QDomDocument& dom, QDomElement parent);
+    // The text of the current element, skipping any child element.
+    QString readText();
+
+    void stop(const QString& why);
+    bool hasError() const;
+    // Why no document element was found, and why reading stopped.
+    QString startError() const;
+    QString error() const;
+
+    int depth() const { return m_depth; }
+
+private:
+    bool isCharacters() const;
+    bool isWhitespace() const;
+    QString text() const;
+
+    std::optional<SceneScanner> m_scanner;
+    QXmlStreamReader m_xml;
+    QString m_limit;
+    int m_depth = 0;
+    int m_elements = 0;
+    int m_maxDepth;
+    int m_maxElements;
+    qint64 m_maxBytes;
+};

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QList>
+#include <QString>
+
+// A reader for the plain XML the library writes: an optional UTF-8 declaration, elements,
+// attributes, the five predefined entities and character references, and text without markup.
+// It reads from memory several times faster than QXmlStreamReader. Anything beyond that subset
+// (comments, processing instructions, a DOCTYPE, CDATA, namespaces, other encodings, and any
+// error) makes it answer Unsupported, and the caller reads the document with QXmlStreamReader,
+// which gives the verdict. Where it reads a document, it gives the same elements, attributes,
+// texts and line numbers as QXmlStreamReader.
+class SceneScanner {
+public:
+    enum Token { StartElement, EndElement, Characters, EndDocument, Unsupported };
+
+    explicit SceneScanner(QByteArrayView bytes);
+
+    Token next();
+    Token token() const { return m_token; }
+
+    // Of the current start or end element.
+    QStringView name() const { return m_name; }
+    // Of the current start element, in document order.
+    qsizetype attributeCount() const { return m_attributes.size(); }
+    QString attributeName(qsizetype i) const;
+    QString attributeValue(qsizetype i) const;
+    bool hasAttribute(QLatin1StringView name) const { return find(name) >= 0; }
+    QString attribute(QLatin1StringView name) const;
+    // Of the current characters.
+    QString text() const;
+    bool isWhitespace() const;
+    // The line the current token ends on, from 1.
+    qint64 lineNumber() const { return m_line; }
+
+private:
+    struct Span {
+        qsizetype begin = 0;
+        qsizetype size = 0;
+        bool plain = true; // ASCII without references or line breaks: copied as it is
+    };
+    struct Attribute {
+        Span name;
+        Span value;
+    };
+
+    Token unsupported();
+    Token startTag();
+    Token endTag();
+    Token characters();
+    bool prolog();
+    bool readName(Span& span);
+    bool readValue(Span& span);
+    void skipSpace();
+    void advanceLines(qsizetype to);
+    qsizetype find(QLatin1StringView name) const;
+    QString decode(const Span& span, bool attribute) const;
+
+    QByteArrayView m_bytes;
+    qsizetype m_pos = 0;
+    qsizetype m_linePos = 0;
+    qint64 m_line = 1;
+    Token m_token = Unsupported;
+    bool m_started = false;
+    bool m_rootClosed = false;
+    bool m_pendingEnd = false;
+    QString m_name;
+    QList<QString> m_open;
+    QList<Attribute> m_attributes;
+    Span m_text;
+};
