@@ -24,6 +24,7 @@ class SimpleTextItem;
 class QAction;
 class QActionGroup;
 class QDomElement;
+class XmlAttributes;
 class QGraphicsSceneMouseEvent;
 class QMenu;
 
@@ -196,8 +197,12 @@ public:
     virtual typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) = 0;
     virtual bool endEdition() { return true; }
     virtual void setTransformIndex(int index) { m_transformIndex = index; }
-    virtual bool toXml(QDomElement& e) const = 0;
-    virtual bool fromXml(const QDomElement& e) = 0;
+    // The XML form, either on a QDomElement or on a flat attribute list (what documents of many
+    // items use). Each pair by default goes through the other: an item overrides one of them.
+    virtual bool toXml(QDomElement& e) const;
+    virtual bool fromXml(const QDomElement& e);
+    virtual bool toAttributes(XmlAttributes& attributes) const;
+    virtual bool fromAttributes(const XmlAttributes& attributes);
     virtual QAction* createMenuAction(QMenu* menu, const QIcon& icon, const QString& text, bool checked,
                                       QActionGroup* group, const QVariant& data);
     virtual void rotate(double) {}
@@ -287,11 +292,15 @@ protected:
     }
     virtual void commonPaintCentroidText(QPainter* painter);
     virtual void commonUpdateText();
-    virtual void commonWriteXML(QDomElement& e) const;
-    virtual void commonReadXML(const QDomElement& e);
+    virtual void commonWriteXML(XmlAttributes& e) const;
+    virtual void commonReadXML(const XmlAttributes& e);
+    void commonWriteXML(QDomElement& e) const;
+    void commonReadXML(const QDomElement& e);
     virtual void commonPostReadXML() {}
-    virtual void commonMesuresWriteXML(QDomElement& e) const;
-    virtual void commonMesuresReadXML(const QDomElement& e);
+    virtual void commonMesuresWriteXML(XmlAttributes& e) const;
+    virtual void commonMesuresReadXML(const XmlAttributes& e);
+    void commonMesuresWriteXML(QDomElement& e) const;
+    void commonMesuresReadXML(const QDomElement& e);
     virtual void setupCentroidHandgrip();
     virtual void showHandgripCentroid();
     virtual void hideHandgripCentroid();

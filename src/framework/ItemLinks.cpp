@@ -3,7 +3,7 @@
 #include "AbstractBaseItem.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ ItemReference ItemReference::to(AbstractBaseItem* item) {
 
 namespace ItemLinks {
 
-void write(QDomElement& e, const QString& prefix, const QList<ItemReference>& references) {
+void write(XmlAttributes& e, const QString& prefix, const QList<ItemReference>& references) {
     for (int i = 0; i < references.size(); ++i) {
         const ItemReference& reference = references[i];
         e.setAttribute(prefix + QString::number(i), reference.uid);
@@ -30,7 +30,7 @@ void write(QDomElement& e, const QString& prefix, const QList<ItemReference>& re
     }
 }
 
-QList<ItemReference> read(const QDomElement& e, const QString& prefix, int max) {
+QList<ItemReference> read(const XmlAttributes& e, const QString& prefix, int max) {
     QList<ItemReference> references;
     for (int i = 0; i < max; ++i) {
         const QString uid = readUid(e, prefix + QString::number(i));

@@ -9,7 +9,7 @@
 #include <QStringList>
 
 class AbstractBaseItem;
-class QDomElement;
+class XmlAttributes;
 
 // Links between items that survive save and load. An item that refers to others (a construction
 // to its sources, an anchor to the items anchored to it) keeps an ItemReference per item: the
@@ -27,10 +27,10 @@ struct GRAPHICSOBJECTS_EXPORT ItemReference {
 namespace ItemLinks {
 
 // Writes the references as the attributes <prefix>0, <prefix>1... (uids) and <prefix>Name0...
-GRAPHICSOBJECTS_EXPORT void write(QDomElement& e, const QString& prefix,
+GRAPHICSOBJECTS_EXPORT void write(XmlAttributes& e, const QString& prefix,
                                   const QList<ItemReference>& references);
 // Reads at most max references back, without targets; a reference without a valid uid ends the list.
-GRAPHICSOBJECTS_EXPORT QList<ItemReference> read(const QDomElement& e, const QString& prefix, int max);
+GRAPHICSOBJECTS_EXPORT QList<ItemReference> read(const XmlAttributes& e, const QString& prefix, int max);
 // Sets each reference's target from byUid. Returns false when one is missing, after appending to
 // missing (if given) a text that names owner and the missing item.
 GRAPHICSOBJECTS_EXPORT bool resolve(QList<ItemReference>& references,

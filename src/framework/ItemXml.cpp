@@ -3,14 +3,16 @@
 
 #include "SimpleTextItem.h"
 #include "VariantText.h"
+#include "XmlAttributes.h"
 #include "XmlRead.h"
 
+#include <QDomDocument>
 #include <QDomElement>
 #include <QHash>
 
 namespace {
 
-int intAttribute(const QDomElement& e, const QString& key) {
+int intAttribute(const XmlAttributes& e, const QString& key) {
     return e.attribute(key).toInt(nullptr, 10);
 }
 
@@ -69,7 +71,7 @@ QString fontText(const QFont& font) {
 
 } // namespace
 
-void AbstractBaseItem::commonWriteXML(QDomElement& e) const {
+void AbstractBaseItem::commonWriteXML(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("guidname"), m_guidName);
     e.setAttribute(QStringLiteral("locked"), m_locked ? 1 : 0);
     e.setAttribute(QStringLiteral("generated"), m_generated ? 1 : 0);
@@ -86,7 +88,7 @@ void AbstractBaseItem::commonWriteXML(QDomElement& e) const {
         e.setAttribute(QStringLiteral("uid"), m_uid);
 }
 
-void AbstractBaseItem::commonReadXML(const QDomElement& e) {
+void AbstractBaseItem::commonReadXML(const XmlAttributes& e) {
     m_guidName = e.attribute(QStringLiteral("guidname"));
     m_locked = intAttribute(e, QStringLiteral("locked")) != 0;
     m_generated = intAttribute(e, QStringLiteral("generated")) != 0;
@@ -110,7 +112,7 @@ void AbstractBaseItem::commonReadXML(const QDomElement& e) {
     m_uid = readUid(e, QStringLiteral("uid"));
 }
 
-void AbstractBaseItem::commonMesuresWriteXML(QDomElement& e) const {
+void AbstractBaseItem::commonMesuresWriteXML(XmlAttributes& e) const {
     static_assert(MesuresCount == MesureSlots);
     for (int i = 0; i < MesuresCount; ++i)
         e.setAttribute(mesureKey(false, i), variantToString(m_mesure[i]));
@@ -118,9 +120,55 @@ void AbstractBaseItem::commonMesuresWriteXML(QDomElement& e) const {
         e.setAttribute(mesureKey(true, i), variantToString(m_mesureP[i]));
 }
 
-void AbstractBaseItem::commonMesuresReadXML(const QDomElement& e) {
+void AbstractBaseItem::commonMesuresReadXML(const XmlAttributes& e) {
     for (int i = 0; i < MesuresCount; ++i)
         m_mesure[i] = parseDouble(e.attribute(mesureKey(false, i)));
     for (int i = 0; i < MesuresCount; ++i)
         m_mesureP[i] = parseDouble(e.attribute(mesureKey(true, i)));
+}
+
+void AbstractBaseItem::commonWriteXML(QDomElement& e) const {
+    XmlAttributes attributes;
+    commonWriteXML(attributes);
+    attributes.copyTo(e);
+}
+
+void AbstractBaseItem::commonReadXML(const QDomElement& e) {
+    commonReadXML(XmlAttributes(e));
+}
+
+void AbstractBaseItem::commonMesuresWriteXML(QDomElement& e) const {
+    XmlAttributes attributes;
+    commonMesuresWriteXML(attributes);
+    attributes.copyTo(e);
+}
+
+void AbstractBaseItem::commonMesuresReadXML(const QDomElement& e) {
+    commonMesuresReadXML(XmlAttributes(e));
+}
+
+bool AbstractBaseItem::toXml(QDomElement& e) const {
+    XmlAttributes attributes;
+    const bool done = toAttributes(attributes);
+    attributes.copyTo(e);
+    return done;
+}
+
+bool AbstractBaseItem::fromXml(const QDomElement& e) {
+    return fromAttributes(XmlAttributes(e));
+}
+
+bool AbstractBaseItem::toAttributes(XmlAttributes& attributes) const {
+    QDomDocument document;
+    QDomElement e = document.createElement(QStringLiteral("item"));
+    const bool done = toXml(e);
+    attributes = XmlAttributes(e);
+    return done;
+}
+
+bool AbstractBaseItem::fromAttributes(const XmlAttributes& attributes) {
+    QDomDocument document;
+    QDomElement e = document.createElement(QStringLiteral("item"));
+    attributes.copyTo(e);
+    return fromXml(e);
 }

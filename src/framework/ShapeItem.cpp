@@ -62,7 +62,7 @@ void ShapeItem::setBrush(const QBrush& brush) {
         shape->setBrush(brush);
 }
 
-bool ShapeItem::toXml(QDomElement& e) const {
+bool ShapeItem::toAttributes(XmlAttributes& e) const {
     commonWriteXML(e);
     if (savesMesures())
         commonMesuresWriteXML(e);
@@ -70,7 +70,7 @@ bool ShapeItem::toXml(QDomElement& e) const {
     return true;
 }
 
-bool ShapeItem::fromXml(const QDomElement& e) {
+bool ShapeItem::fromAttributes(const XmlAttributes& e) {
     m_creationStarted = true;
     commonReadXML(e);
     if (savesMesures())

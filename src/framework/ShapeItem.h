@@ -18,8 +18,8 @@ public:
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent*) override { return EditionComplete; }
 
     // The common attributes, the measures when the item keeps them, then the item's own.
-    bool toXml(QDomElement& e) const override;
-    bool fromXml(const QDomElement& e) override;
+    bool toAttributes(XmlAttributes& e) const override;
+    bool fromAttributes(const XmlAttributes& e) override;
 
     QRectF boundingRect() const override;
     QPainterPath shape() const override;
@@ -53,9 +53,9 @@ protected:
     const _AUTOPOINTPARAMS* initGenerated(int id, void* context, const char* mesureKey = nullptr,
                                           int mesureDefault = 0);
     virtual bool savesMesures() const { return true; }
-    virtual void writeGeometry(QDomElement& e) const = 0;
+    virtual void writeGeometry(XmlAttributes& e) const = 0;
     // Runs after the common attributes, the pen, brush and font are back.
-    virtual void readGeometry(const QDomElement& e) = 0;
+    virtual void readGeometry(const XmlAttributes& e) = 0;
 
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent*) override { edit(); }
 

@@ -2,7 +2,7 @@
 
 #include "VariantText.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QStringList>
 
 #include <charconv>
@@ -36,13 +36,13 @@ bool isSceneNumber(double v) {
     return std::isfinite(v) && std::abs(v) <= 1e9;
 }
 
-double readNumber(const QDomElement& e, const QString& key, double fallback) {
+double readNumber(const XmlAttributes& e, const QString& key, double fallback) {
     bool ok = false;
     const double v = parseDouble(e.attribute(key), &ok);
     return ok && isSceneNumber(v) ? v : fallback;
 }
 
-QPointF readPoint(const QDomElement& e, const QString& key) {
+QPointF readPoint(const XmlAttributes& e, const QString& key) {
     const QPointF p = stringToVariant(e.attribute(key), QMetaType::QPointF).toPointF();
     return isSceneNumber(p.x()) && isSceneNumber(p.y()) ? p : QPointF();
 }
@@ -59,14 +59,14 @@ QList<QPointF> readPointList(const QString& text) {
     return points;
 }
 
-QRectF readRect(const QDomElement& e, const QString& key) {
+QRectF readRect(const XmlAttributes& e, const QString& key) {
     const QRectF r = stringToVariant(e.attribute(key), QMetaType::QRectF).toRectF();
     const bool sane =
         isSceneNumber(r.x()) && isSceneNumber(r.y()) && isSceneNumber(r.width()) && isSceneNumber(r.height());
     return sane ? r : QRectF();
 }
 
-QString readUid(const QDomElement& e, const QString& key) {
+QString readUid(const XmlAttributes& e, const QString& key) {
     const QString text = e.attribute(key);
     if (text.size() > 64)
         return QString();

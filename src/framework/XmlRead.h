@@ -8,18 +8,18 @@
 #include <QString>
 #include <QStringView>
 
-class QDomElement;
+class XmlAttributes;
 
 // Attribute readers shared by every item: a number that is missing, malformed, not finite or
 // beyond any scene (|v| > 1e9) reads as the fallback, so no such value reaches a label or a file.
-GRAPHICSOBJECTS_EXPORT double readNumber(const QDomElement& e, const QString& key, double fallback = 0);
+GRAPHICSOBJECTS_EXPORT double readNumber(const XmlAttributes& e, const QString& key, double fallback = 0);
 // "x" "y" as written by variantToString; (0, 0) unless both parts are acceptable numbers.
-GRAPHICSOBJECTS_EXPORT QPointF readPoint(const QDomElement& e, const QString& key);
+GRAPHICSOBJECTS_EXPORT QPointF readPoint(const XmlAttributes& e, const QString& key);
 // "x" "y" "w" "h"; the null rectangle unless all four are acceptable numbers.
-GRAPHICSOBJECTS_EXPORT QRectF readRect(const QDomElement& e, const QString& key);
+GRAPHICSOBJECTS_EXPORT QRectF readRect(const XmlAttributes& e, const QString& key);
 // An item reference (see AbstractBaseItem::uid): up to 64 letters, digits, '-', '_', '.', '{' or
 // '}'; anything else reads as empty.
-GRAPHICSOBJECTS_EXPORT QString readUid(const QDomElement& e, const QString& key);
+GRAPHICSOBJECTS_EXPORT QString readUid(const XmlAttributes& e, const QString& key);
 // Points written "XxY" and joined by ';' (the items' "coords"); parts that are no point a scene can
 // hold are left out.
 GRAPHICSOBJECTS_EXPORT QList<QPointF> readPointList(const QString& text);

@@ -2,7 +2,7 @@
 
 #include "AbstractScene.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QMenu>
 #include <QPainterPath>
 
@@ -144,13 +144,13 @@ bool AnchorPointItem::resolveLinks(const QHash<QString, AbstractBaseItem*>& byUi
     return true;
 }
 
-void AnchorPointItem::writeGeometry(QDomElement& e) const {
+void AnchorPointItem::writeGeometry(XmlAttributes& e) const {
     PositionItem::writeGeometry(e);
     e.setAttribute(QStringLiteral("origin"), m_origin ? 1 : 0);
     ItemLinks::write(e, QStringLiteral("anchored"), m_anchored);
 }
 
-void AnchorPointItem::readGeometry(const QDomElement& e) {
+void AnchorPointItem::readGeometry(const XmlAttributes& e) {
     releaseItems();
     PositionItem::readGeometry(e);
     m_anchored = ItemLinks::read(e, QStringLiteral("anchored"), MaxAnchored);

@@ -34,8 +34,8 @@ public:
     bool resolveLinks(const QHash<QString, AbstractBaseItem*>& byUid, QStringList* missing) override;
 
 protected:
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
 
 private:

@@ -5,7 +5,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsPathItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QMenu>
@@ -160,7 +160,7 @@ void Arrow2Item::applyContextMenu(int data) {
     rebuild();
 }
 
-void Arrow2Item::writeGeometry(QDomElement& e) const {
+void Arrow2Item::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("rotation"), QString::number(QGraphicsItem::rotation(), 'f', 4));
     e.setAttribute(QStringLiteral("begin"), variantToString(m_mline[0]));
     e.setAttribute(QStringLiteral("end"), variantToString(m_mline[1]));
@@ -168,7 +168,7 @@ void Arrow2Item::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("form"), m_arrowMode);
 }
 
-void Arrow2Item::readGeometry(const QDomElement& e) {
+void Arrow2Item::readGeometry(const XmlAttributes& e) {
     setRotation(readNumber(e, QStringLiteral("rotation")));
     m_rotation = QGraphicsItem::rotation();
     m_mline[0] = readPoint(e, QStringLiteral("begin"));

@@ -34,8 +34,8 @@ public:
 protected:
     bool menuInPreview() const override { return false; }
     bool savesMesures() const override { return false; }
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     void rebuild();

@@ -4,7 +4,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsPathItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QMenu>
@@ -126,11 +126,11 @@ void ArrowItem::applyContextMenu(int data) {
         rebuild(points[0], points[1]);
 }
 
-void ArrowItem::writeGeometry(QDomElement& e) const {
+void ArrowItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("start"), variantToString(mapToScene(m_mline[0])));
     e.setAttribute(QStringLiteral("end"), variantToString(mapToScene(m_mline[1])));
 }
 
-void ArrowItem::readGeometry(const QDomElement& e) {
+void ArrowItem::readGeometry(const XmlAttributes& e) {
     rebuild(readPoint(e, QStringLiteral("start")), readPoint(e, QStringLiteral("end")));
 }

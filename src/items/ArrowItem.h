@@ -28,8 +28,8 @@ public:
 protected:
     bool menuInPreview() const override { return false; }
     bool savesMesures() const override { return false; }
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     // Lays the arrow from tail to tip, both in scene coordinates.

@@ -7,7 +7,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsEllipseItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QMenu>
@@ -157,7 +157,7 @@ void CircleItem::extract() {
     setTransformIndex(Extract);
 }
 
-void CircleItem::writeGeometry(QDomElement& e) const {
+void CircleItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("radius1"), QString::number(m_radius1, 'f', 2));
     e.setAttribute(QStringLiteral("rotation"), QString::number(m_rotation, 'f', 1));
     e.setAttribute(QStringLiteral("rect"), variantToString(child<QGraphicsEllipseItem>()->rect()));
@@ -167,7 +167,7 @@ void CircleItem::writeGeometry(QDomElement& e) const {
 
 // The measures come back from their attributes, not from the geometry; rad2 stays as it was until
 // the next edit.
-void CircleItem::readGeometry(const QDomElement& e) {
+void CircleItem::readGeometry(const XmlAttributes& e) {
     const QRectF r = readRect(e, QStringLiteral("rect"));
     m_mline = {r.topLeft(), r.bottomRight()};
     m_rotation = readNumber(e, QStringLiteral("rotation"));

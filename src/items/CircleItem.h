@@ -36,8 +36,8 @@ protected:
     // A preview shows no measure menu, but its edit menu.
     bool menuInPreview() const override { return false; }
     bool editMenuInPreview() const override { return true; }
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     // Centre and radius (item coordinates) give the points and the child's square.

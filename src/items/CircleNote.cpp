@@ -6,7 +6,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsPathItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QMenu>
@@ -250,7 +250,7 @@ void CircleNote::sceneImageChanged() {
     emit imageChanged(QStringLiteral("scene"), host && !regionPixels(host->image()).isEmpty());
 }
 
-void CircleNote::writeGeometry(QDomElement& e) const {
+void CircleNote::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("region"), variantToString(regionCentre()));
     e.setAttribute(QStringLiteral("note"), variantToString(noteCentre()));
     // Every digit: the loaded note measures what the saved one did.
@@ -259,7 +259,7 @@ void CircleNote::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
 }
 
-void CircleNote::readGeometry(const QDomElement& e) {
+void CircleNote::readGeometry(const XmlAttributes& e) {
     const int zoom = e.attribute(QStringLiteral("zoom")).toInt();
     m_zoom = isZoom(zoom) ? zoom : 4;
     setPos(readPoint(e, QStringLiteral("pos")));

@@ -50,8 +50,8 @@ public slots:
 protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
     bool savesMesures() const override { return false; }
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     enum Stage { Idle, DrawingRegion, PlacingNote };

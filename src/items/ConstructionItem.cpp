@@ -6,7 +6,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsPathItem>
 #include <QGraphicsSceneMouseEvent>
 
@@ -293,7 +293,7 @@ bool ConstructionItem::resolveLinks(const QHash<QString, AbstractBaseItem*>& byU
     return true;
 }
 
-void ConstructionItem::writeGeometry(QDomElement& e) const {
+void ConstructionItem::writeGeometry(XmlAttributes& e) const {
     ItemLinks::write(e, QStringLiteral("source"), m_sources);
     for (int i = 0; i < m_hints.size(); ++i) {
         if (m_hints[i].set)
@@ -303,7 +303,7 @@ void ConstructionItem::writeGeometry(QDomElement& e) const {
 }
 
 // The measures come back as saved; the drawing comes once the sources are linked again.
-void ConstructionItem::readGeometry(const QDomElement& e) {
+void ConstructionItem::readGeometry(const XmlAttributes& e) {
     unlink();
     m_sources = ItemLinks::read(e, QStringLiteral("source"), picksNeeded());
     for (int i = 0; i < m_sources.size(); ++i) {

@@ -97,8 +97,8 @@ protected:
     std::optional<QPointF> hint(int i) const;
 
     void commonUpdateText() override;
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
 
 private slots:

@@ -5,7 +5,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsSceneMouseEvent>
 #include <QPainterPath>
 
@@ -105,13 +105,13 @@ void CrossItem::fillMesures() {
     calibrateMesures({Ang1, Ang2});
 }
 
-void CrossItem::writeGeometry(QDomElement& e) const {
+void CrossItem::writeGeometry(XmlAttributes& e) const {
     PositionItem::writeGeometry(e);
     e.setAttribute(QStringLiteral("angle"), variantToString(m_angle));
     e.setAttribute(QStringLiteral("arm"), variantToString(m_arm));
 }
 
-void CrossItem::readGeometry(const QDomElement& e) {
+void CrossItem::readGeometry(const XmlAttributes& e) {
     m_angle = normalised(readNumber(e, QStringLiteral("angle")));
     const double arm = readNumber(e, QStringLiteral("arm"), DefaultArm);
     m_arm = arm >= MinArm && arm <= MaxArm ? arm : DefaultArm;

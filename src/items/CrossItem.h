@@ -31,8 +31,8 @@ public:
 
 protected:
     void fillMesures() override;
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     void placeArms();

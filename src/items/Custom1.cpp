@@ -5,7 +5,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsPathItem>
 #include <QGraphicsSceneMouseEvent>
 
@@ -112,12 +112,12 @@ void Custom1::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers
     emit mesureChanged(this);
 }
 
-void Custom1::writeGeometry(QDomElement& e) const {
+void Custom1::writeGeometry(XmlAttributes& e) const {
     for (int i = 0; i < m_mline.size(); ++i)
         e.setAttribute(keys[i], variantToString(mapToScene(m_mline[i])));
 }
 
-void Custom1::readGeometry(const QDomElement& e) {
+void Custom1::readGeometry(const XmlAttributes& e) {
     m_mline.clear();
     if (std::all_of(std::begin(keys), std::end(keys),
                     [&e](const QString& key) { return e.hasAttribute(key); })) {

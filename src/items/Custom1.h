@@ -25,8 +25,8 @@ public slots:
     bool computeMesures(void*) override;
 
 protected:
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     // Draws the arms through points (item coordinates), the last one possibly the cursor.

@@ -5,7 +5,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QFileInfo>
 #include <QFontMetricsF>
 #include <QMenu>
@@ -283,7 +283,7 @@ void DXFItem::paintText(QPainter* painter, const DxfText& text) const {
     painter->restore();
 }
 
-void DXFItem::writeGeometry(QDomElement& e) const {
+void DXFItem::writeGeometry(XmlAttributes& e) const {
     FrameItem::writeGeometry(e);
     if (!m_fileName.isEmpty())
         e.setAttribute(QStringLiteral("path"), savedPath(m_fileName));
@@ -296,7 +296,7 @@ void DXFItem::writeGeometry(QDomElement& e) const {
 
 // The frame comes back as it was saved; a calibration that differs from the one it was laid with
 // (unitPixels) rescales it when it arrives.
-void DXFItem::readGeometry(const QDomElement& e) {
+void DXFItem::readGeometry(const XmlAttributes& e) {
     const int units = e.attribute(QStringLiteral("units"), QStringLiteral("-1")).toInt();
     m_units = isUnitCode(units) ? units : FileUnits;
     loadDrawing(e.attribute(QStringLiteral("path")));

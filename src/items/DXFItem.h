@@ -58,8 +58,8 @@ protected:
     bool keepsAspect() const override { return true; }
     void frameChanged() override;
     void recalibrate() override;
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     bool loadDrawing(const QString& fileName);

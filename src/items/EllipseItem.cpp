@@ -7,7 +7,7 @@
 #include "RoundItem.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsEllipseItem>
 #include <QGraphicsSceneMouseEvent>
 
@@ -171,7 +171,7 @@ void EllipseItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {
     params.points = {mapToScene(m_mline[0]), mapToScene(m_mline[1])};
 }
 
-void EllipseItem::writeGeometry(QDomElement& e) const {
+void EllipseItem::writeGeometry(XmlAttributes& e) const {
     const QRectF r = rect();
     e.setAttribute(QStringLiteral("rect"), exactPointsText({r.topLeft()}) + QLatin1Char(' ') +
                                                exactPointsText({QPointF(r.width(), r.height())}));
@@ -180,7 +180,7 @@ void EllipseItem::writeGeometry(QDomElement& e) const {
 }
 
 // The measures come back as saved, computed with the calibration of their time, unless they cannot be.
-void EllipseItem::readGeometry(const QDomElement& e) {
+void EllipseItem::readGeometry(const XmlAttributes& e) {
     const QRectF r = readRect(e, QStringLiteral("rect"));
     setRect(sceneRect(r) ? r : QRectF());
     setPos(readScenePoints(e, QStringLiteral("pos")).value(0));

@@ -34,8 +34,8 @@ public slots:
     void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;
 
 protected:
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     void setRect(const QRectF& r);

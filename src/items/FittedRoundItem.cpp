@@ -4,7 +4,7 @@
 #include "ImageProbes.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsPathItem>
 #include <QMenu>
 
@@ -250,7 +250,7 @@ void FittedRoundItem::sceneImageChanged() {
     emit imageChanged(QStringLiteral("scene"), search && !isStale());
 }
 
-void FittedRoundItem::writeGeometry(QDomElement& e) const {
+void FittedRoundItem::writeGeometry(XmlAttributes& e) const {
     RoundItem::writeGeometry(e);
     e.setAttribute(QStringLiteral("way"), int(m_way));
     e.setAttribute(QStringLiteral("rays"), m_rays);
@@ -269,7 +269,7 @@ void FittedRoundItem::writeGeometry(QDomElement& e) const {
 }
 
 // How the points were found comes first: it says how they are fitted.
-void FittedRoundItem::readGeometry(const QDomElement& e) {
+void FittedRoundItem::readGeometry(const XmlAttributes& e) {
     m_way = readNumber(e, QStringLiteral("way")) == FoundOnImage ? FoundOnImage : ClickedPoints;
     m_rays =
         int(std::clamp(readNumber(e, QStringLiteral("rays"), DefaultRays), double(MinRays), double(MaxRays)));

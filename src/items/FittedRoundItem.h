@@ -74,8 +74,8 @@ protected:
     void pointsChanged() override;
     void fillMesures() override;
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     // Searches again on the images the host scene shows from now on.

@@ -6,7 +6,7 @@
 #include "ImageProbes.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QMenu>
 #include <QPainter>
 
@@ -131,12 +131,12 @@ void FlattenItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* optio
     VertexItem::paint(painter, option, widget);
 }
 
-void FlattenItem::writeGeometry(QDomElement& e) const {
+void FlattenItem::writeGeometry(XmlAttributes& e) const {
     VertexItem::writeGeometry(e);
     e.setAttribute(QStringLiteral("band"), QString::number(m_band, 'g', 10));
 }
 
-void FlattenItem::readGeometry(const QDomElement& e) {
+void FlattenItem::readGeometry(const XmlAttributes& e) {
     m_band = std::clamp(readNumber(e, QStringLiteral("band"), DefaultBand), 1.0, MaxBand);
     VertexItem::readGeometry(e);
 }

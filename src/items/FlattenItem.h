@@ -42,8 +42,8 @@ public:
 
 protected:
     void measure(bool live) override;
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     // Where the band grip stands: on the band's edge, across the path halfway along it.

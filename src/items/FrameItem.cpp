@@ -6,8 +6,8 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
+#include "XmlAttributes.h"
 #include <QDir>
-#include <QDomElement>
 #include <QGraphicsRectItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QPainter>
@@ -164,13 +164,13 @@ void FrameItem::scaleByCorner(int id, const QPointF& scenePos, bool keepAspect) 
     setFrameRectKeeping(QRectF(fixed, fixed + QPointF(sx * w, sy * h)), fixed);
 }
 
-void FrameItem::writeGeometry(QDomElement& e) const {
+void FrameItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("rect"), variantToString(frame()));
     e.setAttribute(QStringLiteral("rotation"), QString::number(QGraphicsItem::rotation(), 'f', 4));
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
 }
 
-void FrameItem::readGeometry(const QDomElement& e) {
+void FrameItem::readGeometry(const XmlAttributes& e) {
     setFrameRect(readRect(e, QStringLiteral("rect")));
     rotate(readNumber(e, QStringLiteral("rotation")));
     setPos(readPoint(e, QStringLiteral("pos")));

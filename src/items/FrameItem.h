@@ -68,8 +68,8 @@ protected:
     void paintPlaceholder(QPainter* painter, const QString& text) const;
 
     bool savesMesures() const override { return false; }
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
     QSizeF laidSize() const { return naturalSize().isEmpty() ? clickSize() : naturalSize(); }
 

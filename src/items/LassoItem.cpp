@@ -8,7 +8,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsSceneMouseEvent>
 #include <QInputDialog>
 #include <QMenu>
@@ -214,7 +214,8 @@ void LassoItem::measure(bool) {
     if (area > 0)
         m_centroidPoint = moment / area;
     m_mesureP[Aera] = double(m_pixels);
-    m_mesureP[Cust] = outer.perimeter > 0 ? 4 * Pi * double(m_pixels) / (outer.perimeter * outer.perimeter) : 0.0;
+    m_mesureP[Cust] =
+        outer.perimeter > 0 ? 4 * Pi * double(m_pixels) / (outer.perimeter * outer.perimeter) : 0.0;
     calibrateMesures({Aera, Cust});
 }
 
@@ -287,8 +288,8 @@ void LassoItem::applyContextMenu(int data) {
         return;
     }
     bool ok = false;
-    const int tolerance =
-        QInputDialog::getInt(nullptr, tr("Lasso"), tr("Tolerance (grey levels):"), m_tolerance, 0, MaxTolerance, 1, &ok);
+    const int tolerance = QInputDialog::getInt(nullptr, tr("Lasso"), tr("Tolerance (grey levels):"),
+                                               m_tolerance, 0, MaxTolerance, 1, &ok);
     if (ok)
         setTolerance(tolerance);
 }
@@ -297,7 +298,8 @@ QVariant LassoItem::itemChange(GraphicsItemChange change, const QVariant& value)
     if (change == ItemSceneHasChanged) {
         disconnect(m_imageConnection);
         if (auto* host = qobject_cast<AbstractScene*>(value.value<QGraphicsScene*>())) {
-            m_imageConnection = connect(host, &AbstractScene::imageChanged, this, &LassoItem::sceneImageChanged);
+            m_imageConnection =
+                connect(host, &AbstractScene::imageChanged, this, &LassoItem::sceneImageChanged);
             sceneImageChanged();
         }
     }
@@ -310,7 +312,7 @@ void LassoItem::sceneImageChanged() {
         grow(true);
 }
 
-void LassoItem::writeGeometry(QDomElement& e) const {
+void LassoItem::writeGeometry(XmlAttributes& e) const {
     VertexItem::writeGeometry(e);
     QStringList holes;
     for (const QPolygonF& hole : m_holes)
@@ -323,10 +325,11 @@ void LassoItem::writeGeometry(QDomElement& e) const {
 }
 
 // The saved region stands as it was segmented; it is shared with the other lassos again.
-void LassoItem::readGeometry(const QDomElement& e) {
+void LassoItem::readGeometry(const XmlAttributes& e) {
     unshare();
     m_holes.clear();
-    for (const QString& text : e.attribute(QStringLiteral("holes")).split(QLatin1Char('|'), Qt::SkipEmptyParts)) {
+    for (const QString& text :
+         e.attribute(QStringLiteral("holes")).split(QLatin1Char('|'), Qt::SkipEmptyParts)) {
         const QPolygonF hole = readCoords(text);
         if (hole.size() >= 3)
             m_holes.append(hole);

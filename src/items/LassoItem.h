@@ -64,8 +64,8 @@ protected:
     QPainterPath pathThrough(const QPolygonF& points) const override;
     bool editsVertices() const override { return false; }
     void measure(bool live) override;
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     // Grows the region; final ones are shared, counted and announced.

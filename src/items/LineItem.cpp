@@ -5,7 +5,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsLineItem>
 #include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneMouseEvent>
@@ -286,7 +286,7 @@ void LineItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget
     commonPaintCentroidText(painter);
 }
 
-void LineItem::writeGeometry(QDomElement& e) const {
+void LineItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("start"), variantToString(mapToScene(m_mline[0])));
     e.setAttribute(QStringLiteral("end"), variantToString(mapToScene(m_mline[1])));
     e.setAttribute(QStringLiteral("arrowTail"), m_arrowTail ? 1 : 0);
@@ -294,7 +294,7 @@ void LineItem::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("arrowFactor"), m_arrowFactor);
 }
 
-void LineItem::readGeometry(const QDomElement& e) {
+void LineItem::readGeometry(const XmlAttributes& e) {
     setPos(0, 0);
     m_mline[0] = readPoint(e, QStringLiteral("start"));
     m_mline[1] = readPoint(e, QStringLiteral("end"));

@@ -50,8 +50,8 @@ public slots:
 protected:
     // The line's menu opens where the click was, not where the cursor is now.
     QPoint menuPosition(QGraphicsSceneContextMenuEvent* event) const override;
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     void placeLine();

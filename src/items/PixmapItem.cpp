@@ -2,8 +2,8 @@
 
 #include "PictureReader.h"
 
+#include "XmlAttributes.h"
 #include <QBuffer>
-#include <QDomElement>
 #include <QMenu>
 #include <QPainter>
 
@@ -96,7 +96,7 @@ void PixmapItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidg
     painter->restore();
 }
 
-void PixmapItem::writeGeometry(QDomElement& e) const {
+void PixmapItem::writeGeometry(XmlAttributes& e) const {
     FrameItem::writeGeometry(e);
     e.setAttribute(QStringLiteral("opacity"), m_opacity);
     if (!m_fileName.isEmpty())
@@ -113,7 +113,7 @@ void PixmapItem::writeGeometry(QDomElement& e) const {
 }
 
 // Embedded data wins over the path, which is then kept only to be written back.
-void PixmapItem::readGeometry(const QDomElement& e) {
+void PixmapItem::readGeometry(const XmlAttributes& e) {
     FrameItem::readGeometry(e);
     m_opacity = e.hasAttribute(QStringLiteral("opacity"))
                     ? std::clamp(e.attribute(QStringLiteral("opacity")).toInt(), 0, 100)

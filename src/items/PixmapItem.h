@@ -46,8 +46,8 @@ public:
 protected:
     QSizeF naturalSize() const override { return m_image.size(); }
     void transformStep(int grip, bool last) override;
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     QImage m_image;

@@ -7,7 +7,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsScene>
 #include <QGraphicsSceneMouseEvent>
 #include <QInputDialog>
@@ -180,13 +180,13 @@ PolygonItem* PolygonShapeItem::turnIntoPolygon() {
     return polygon;
 }
 
-void PolygonShapeItem::writeGeometry(QDomElement& e) const {
+void PolygonShapeItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("centre"), variantToString(mapToParent(centre())));
     e.setAttribute(QStringLiteral("corner"), variantToString(mapToParent(corner())));
     e.setAttribute(QStringLiteral("sides"), m_sides);
 }
 
-void PolygonShapeItem::readGeometry(const QDomElement& e) {
+void PolygonShapeItem::readGeometry(const XmlAttributes& e) {
     const int sides = e.attribute(QStringLiteral("sides")).toInt();
     m_sides = sides >= MinSides && sides <= MaxSides ? sides : DefaultSides;
     setPos(0, 0);

@@ -54,8 +54,8 @@ public slots:
     bool computeMesures(void*) override;
 
 private:
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
     void rebuild();
 
     int m_sides = DefaultSides;

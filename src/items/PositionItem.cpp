@@ -5,7 +5,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsPathItem>
 #include <QGraphicsSceneMouseEvent>
 
@@ -111,12 +111,12 @@ QVariant PositionItem::itemChange(GraphicsItemChange change, const QVariant& val
     return AbstractBaseItem::itemChange(change, value);
 }
 
-void PositionItem::writeGeometry(QDomElement& e) const {
+void PositionItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("point"), variantToString(point()));
 }
 
 // The measures come back as saved; the scene the item joins recomputes them from its origin.
-void PositionItem::readGeometry(const QDomElement& e) {
+void PositionItem::readGeometry(const XmlAttributes& e) {
     m_reading = true;
     setPoint(readPoint(e, QStringLiteral("point")));
     m_reading = false;

@@ -46,8 +46,8 @@ protected:
     virtual QPointF constrained(const QPointF& p) const { return p; }
     // Fills the pixel measures; by default dist1 and dist2 are the point's x and y from the origin.
     virtual void fillMesures();
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
 
 private:

@@ -8,9 +8,9 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
+#include "XmlAttributes.h"
 #include <QAction>
 #include <QClipboard>
-#include <QDomElement>
 #include <QGraphicsRectItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QGuiApplication>
@@ -255,13 +255,13 @@ void RectangleItem::snapPixmapSelection() {
     emit itemChanged(this, QStringLiteral("snapPixMapSelection"), &image);
 }
 
-void RectangleItem::writeGeometry(QDomElement& e) const {
+void RectangleItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("rotation"), QString::number(m_rotation, 'f', 1));
     e.setAttribute(QStringLiteral("rect"), variantToString(child<QGraphicsRectItem>()->rect()));
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
 }
 
-void RectangleItem::readGeometry(const QDomElement& e) {
+void RectangleItem::readGeometry(const XmlAttributes& e) {
     setRect(readRect(e, QStringLiteral("rect")));
     rotate(readNumber(e, QStringLiteral("rotation")));
     setPos(readPoint(e, QStringLiteral("pos")));

@@ -55,8 +55,8 @@ protected:
     QList<MenuEntry> mesureMenu() const override;
 
     void setRect(const QRectF& r);
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     void pointsFromRect();

@@ -4,7 +4,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsEllipseItem>
 #include <QGraphicsPathItem>
 #include <QGraphicsSceneMouseEvent>
@@ -38,7 +38,7 @@ QString exactPointsText(const QList<QPointF>& points) {
     return parts.join(QLatin1Char(';'));
 }
 
-QList<QPointF> readScenePoints(const QDomElement& e, const QString& key) {
+QList<QPointF> readScenePoints(const XmlAttributes& e, const QString& key) {
     return readPointList(e.attribute(key));
 }
 
@@ -289,7 +289,7 @@ void RoundItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {
     params.rect = mapRectToScene(square(m_shape));
 }
 
-void RoundItem::writeGeometry(QDomElement& e) const {
+void RoundItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("coords"), exactPointsText(m_mline));
     e.setAttribute(QStringLiteral("centroid"), exactPointsText({m_shape.centre}));
     e.setAttribute(QStringLiteral("radius1"), exactNumber(m_shape.radius));
@@ -302,7 +302,7 @@ void RoundItem::writeGeometry(QDomElement& e) const {
 
 // The shape comes back as saved, and so do the measures, which were computed with the calibration of
 // their time; a shape or measures that cannot be are taken from the points again.
-void RoundItem::readGeometry(const QDomElement& e) {
+void RoundItem::readGeometry(const XmlAttributes& e) {
     m_drawingDone = true;
     m_modeEdition = EditionComplete;
     const QList<QPointF> points = readScenePoints(e, QStringLiteral("coords"));

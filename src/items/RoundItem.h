@@ -95,8 +95,8 @@ protected:
     void setStale(bool stale, const QString& why = QString());
     bool drawingDone() const { return m_drawingDone; }
 
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     void placePoints(const QList<QPointF>& points);
@@ -114,6 +114,6 @@ QString exactNumber(double v);
 // Points as "x" "y" pairs joined by ';', each number exact; and back, leaving out the points that no
 // scene can hold.
 QString exactPointsText(const QList<QPointF>& points);
-QList<QPointF> readScenePoints(const QDomElement& e, const QString& key);
+QList<QPointF> readScenePoints(const XmlAttributes& e, const QString& key);
 // Whether every measure of the item is a finite number of sensible size.
 bool saneMesures(const AbstractBaseItem& item);

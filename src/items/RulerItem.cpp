@@ -5,7 +5,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QFontMetricsF>
 #include <QGraphicsRectItem>
 #include <QGraphicsSceneMouseEvent>
@@ -161,13 +161,13 @@ void RulerItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidge
     painter->restore();
 }
 
-void RulerItem::writeGeometry(QDomElement& e) const {
+void RulerItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("rotation"), variantToString(QGraphicsItem::rotation()));
     e.setAttribute(QStringLiteral("rect"), variantToString(rect()));
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
 }
 
-void RulerItem::readGeometry(const QDomElement& e) {
+void RulerItem::readGeometry(const XmlAttributes& e) {
     setRotation(readNumber(e, QStringLiteral("rotation")));
     const QRectF r = readRect(e, QStringLiteral("rect"));
     m_mline = {r.topLeft(), r.bottomRight()};

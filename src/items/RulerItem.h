@@ -30,8 +30,8 @@ public:
 
 protected:
     bool savesMesures() const override { return false; }
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     void setRect(const QRectF& r);

@@ -1,6 +1,6 @@
 #include "SmileyItem.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsPathItem>
 #include <QMenu>
 
@@ -50,12 +50,12 @@ void SmileyItem::fillContextMenu(QMenu* menu) {
         createMenuAction(menu, QIcon(), tr(moodNames[mood]), m_mood == mood, nullptr, mood);
 }
 
-void SmileyItem::writeGeometry(QDomElement& e) const {
+void SmileyItem::writeGeometry(XmlAttributes& e) const {
     FrameItem::writeGeometry(e);
     e.setAttribute(QStringLiteral("mood"), m_mood);
 }
 
-void SmileyItem::readGeometry(const QDomElement& e) {
+void SmileyItem::readGeometry(const XmlAttributes& e) {
     const int mood = e.attribute(QStringLiteral("mood")).toInt();
     m_mood = mood >= Happy && mood <= Sad ? mood : Happy;
     FrameItem::readGeometry(e);

@@ -22,8 +22,8 @@ public:
 protected:
     QSizeF clickSize() const override { return {48, 48}; }
     void frameChanged() override;
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     int m_mood = Happy;

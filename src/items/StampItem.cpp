@@ -5,7 +5,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QFontMetricsF>
 #include <QGraphicsRectItem>
 #include <QGraphicsSceneMouseEvent>
@@ -328,7 +328,7 @@ void StampItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidge
     painter->restore();
 }
 
-void StampItem::writeGeometry(QDomElement& e) const {
+void StampItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("anchor"), variantToString(m_mline[0]));
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
     e.setAttribute(QStringLiteral("length"), QString::number(m_typed, 'g', 12));
@@ -338,7 +338,7 @@ void StampItem::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("corner"), m_corner);
 }
 
-void StampItem::readGeometry(const QDomElement& e) {
+void StampItem::readGeometry(const XmlAttributes& e) {
     m_mline[0] = readPoint(e, QStringLiteral("anchor"));
     setPos(readPoint(e, QStringLiteral("pos")));
     const double fraction = readNumber(e, QStringLiteral("fraction"), DefaultFraction);

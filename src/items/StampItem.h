@@ -69,8 +69,8 @@ public slots:
 protected:
     // The length is derived, not saved.
     bool savesMesures() const override { return false; }
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
     // Follows the image of the scene it is on; leaves its corner when moved.
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
 

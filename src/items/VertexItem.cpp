@@ -11,7 +11,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
@@ -502,11 +502,11 @@ QPolygonF VertexItem::readCoords(const QString& text) {
     return QPolygonF(readPointList(text));
 }
 
-void VertexItem::writeGeometry(QDomElement& e) const {
+void VertexItem::writeGeometry(XmlAttributes& e) const {
     e.setAttribute(QStringLiteral("coords"), coordsText(mapToParent(vertices())));
 }
 
-void VertexItem::readGeometry(const QDomElement& e) {
+void VertexItem::readGeometry(const XmlAttributes& e) {
     // The saved measures stand when they are numbers; otherwise they are measured again.
     double saved[MesuresCount], savedP[MesuresCount];
     std::copy(std::begin(m_mesure), std::end(m_mesure), saved);

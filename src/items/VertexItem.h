@@ -104,9 +104,9 @@ protected:
     // Points as "x" "y" pairs, each followed by ';'; reading leaves out the parts that are no point.
     static QString coordsText(const QPolygonF& points);
     static QPolygonF readCoords(const QString& text);
-    void writeGeometry(QDomElement& e) const override;
+    void writeGeometry(XmlAttributes& e) const override;
     // The saved measures stand when they are numbers; otherwise they are measured again.
-    void readGeometry(const QDomElement& e) override;
+    void readGeometry(const XmlAttributes& e) override;
 
     void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* event) override;

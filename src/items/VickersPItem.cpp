@@ -7,7 +7,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QGraphicsPolygonItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QLineF>
@@ -302,7 +302,7 @@ void VickersPItem::rebuildPolygon(const QList<QPointF>& points) {
     m_polygon->setPolygon(QPolygonF(points));
 }
 
-void VickersPItem::writeGeometry(QDomElement& e) const {
+void VickersPItem::writeGeometry(XmlAttributes& e) const {
     QString coords;
     for (const QPointF& p : m_mline)
         coords += variantToString(mapToParent(p)) + QLatin1Char(';');
@@ -310,7 +310,7 @@ void VickersPItem::writeGeometry(QDomElement& e) const {
     e.setAttribute(QStringLiteral("charge"), QString::number(m_charge, 'f', 2));
 }
 
-void VickersPItem::readGeometry(const QDomElement& e) {
+void VickersPItem::readGeometry(const XmlAttributes& e) {
     removeCorners();
     const QStringList parts =
         e.attribute(QStringLiteral("coords")).split(QLatin1Char(';'), Qt::SkipEmptyParts);

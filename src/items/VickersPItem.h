@@ -75,8 +75,8 @@ public slots:
 
 protected:
     void recalibrate() override { recompute(false); }
-    void writeGeometry(QDomElement& e) const override;
-    void readGeometry(const QDomElement& e) override;
+    void writeGeometry(XmlAttributes& e) const override;
+    void readGeometry(const XmlAttributes& e) override;
 
 private:
     static constexpr int CornerCount = 4;

@@ -7,7 +7,7 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
-#include <QDomElement>
+#include "XmlAttributes.h"
 #include <QFocusEvent>
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>
@@ -38,7 +38,7 @@ constexpr double MaxFontSize = 2000;
 // The background: the brush colour with its alpha, in the saved pattern ("bgStyle"). A text without
 // a background keeps none through a round trip, although its brush's colour is written as opaque
 // black. Files without the pattern fill any visible colour solidly.
-QBrush readBackground(const QDomElement& e) {
+QBrush readBackground(const XmlAttributes& e) {
     QColor colour(e.attribute(QStringLiteral("bgColor")));
     if (!colour.isValid())
         return QBrush();
@@ -385,7 +385,7 @@ AbstractBaseItem* eTextItem::clone(int id) {
     return item;
 }
 
-bool eTextItem::toXml(QDomElement& e) const {
+bool eTextItem::toAttributes(XmlAttributes& e) const {
     commonWriteXML(e);
     e.setAttribute(QStringLiteral("pos"), variantToString(pos()));
     e.setAttribute(QStringLiteral("rotation"), variantToString(m_rotation));
@@ -399,7 +399,7 @@ bool eTextItem::toXml(QDomElement& e) const {
     return true;
 }
 
-bool eTextItem::fromXml(const QDomElement& e) {
+bool eTextItem::fromAttributes(const XmlAttributes& e) {
     m_creationStarted = true;
     commonReadXML(e);
     m_text->setPlainText(e.attribute(QStringLiteral("text")));

@@ -47,8 +47,8 @@ public:
 
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
 
-    bool toXml(QDomElement& e) const override;
-    bool fromXml(const QDomElement& e) override;
+    bool toAttributes(XmlAttributes& e) const override;
+    bool fromAttributes(const XmlAttributes& e) override;
 
     void associate(AbstractBaseItem* item, void* arg) override;
     void unassociate(AbstractBaseItem* item, void* arg) override;

@@ -1,5 +1,7 @@
 #include "DocumentReader.h"
 
+#include "XmlAttributes.h"
+
 #include <QDomDocument>
 
 DocumentReader::DocumentReader(QByteArrayView bytes, int maxDepth, int maxElements, qint64 maxBytes)
@@ -83,6 +85,19 @@ void DocumentReader::copyAttributes(QDomElement& element) const {
     }
     for (const QXmlStreamAttribute& a : m_xml.attributes())
         element.setAttribute(a.qualifiedName().toString(), a.value().toString());
+}
+
+void DocumentReader::copyAttributes(XmlAttributes& attributes) const {
+    if (m_scanner) {
+        attributes.reserve(m_scanner->attributeCount());
+        for (qsizetype i = 0; i < m_scanner->attributeCount(); ++i)
+            attributes.append(m_scanner->attributeName(i), m_scanner->attributeValue(i));
+        return;
+    }
+    const QXmlStreamAttributes all = m_xml.attributes();
+    attributes.reserve(all.size());
+    for (const QXmlStreamAttribute& a : all)
+        attributes.append(a.qualifiedName().toString(), a.value().toString());
 }
 
 void DocumentReader::copyContent(QDomDocument& dom, QDomElement parent) {

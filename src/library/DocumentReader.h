@@ -9,6 +9,7 @@
 
 class QDomDocument;
 class QDomElement;
+class XmlAttributes;
 
 // What a scene document is parsed with: the scanner over the bytes in memory, or QXmlStreamReader
 // for a device, and for whatever the scanner leaves (unsupported() then says to read again with
@@ -29,6 +30,7 @@ public:
     bool hasAttribute(const char* name) const;
     QString attribute(const char* name) const;
     void copyAttributes(QDomElement& element) const;
+    void copyAttributes(XmlAttributes& attributes) const;
 
     // Reads to the end of the current element, copying its child elements and text into parent
     // unless parent is null. Depth is bounded by next(), and so is the recursion.

@@ -6,6 +6,7 @@
 #include "DocumentReader.h"
 #include "ItemFactory.h"
 #include "ItemLinks.h"
+#include "XmlAttributes.h"
 #include "eTextItem.h"
 
 #include <QBuffer>
@@ -54,17 +55,16 @@ AbstractBaseItem* createItem(QString className) {
 
 // The attribute names of an element, sorted so that saving the same scene twice gives the same file.
 // names holds those of the previous element of the same kind: items of a class write the same
-// names, which are then looked up rather than walked (a walk is quadratic in Qt's attribute map).
-void sortedNames(const QDomElement& e, QStringList& names) {
-    const QDomNamedNodeMap attributes = e.attributes();
-    bool same = attributes.count() == names.size();
+// names, which are then looked up rather than sorted again.
+void sortedNames(const XmlAttributes& e, QStringList& names) {
+    bool same = e.size() == names.size();
     for (int i = 0; same && i < names.size(); ++i)
         same = e.hasAttribute(names.at(i));
     if (same)
         return;
     names.clear();
-    for (int i = 0; i < attributes.count(); ++i)
-        names << attributes.item(i).nodeName();
+    for (qsizetype i = 0; i < e.size(); ++i)
+        names << e.name(i);
     std::sort(names.begin(), names.end());
 }
 
@@ -88,7 +88,7 @@ bool appendPlain(QByteArray& out, const QString& text) {
 // Plain attributes go straight to the device as the writer would put them, which spares the
 // writer's encoder its cost per call; any other goes through the writer, which alone escapes. The
 // writer holds nothing back between calls, so both may write in turn.
-bool writeAttributes(QXmlStreamWriter& w, const QDomElement& e, const QStringList& skipped,
+bool writeAttributes(QXmlStreamWriter& w, const XmlAttributes& e, const QStringList& skipped,
                      QStringList& names) {
     sortedNames(e, names);
     QIODevice* device = w.device();
@@ -119,22 +119,6 @@ bool writeAttributes(QXmlStreamWriter& w, const QDomElement& e, const QStringLis
     return written;
 }
 
-bool writeChildren(QXmlStreamWriter& w, const QDomElement& e) {
-    bool written = true;
-    for (QDomNode n = e.firstChild(); !n.isNull(); n = n.nextSibling()) {
-        if (n.isElement()) {
-            w.writeStartElement(n.nodeName());
-            QStringList names;
-            written = writeAttributes(w, n.toElement(), {}, names) && written;
-            written = writeChildren(w, n.toElement()) && written;
-            w.writeEndElement();
-        } else if (n.isText()) {
-            w.writeCharacters(n.nodeValue());
-        }
-    }
-    return written;
-}
-
 } // namespace
 
 struct SceneDocument::Parsed {
@@ -143,7 +127,7 @@ struct SceneDocument::Parsed {
         QString guidName;
         QString reference;
         qint64 line = 0;
-        QDomElement element;
+        XmlAttributes attributes;
     };
     struct Link {
         QString item;
@@ -343,9 +327,8 @@ bool SceneDocument::parse(DocumentReader& r, Parsed& parsed) {
             item.guidName = attribute(r, "guidname");
             item.reference = attribute(r, "ref");
             item.line = line;
-            item.element = parsed.dom.createElement(QStringLiteral("item"));
-            r.copyAttributes(item.element);
-            r.copyContent(parsed.dom, item.element);
+            r.copyAttributes(item.attributes);
+            r.copyContent(parsed.dom, QDomElement());
             parsed.items << item;
         } else if (name == QLatin1String("links")) {
             while (r.next() && !(r.isEndElement() && r.depth() == 1)) {
@@ -461,7 +444,7 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
         // Calibrated before its figures are read, the item computes its measures once.
         item->setCalibration(m_calibration);
         item->setRefreshDeferred(true);
-        if (!item->fromXml(p.element)) {
+        if (!item->fromAttributes(p.attributes)) {
             m_messages
                 << QStringLiteral("line %1: %2%3 is damaged, skipped").arg(p.line).arg(p.className, name);
             delete item;
@@ -782,20 +765,19 @@ bool SceneDocument::writeXml(QIODevice* device, const QString& folder,
     toCommonParams(params);
     w.writeStartElement(params.tagName());
     QStringList paramNames;
-    bool written = writeAttributes(w, params, {}, paramNames);
-    written = writeChildren(w, params) && written;
+    bool written = writeAttributes(w, XmlAttributes(params), {}, paramNames);
     w.writeEndElement();
 
     const QStringList own = {QStringLiteral("class"), QStringLiteral("ref")};
     QHash<QString, QStringList> namesByClass;
     for (AbstractBaseItem* i : sceneItems) {
-        QDomElement e = dom.createElement(QStringLiteral("item"));
-        i->toXml(e);
+        XmlAttributes e;
+        e.reserve(64);
+        i->toAttributes(e);
         w.writeStartElement(QStringLiteral("item"));
         w.writeAttribute(QStringLiteral("class"), i->getType());
         w.writeAttribute(QStringLiteral("ref"), reference(i));
         written = writeAttributes(w, e, own, namesByClass[i->getType()]) && written;
-        written = writeChildren(w, e) && written;
         w.writeEndElement();
     }
 
