@@ -19,9 +19,12 @@ AbstractScene::AbstractScene(const QRectF& sceneRect, QObject* parent)
 
 // Qt lists the items added since the event loop last ran until it polishes them, and looks each
 // deleted item up in that list: a scene filled and deleted with no event loop between (a command
-// line tool, a loaded document closed at once) would go in quadratic time. The polish runs first.
+// line tool, a loaded document closed at once) would go in quadratic time. The polish runs first;
+// the other pending work (the scene's bounding rectangle, its update signals) is for a scene that
+// stays, and would walk every item.
 AbstractScene::~AbstractScene() {
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    QMetaObject::invokeMethod(this, "_q_polishItems", Qt::DirectConnection);
+    QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
 }
 
 void AbstractScene::setZoomFactors(double horizontal, double vertical) {
