@@ -439,7 +439,9 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
                               .arg(name, p.className.left(60));
             continue;
         }
-        scene->addItem(item);
+        // The item reads its figures before it joins the scene, which would otherwise take each
+        // change of its geometry as a change of the scene. What it needs of the scene (its image,
+        // size and document folder) it finds through its link.
         item->setLinkScene(scene);
         // Calibrated before its figures are read, the item computes its measures once.
         item->setCalibration(m_calibration);
@@ -452,6 +454,7 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
         }
         item->computeMesures(nullptr);
         item->setRefreshDeferred(false);
+        scene->addItem(item);
         // Editable as a drawn item is once accepted.
         item->setFlag(QGraphicsItem::ItemIsSelectable, true);
         item->setFlag(QGraphicsItem::ItemIsMovable, !item->locked());
