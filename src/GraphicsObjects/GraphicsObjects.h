@@ -119,3 +119,4 @@
 #include "EllipseItem.h"
 #include "FittedRoundItem.h"
 #include "RoundItem.h"
+#include "ClickedPointsItem.h"

@@ -49,6 +49,8 @@ protected:
     // Starts a drawing by a drag, once: both points at the press, in item coordinates, so that a click
     // without a drag spans nothing. False when the drawing had started.
     bool startDrag(QGraphicsSceneMouseEvent* event);
+    // One move grip on each point, its id the point's index.
+    QList<Handle> pointHandles() const;
     // initIdentity, then startGenerated: the host record to build the item from, or null.
     const _AUTOPOINTPARAMS* initGenerated(int id, void* context, const char* mesureKey = nullptr,
                                           int mesureDefault = 0);

@@ -1,6 +1,5 @@
 #include "RoundItem.h"
 
-#include "HoverEventItem.h"
 #include "VariantText.h"
 #include "XmlRead.h"
 
@@ -222,11 +221,7 @@ bool RoundItem::endEdition() {
 }
 
 QList<AbstractBaseItem::Handle> RoundItem::handles() const {
-    QList<Handle> result;
-    int id = 0;
-    for (const QPointF& p : m_mline)
-        result.append({id++, HoverEventItem::Move, p});
-    return result;
+    return pointHandles();
 }
 
 void RoundItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
