@@ -88,3 +88,17 @@ enum : int {
     bool drawnByClicks() const override {                                                                    \
         return true;                                                                                         \
     }
+
+// Declares the overrides of an item the host transforms (a circle extracted from the image, a rectangle
+// turned into a circle or a matching template): its edit menu picks the transform, setTransformIndex
+// keeps it and announces it to the host (0 announces nothing), fixupForTransform fills the record the
+// host works from.
+#define GRAPHICSOBJECTS_ITEM_TRANSFORMED                                                                     \
+    void setTransformIndex(int index) override {                                                             \
+        m_transformIndex = index;                                                                            \
+        if (index != 0)                                                                                      \
+            emit transformIndex(this, index, false);                                                         \
+    }                                                                                                        \
+    void fillEditMenu(QMenu* menu) override;                                                                 \
+    void applyEditMenu(int data) override;                                                                   \
+    void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;

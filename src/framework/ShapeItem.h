@@ -2,6 +2,21 @@
 
 #include "AbstractBaseItem.h"
 
+// Declares what an item that keeps no measures declares (an arrow, a ruler, a picture, a note whose
+// measures follow from its geometry): no measure kind for the host, no measures in its XML. Like Q_OBJECT
+// it leaves the class in a section of its own (here public).
+#define GRAPHICSOBJECTS_UNMEASURED                                                                           \
+    long mesuresFlag() const override {                                                                      \
+        return 0;                                                                                            \
+    }                                                                                                        \
+                                                                                                             \
+protected:                                                                                                   \
+    bool savesMesures() const override {                                                                     \
+        return false;                                                                                        \
+    }                                                                                                        \
+                                                                                                             \
+public:
+
 // Base of the items drawn through one child shape (a line, rectangle, ellipse, path or polygon
 // item). The child paints; the item forwards its geometry, pen and brush to it, clones itself,
 // and reads and writes the common XML around its own attributes. A concrete item keeps only what

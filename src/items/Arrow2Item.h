@@ -13,7 +13,7 @@ public:
     GRAPHICSOBJECTS_ITEM(Arrow2Item)
     enum ArrowMode { SingleArrow = 0, DoubleArrow = 1 };
 
-    long mesuresFlag() const override { return 0; }
+    GRAPHICSOBJECTS_UNMEASURED
     QPointF centroid() override;
     GRAPHICSOBJECTS_ITEM_DRAWING
     void fillContextMenu(QMenu* menu) override;
@@ -33,7 +33,6 @@ public:
 
 protected:
     bool menuInPreview() const override { return false; }
-    bool savesMesures() const override { return false; }
     void writeGeometry(QDomElement& e) const override;
     void readGeometry(const QDomElement& e) override;
 

@@ -115,12 +115,6 @@ void CircleItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifi
     emit mesureChanged(this);
 }
 
-void CircleItem::setTransformIndex(int index) {
-    m_transformIndex = index;
-    if (index != 0)
-        emit transformIndex(this, index, false);
-}
-
 void CircleItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {
     const QRectF r = child<QGraphicsEllipseItem>()->rect();
     params.center = mapToScene(r.center());

@@ -121,12 +121,6 @@ void RectangleItem::fillMesures(double w, double h) {
     calibrateMesures({Dist1, Dist2, Aera, Perim, Rad1, Rad2});
 }
 
-void RectangleItem::setTransformIndex(int index) {
-    m_transformIndex = index;
-    if (index != 0)
-        emit transformIndex(this, index, false);
-}
-
 // Degrees anticlockwise on screen, the sense in which the rotation grips measure.
 void RectangleItem::rotate(double angle) {
     m_rotation = angle;

@@ -12,7 +12,7 @@ class GRAPHICSOBJECTS_EXPORT RulerItem : public ShapeItem {
 public:
     GRAPHICSOBJECTS_ITEM(RulerItem)
 
-    long mesuresFlag() const override { return 0; }
+    GRAPHICSOBJECTS_UNMEASURED
     QPointF centroid() override;
     void setFont(const QFont& font) override;
     GRAPHICSOBJECTS_ITEM_DRAWING
@@ -29,7 +29,6 @@ public:
     double graduationStep() const;
 
 protected:
-    bool savesMesures() const override { return false; }
     void writeGeometry(QDomElement& e) const override;
     void readGeometry(const QDomElement& e) override;
 
