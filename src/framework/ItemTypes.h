@@ -65,12 +65,16 @@ enum : int {
     GRAPHICSOBJECTS_ITEM_TYPE(Class)                                                                         \
     Q_INVOKABLE Class(QGraphicsItem* parent, int id, void* context);
 
-// The same for an item whose menu remembers its measure: MesureKey names the common parameter and
+// What an item whose menu remembers its measure declares: MesureKey names the common parameter and
 // MesureDefault is the measure shown until one is chosen.
-#define GRAPHICSOBJECTS_MEASURED_ITEM(Class, mesureKey, mesureDefault)                                       \
-    GRAPHICSOBJECTS_ITEM(Class)                                                                              \
+#define GRAPHICSOBJECTS_MESURE_KEY(mesureKey, mesureDefault)                                                 \
     static constexpr const char* MesureKey = mesureKey;                                                      \
     static constexpr int MesureDefault = mesureDefault;
+
+// GRAPHICSOBJECTS_ITEM for an item whose menu remembers its measure.
+#define GRAPHICSOBJECTS_MEASURED_ITEM(Class, mesureKey, mesureDefault)                                       \
+    GRAPHICSOBJECTS_ITEM(Class)                                                                              \
+    GRAPHICSOBJECTS_MESURE_KEY(mesureKey, mesureDefault)
 
 // Declares the overrides of an item drawn with the mouse and edited through its grips: the press and
 // the moves that draw it, the end of the drawing that keeps or refuses it, its grips and their drags.
