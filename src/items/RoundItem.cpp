@@ -71,10 +71,11 @@ bool saneMesures(const AbstractBaseItem& item) {
     return true;
 }
 
-RoundItem::RoundItem(QGraphicsItem* parent, bool arc)
+RoundItem::RoundItem(QGraphicsItem* parent, bool arc, Start start)
     : ShapeItem(parent, arc ? static_cast<QGraphicsItem*>(new QGraphicsPathItem) : new QGraphicsEllipseItem,
                 1, 0)
-    , m_arc(arc) {}
+    , m_arc(arc)
+    , m_start(start) {}
 
 std::optional<RoundShape> RoundItem::shapeFrom(const QList<QPointF>& points) const {
     if (points.size() < 3)
@@ -174,7 +175,7 @@ void RoundItem::setStale(bool stale, const QString& why) {
 void RoundItem::mousePress(QGraphicsSceneMouseEvent* event) {
     if (m_drawingDone)
         return;
-    if (!m_creationStarted && announcesStart())
+    if (!m_creationStarted && m_start == Start::Announced)
         emit mesureChangedSTART(this);
     m_creationStarted = true;
     const QPointF p = mapFromScene(event->scenePos());
