@@ -120,3 +120,4 @@
 #include "FittedRoundItem.h"
 #include "RoundItem.h"
 #include "ClickedPointsItem.h"
+#include "SpanItem.h"
