@@ -20,17 +20,11 @@
 
 namespace {
 
-// Creation order of the grips: the corners rotate, the sides resize.
-constexpr RectHandgrips::Grip rectangleGrips[] = {
-    {HoverEventItem::TopLeft, HoverEventItem::Rotation},
-    {HoverEventItem::TopRight, HoverEventItem::Rotation},
-    {HoverEventItem::BottomRight, HoverEventItem::Rotation},
-    {HoverEventItem::BottomLeft, HoverEventItem::Rotation},
-    {HoverEventItem::MiddleLeft, HoverEventItem::ResizeHorizontal},
-    {HoverEventItem::MiddleRight, HoverEventItem::ResizeHorizontal},
-    {HoverEventItem::TopMiddle, HoverEventItem::ResizeVertical},
-    {HoverEventItem::BottomMiddle, HoverEventItem::ResizeVertical},
-};
+// Creation order of the grips: the corners, which rotate, clockwise, then the sides.
+constexpr int rectangleGrips[] = {HoverEventItem::TopLeft,     HoverEventItem::TopRight,
+                                  HoverEventItem::BottomRight, HoverEventItem::BottomLeft,
+                                  HoverEventItem::MiddleLeft,  HoverEventItem::MiddleRight,
+                                  HoverEventItem::TopMiddle,   HoverEventItem::BottomMiddle};
 
 // The rectangle position facing a grip position (0..7), which stays put while that grip is dragged.
 int oppositePosition(int position) {
@@ -70,7 +64,7 @@ void RectangleItem::setLockstate(const bool& state) {
 }
 
 QList<AbstractBaseItem::Handle> RectangleItem::handles() const {
-    return RectHandgrips::handlesOn(rect(), rectangleGrips);
+    return RectHandgrips::frameHandles(rect(), HoverEventItem::Rotation, rectangleGrips);
 }
 
 // The child's rectangle, with the rotation centred on it.
