@@ -69,6 +69,13 @@ protected:
     // initIdentity, then startGenerated: the host record to build the item from, or null.
     const _AUTOPOINTPARAMS* initGenerated(int id, void* context, const char* mesureKey = nullptr,
                                           int mesureDefault = 0);
+    // The same for a constructor that builds the item from the host record: build(record) runs when
+    // there is one.
+    template <class Build>
+    void initGenerated(int id, void* context, const char* mesureKey, int mesureDefault, Build build) {
+        if (const _AUTOPOINTPARAMS* params = initGenerated(id, context, mesureKey, mesureDefault))
+            build(*params);
+    }
     virtual bool savesMesures() const { return true; }
     virtual void writeGeometry(QDomElement& e) const = 0;
     // Runs after the common attributes, the pen, brush and font are back.

@@ -21,14 +21,15 @@ const QString keys[PointCount] = {QStringLiteral("arm1"), QStringLiteral("vertex
 
 Custom1::Custom1(QGraphicsItem* parent, int id, void* context)
     : ClickedPointsItem(parent, new QGraphicsPathItem, 1, PointCount) {
-    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
-    if (!params || params->points.size() != PointCount)
-        return;
-    copyCommonData(this, params->source);
-    m_mline = fromScene(params->points);
-    drawPoints(m_mline);
-    computeMesures(nullptr);
-    m_modeEdition = EditionComplete;
+    initGenerated(id, context, MesureKey, MesureDefault, [this](const _AUTOPOINTPARAMS& params) {
+        if (params.points.size() != PointCount)
+            return;
+        copyCommonData(this, params.source);
+        m_mline = fromScene(params.points);
+        drawPoints(m_mline);
+        computeMesures(nullptr);
+        m_modeEdition = EditionComplete;
+    });
 }
 
 QPointF Custom1::centroid() {

@@ -43,16 +43,15 @@ QRectF recordRect(const _AUTOPOINTPARAMS& params) {
 
 EllipseItem::EllipseItem(QGraphicsItem* parent, int id, void* context)
     : ShapeItem(parent, new QGraphicsEllipseItem, 1, 2) {
-    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
-    if (!params)
-        return;
-    const QRectF r = recordRect(*params);
-    m_refusedRecord = !sceneRect(r);
-    if (m_refusedRecord)
-        return;
-    copyCommonData(this, params->source);
-    setRect(mapRectFromScene(r));
-    computeMesures(nullptr);
+    initGenerated(id, context, MesureKey, MesureDefault, [this](const _AUTOPOINTPARAMS& params) {
+        const QRectF r = recordRect(params);
+        m_refusedRecord = !sceneRect(r);
+        if (m_refusedRecord)
+            return;
+        copyCommonData(this, params.source);
+        setRect(mapRectFromScene(r));
+        computeMesures(nullptr);
+    });
 }
 
 QRectF EllipseItem::rect() const {
