@@ -106,3 +106,11 @@ enum : int {
     void fillEditMenu(QMenu* menu) override;                                                                 \
     void applyEditMenu(int data) override;                                                                   \
     void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;
+
+// Declares the lock of an item whose lock reaches its grips without the movable flag that
+// lockunlockHandgrips gives them (a line, a rectangle).
+#define GRAPHICSOBJECTS_LOCKS_GRIPS_ONLY                                                                     \
+    void setLockstate(const bool& state) override {                                                          \
+        m_locked = state;                                                                                    \
+        lockHandgripsOnly(state);                                                                            \
+    }

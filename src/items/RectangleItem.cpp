@@ -58,11 +58,6 @@ QRectF RectangleItem::rect() const {
     return child<QGraphicsRectItem>()->rect();
 }
 
-void RectangleItem::setLockstate(const bool& state) {
-    m_locked = state;
-    lockHandgripsOnly(state);
-}
-
 QList<AbstractBaseItem::Handle> RectangleItem::handles() const {
     return RectHandgrips::frameHandles(rect(), HoverEventItem::Rotation, rectangleGrips);
 }

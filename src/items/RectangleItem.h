@@ -27,7 +27,7 @@ public:
     static constexpr double MatchingAreaLimit = 65536.0;
 
     long mesuresFlag() const override { return 0x80; }
-    void setLockstate(const bool& state) override;
+    GRAPHICSOBJECTS_LOCKS_GRIPS_ONLY
     GRAPHICSOBJECTS_ITEM_DRAWING
     GRAPHICSOBJECTS_ITEM_TRANSFORMED
     // Sets the rotation (degrees, anticlockwise on screen) about the rectangle's centre.
