@@ -119,3 +119,5 @@
 #include "EllipseItem.h"
 #include "FittedRoundItem.h"
 #include "RoundItem.h"
+#include "ClickedPointsItem.h"
+#include "SpanItem.h"

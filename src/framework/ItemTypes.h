@@ -65,12 +65,16 @@ enum : int {
     GRAPHICSOBJECTS_ITEM_TYPE(Class)                                                                         \
     Q_INVOKABLE Class(QGraphicsItem* parent, int id, void* context);
 
-// The same for an item whose menu remembers its measure: MesureKey names the common parameter and
+// What an item whose menu remembers its measure declares: MesureKey names the common parameter and
 // MesureDefault is the measure shown until one is chosen.
-#define GRAPHICSOBJECTS_MEASURED_ITEM(Class, mesureKey, mesureDefault)                                       \
-    GRAPHICSOBJECTS_ITEM(Class)                                                                              \
+#define GRAPHICSOBJECTS_MESURE_KEY(mesureKey, mesureDefault)                                                 \
     static constexpr const char* MesureKey = mesureKey;                                                      \
     static constexpr int MesureDefault = mesureDefault;
+
+// GRAPHICSOBJECTS_ITEM for an item whose menu remembers its measure.
+#define GRAPHICSOBJECTS_MEASURED_ITEM(Class, mesureKey, mesureDefault)                                       \
+    GRAPHICSOBJECTS_ITEM(Class)                                                                              \
+    GRAPHICSOBJECTS_MESURE_KEY(mesureKey, mesureDefault)
 
 // Declares the overrides of an item drawn with the mouse and edited through its grips: the press and
 // the moves that draw it, the end of the drawing that keeps or refuses it, its grips and their drags.
@@ -87,4 +91,26 @@ enum : int {
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;                                   \
     bool drawnByClicks() const override {                                                                    \
         return true;                                                                                         \
+    }
+
+// Declares the overrides of an item the host transforms (a circle extracted from the image, a rectangle
+// turned into a circle or a matching template): its edit menu picks the transform, setTransformIndex
+// keeps it and announces it to the host (0 announces nothing), fixupForTransform fills the record the
+// host works from.
+#define GRAPHICSOBJECTS_ITEM_TRANSFORMED                                                                     \
+    void setTransformIndex(int index) override {                                                             \
+        m_transformIndex = index;                                                                            \
+        if (index != 0)                                                                                      \
+            emit transformIndex(this, index, false);                                                         \
+    }                                                                                                        \
+    void fillEditMenu(QMenu* menu) override;                                                                 \
+    void applyEditMenu(int data) override;                                                                   \
+    void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;
+
+// Declares the lock of an item whose lock reaches its grips without the movable flag that
+// lockunlockHandgrips gives them (a line, a rectangle).
+#define GRAPHICSOBJECTS_LOCKS_GRIPS_ONLY                                                                     \
+    void setLockstate(const bool& state) override {                                                          \
+        m_locked = state;                                                                                    \
+        lockHandgripsOnly(state);                                                                            \
     }

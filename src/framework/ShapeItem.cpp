@@ -1,5 +1,7 @@
 #include "ShapeItem.h"
 
+#include "HoverEventItem.h"
+
 #include <QAbstractGraphicsShapeItem>
 #include <QGraphicsLineItem>
 #include <QGraphicsSceneMouseEvent>
@@ -48,6 +50,13 @@ bool ShapeItem::startDrag(QGraphicsSceneMouseEvent* event) {
     m_mline = {p, p};
     m_creationStarted = true;
     return true;
+}
+
+QList<AbstractBaseItem::Handle> ShapeItem::pointHandles() const {
+    QList<Handle> result;
+    for (int i = 0; i < m_mline.size(); ++i)
+        result.append({i, HoverEventItem::Move, m_mline[i]});
+    return result;
 }
 
 const _AUTOPOINTPARAMS* ShapeItem::initGenerated(int id, void* context, const char* mesureKey,

@@ -2,6 +2,21 @@
 
 #include "AbstractBaseItem.h"
 
+// Declares what an item that keeps no measures declares (an arrow, a ruler, a picture, a note whose
+// measures follow from its geometry): no measure kind for the host, no measures in its XML. Like Q_OBJECT
+// it leaves the class in a section of its own (here public).
+#define GRAPHICSOBJECTS_UNMEASURED                                                                           \
+    long mesuresFlag() const override {                                                                      \
+        return 0;                                                                                            \
+    }                                                                                                        \
+                                                                                                             \
+protected:                                                                                                   \
+    bool savesMesures() const override {                                                                     \
+        return false;                                                                                        \
+    }                                                                                                        \
+                                                                                                             \
+public:
+
 // Base of the items drawn through one child shape (a line, rectangle, ellipse, path or polygon
 // item). The child paints; the item forwards its geometry, pen and brush to it, clones itself,
 // and reads and writes the common XML around its own attributes. A concrete item keeps only what
@@ -49,9 +64,18 @@ protected:
     // Starts a drawing by a drag, once: both points at the press, in item coordinates, so that a click
     // without a drag spans nothing. False when the drawing had started.
     bool startDrag(QGraphicsSceneMouseEvent* event);
+    // One move grip on each point, its id the point's index.
+    QList<Handle> pointHandles() const;
     // initIdentity, then startGenerated: the host record to build the item from, or null.
     const _AUTOPOINTPARAMS* initGenerated(int id, void* context, const char* mesureKey = nullptr,
                                           int mesureDefault = 0);
+    // The same for a constructor that builds the item from the host record: build(record) runs when
+    // there is one.
+    template <class Build>
+    void initGenerated(int id, void* context, const char* mesureKey, int mesureDefault, Build build) {
+        if (const _AUTOPOINTPARAMS* params = initGenerated(id, context, mesureKey, mesureDefault))
+            build(*params);
+    }
     virtual bool savesMesures() const { return true; }
     virtual void writeGeometry(XmlAttributes& e) const = 0;
     // Runs after the common attributes, the pen, brush and font are back.

@@ -23,11 +23,9 @@ QPointF nearEnd(const QLineF& l, const QPointF& from) {
 
 } // namespace
 
-Angle::Angle(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(
-          parent, 1, {Need::Straight, Need::Straight},
-          {{QT_TRANSLATE_NOOP("Angle", "Angle"), Ang1}, {QT_TRANSLATE_NOOP("Angle", "Supplement"), Ang2}}) {
-    initIdentity(id, MesureKey, MesureDefault);
+ConstructionItem::Kind Angle::kind() {
+    return {{Need::Straight, Need::Straight},
+            {{QT_TR_NOOP("Angle"), Ang1}, {QT_TR_NOOP("Supplement"), Ang2}}};
 }
 
 QString Angle::build(Drawing& drawing) {

@@ -14,7 +14,6 @@ public:
     GRAPHICSOBJECTS_MEASURED_ITEM(Arc3PointsItem, "arc3points_mesureIndex", Rad1)
 
 protected:
-    bool announcesStart() const override { return true; }
     // A centre and radius give no ends.
     QList<QPointF> pointsOnCircle(const QPointF&, double) const override { return {}; }
 };

@@ -24,15 +24,10 @@ const QPointF doubleArrowTemplate[] = {
 
 } // namespace
 
+// Corners turn the arrow, sides resize it.
 Arrow2Item::Arrow2Item(QGraphicsItem* parent, int id, void*)
-    : ShapeItem(parent, new QGraphicsPathItem, 4, 2) {
+    : SpanItem(parent, new QGraphicsPathItem, 4, HoverEventItem::Rotation) {
     initIdentity(id);
-}
-
-// The grips follow the two points, also while a side is dragged past the opposite one. Corners turn
-// the arrow, sides resize it.
-QList<AbstractBaseItem::Handle> Arrow2Item::handles() const {
-    return RectHandgrips::frameHandles(QRectF(m_mline[0], m_mline[1]), HoverEventItem::Rotation);
 }
 
 QPainterPath Arrow2Item::arrowOutline(const QRectF& r, int mode) {
@@ -99,12 +94,6 @@ void Arrow2Item::mouseMove(QGraphicsSceneMouseEvent* event) {
     rebuild();
 }
 
-bool Arrow2Item::endEdition() {
-    const QRectF r = RectHandgrips::normalise(m_mline);
-    refreshHandgrips();
-    return r.width() > 0 && r.height() > 0;
-}
-
 bool Arrow2Item::isRotationGrip(int id) const {
     return RectHandgrips::isCorner(id);
 }
@@ -114,17 +103,17 @@ void Arrow2Item::handlePressed(int id, const QPointF& scenePos, Qt::KeyboardModi
         m_rotation = QGraphicsItem::rotation();
         m_currentRotation = 0;
     }
-    ShapeItem::handlePressed(id, scenePos, modifiers);
+    SpanItem::handlePressed(id, scenePos, modifiers);
 }
 
+// A turn leaves the points as they are.
 void Arrow2Item::handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
-    if (isRotationGrip(id)) {
-        m_rotation = QGraphicsItem::rotation();
-        m_currentRotation = 0;
-    } else {
-        RectHandgrips::normalise(m_mline);
-        refreshHandgrips();
+    if (!isRotationGrip(id)) {
+        SpanItem::handleReleased(id, scenePos, modifiers);
+        return;
     }
+    m_rotation = QGraphicsItem::rotation();
+    m_currentRotation = 0;
     ShapeItem::handleReleased(id, scenePos, modifiers);
 }
 
@@ -136,17 +125,15 @@ void Arrow2Item::rotateAboutCentre(double degrees) {
     setPos(pos() + before - mapToScene(c));
 }
 
-void Arrow2Item::handleMoved(int id, const QPointF& p, Qt::KeyboardModifiers) {
-    HoverEventItem* grip = handgrip(id);
-    if (isRotationGrip(id)) {
-        const QPointF centre = mapToScene(frame().center());
-        // Screen angles turn counter-clockwise, item rotations clockwise.
-        m_currentRotation = HoverEventItem::applyRotation(grip, p, centre, m_refRotationPoint);
-        rotateAboutCentre(m_rotation - m_currentRotation);
-    } else {
-        RectHandgrips::drag(grip, m_mline, p, this);
-        rebuild();
+void Arrow2Item::handleMoved(int id, const QPointF& p, Qt::KeyboardModifiers modifiers) {
+    if (!isRotationGrip(id)) {
+        SpanItem::handleMoved(id, p, modifiers);
+        return;
     }
+    const QPointF centre = mapToScene(frame().center());
+    // Screen angles turn counter-clockwise, item rotations clockwise.
+    m_currentRotation = HoverEventItem::applyRotation(handgrip(id), p, centre, m_refRotationPoint);
+    rotateAboutCentre(m_rotation - m_currentRotation);
     emit mesureChanged(this);
 }
 

@@ -1,21 +1,23 @@
 #pragma once
 
 #include "ItemTypes.h"
-#include "ShapeItem.h"
+#include "SpanItem.h"
 
 class QGraphicsPathItem;
 
 // A block arrow drawn inside the rectangle spanned by its two points, with one head pointing up
 // or heads at the top and the bottom. Its corner grips turn it, its side grips resize it.
-class GRAPHICSOBJECTS_EXPORT Arrow2Item : public ShapeItem {
+class GRAPHICSOBJECTS_EXPORT Arrow2Item : public SpanItem {
     Q_OBJECT
 public:
     GRAPHICSOBJECTS_ITEM(Arrow2Item)
     enum ArrowMode { SingleArrow = 0, DoubleArrow = 1 };
 
-    long mesuresFlag() const override { return 0; }
+    GRAPHICSOBJECTS_UNMEASURED
     QPointF centroid() override;
-    GRAPHICSOBJECTS_ITEM_DRAWING
+    void mousePress(QGraphicsSceneMouseEvent* event) override;
+    void mouseMove(QGraphicsSceneMouseEvent* event) override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
     void fillEditMenu(QMenu* menu) override { fillContextMenu(menu); }
@@ -33,7 +35,7 @@ public:
 
 protected:
     bool menuInPreview() const override { return false; }
-    bool savesMesures() const override { return false; }
+    void spanChanged() override { rebuild(); }
     void writeGeometry(XmlAttributes& e) const override;
     void readGeometry(const XmlAttributes& e) override;
 

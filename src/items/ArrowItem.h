@@ -12,7 +12,7 @@ class GRAPHICSOBJECTS_EXPORT ArrowItem : public ShapeItem {
 public:
     GRAPHICSOBJECTS_ITEM(ArrowItem)
 
-    long mesuresFlag() const override { return 0; }
+    GRAPHICSOBJECTS_UNMEASURED
     // The pen also fills the arrow; the brush is not drawn.
     void setPen(const QPen& pen) override;
     void setBrush(const QBrush& brush) override { AbstractBaseItem::setBrush(brush); }
@@ -27,7 +27,6 @@ public:
 
 protected:
     bool menuInPreview() const override { return false; }
-    bool savesMesures() const override { return false; }
     void writeGeometry(XmlAttributes& e) const override;
     void readGeometry(const XmlAttributes& e) override;
 

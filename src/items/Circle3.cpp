@@ -23,13 +23,15 @@ bool collinear(const QPointF& a, const QPointF& b, const QPointF& c) {
 
 } // namespace
 
-Circle3::Circle3(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 0x70, {Need::Anything, Need::Anything, Need::Anything},
-                       {{QT_TRANSLATE_NOOP("Circle3", "Diameter"), Diam},
-                        {QT_TRANSLATE_NOOP("Circle3", "Radius"), Rad1},
-                        {QT_TRANSLATE_NOOP("Circle3", "Area"), Aera},
-                        {QT_TRANSLATE_NOOP("Circle3", "Perimeter"), Perim}}) {
-    initIdentity(id, MesureKey, MesureDefault);
+// Sub-type and measure kind are those of a circle.
+ConstructionItem::Kind Circle3::kind() {
+    return {{Need::Anything, Need::Anything, Need::Anything},
+            {{QT_TR_NOOP("Diameter"), Diam},
+             {QT_TR_NOOP("Radius"), Rad1},
+             {QT_TR_NOOP("Area"), Aera},
+             {QT_TR_NOOP("Perimeter"), Perim}},
+            0x70,
+            0x70};
 }
 
 QString Circle3::build(Drawing& drawing) {

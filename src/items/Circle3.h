@@ -11,7 +11,6 @@ class GRAPHICSOBJECTS_EXPORT Circle3 : public ConstructionItem {
 public:
     GRAPHICSOBJECTS_CONSTRUCTION(Circle3, "circle3_mesureIndex", Diam)
 
-    long mesuresFlag() const override { return 0x70; }
     // The circle found, in scene coordinates and pixels; meaningful while hasResult().
     QPointF centre() const { return m_centre; }
     double radius() const { return m_radius; }

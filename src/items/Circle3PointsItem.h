@@ -11,7 +11,4 @@ class GRAPHICSOBJECTS_EXPORT Circle3PointsItem : public RoundItem {
 public:
     // context: optional _AUTOPOINTPARAMS with three points, or a centre and radius.
     GRAPHICSOBJECTS_MEASURED_ITEM(Circle3PointsItem, "circle3points_mesureIndex", Aera)
-
-protected:
-    bool announcesStart() const override { return true; }
 };

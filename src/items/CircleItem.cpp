@@ -24,14 +24,12 @@ constexpr double TwoPi = 6.283185307179586;
 
 CircleItem::CircleItem(QGraphicsItem* parent, int id, void* context)
     : ShapeItem(parent, new QGraphicsEllipseItem, 1, 2) {
-    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
-    if (!params)
-        return;
-    if (params->source)
-        copyCommonData(this, params->source);
-    m_centroidPoint = mapFromScene(params->center);
-    placeCircle(params->radius);
-    computeMesures(nullptr);
+    initGenerated(id, context, MesureKey, MesureDefault, [this](const _AUTOPOINTPARAMS& params) {
+        copyCommonData(this, params.source);
+        m_centroidPoint = mapFromScene(params.center);
+        placeCircle(params.radius);
+        computeMesures(nullptr);
+    });
 }
 
 QRectF CircleItem::rect() const {
@@ -113,12 +111,6 @@ void CircleItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifi
     if (HoverEventItem* grip = handgrip(id))
         grip->setTooltip(formatTextMesure(Rad1));
     emit mesureChanged(this);
-}
-
-void CircleItem::setTransformIndex(int index) {
-    m_transformIndex = index;
-    if (index != 0)
-        emit transformIndex(this, index, false);
 }
 
 void CircleItem::fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) {

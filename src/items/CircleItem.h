@@ -20,17 +20,14 @@ public:
     void setPen(const QPen& pen) override;
     GRAPHICSOBJECTS_ITEM_DRAWING
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
-    void setTransformIndex(int index) override;
+    GRAPHICSOBJECTS_ITEM_TRANSFORMED
     QList<MenuEntry> mesureMenu() const override;
-    void fillEditMenu(QMenu* menu) override;
-    void applyEditMenu(int data) override;
 
     // The circle's bounding square in item coordinates.
     QRectF rect() const;
 
 public slots:
     bool computeMesures(void* arg) override;
-    void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;
 
 protected:
     // A preview shows no measure menu, but its edit menu.

@@ -33,11 +33,10 @@ double clampedRadius(double r) {
 
 CircleNote::CircleNote(QGraphicsItem* parent, int id, void* context)
     : ShapeItem(parent, new QGraphicsPathItem, 1, 2) {
-    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
-    if (!params)
-        return;
-    setRegion(mapFromScene(params->center), params->radius);
-    setNoteCentre(params->points.isEmpty() ? offeredNoteCentre() : mapFromScene(params->points.first()));
+    initGenerated(id, context, MesureKey, MesureDefault, [this](const _AUTOPOINTPARAMS& params) {
+        setRegion(mapFromScene(params.center), params.radius);
+        setNoteCentre(params.points.isEmpty() ? offeredNoteCentre() : mapFromScene(params.points.first()));
+    });
 }
 
 QList<QLineF> CircleNote::tangents() const {

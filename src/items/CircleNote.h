@@ -33,7 +33,7 @@ public:
     // the other.
     QList<QLineF> tangents() const;
 
-    long mesuresFlag() const override { return 0; }
+    GRAPHICSOBJECTS_UNMEASURED
     QPointF centroid() override;
     MesureText mesureText(int i) const override;
     GRAPHICSOBJECTS_ITEM_DRAWN_BY_CLICKS
@@ -49,7 +49,6 @@ public slots:
 
 protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
-    bool savesMesures() const override { return false; }
     void writeGeometry(XmlAttributes& e) const override;
     void readGeometry(const XmlAttributes& e) override;
 

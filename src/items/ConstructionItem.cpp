@@ -13,11 +13,11 @@
 #include <algorithm>
 #include <cmath>
 
-ConstructionItem::ConstructionItem(QGraphicsItem* parent, unsigned long subType, const QList<Need>& needs,
-                                   const QList<MenuEntry>& menu)
-    : ShapeItem(parent, new QGraphicsPathItem, subType, 0)
-    , m_needs(needs)
-    , m_menu(menu + QList<MenuEntry>{{QT_TRANSLATE_NOOP("ConstructionItem", "None"), NoMesure}})
+ConstructionItem::ConstructionItem(QGraphicsItem* parent, const Kind& kind)
+    : ShapeItem(parent, new QGraphicsPathItem, kind.subType, 0)
+    , m_needs(kind.needs)
+    , m_menu(kind.menu + QList<MenuEntry>{{QT_TRANSLATE_NOOP("ConstructionItem", "None"), NoMesure}})
+    , m_mesuresFlag(kind.mesuresFlag)
     , m_results(new QGraphicsPathItem(this)) {
     // Its drawing is made of its sources' places: a drag of its own cannot move it.
     setFlag(ItemSendsGeometryChanges, true);

@@ -10,11 +10,19 @@
 
 class QGraphicsPathItem;
 
-// Declares what a construction declares: the item (GRAPHICSOBJECTS_MEASURED_ITEM) and its build().
-// Like Q_OBJECT it leaves the class in a section of its own (here public).
+// Declares what a construction declares: its type, measure key and build(), and its constructor, which
+// builds the construction its class's kind() describes. Like Q_OBJECT it leaves the class in a section
+// of its own (here public).
 #define GRAPHICSOBJECTS_CONSTRUCTION(Class, mesureKey, mesureDefault)                                        \
-    GRAPHICSOBJECTS_MEASURED_ITEM(Class, mesureKey, mesureDefault)                                           \
+    GRAPHICSOBJECTS_ITEM_TYPE(Class)                                                                         \
+    GRAPHICSOBJECTS_MESURE_KEY(mesureKey, mesureDefault)                                                     \
+    Q_INVOKABLE Class(QGraphicsItem* parent, int id, void*)                                                  \
+        : ConstructionItem(parent, kind()) {                                                                 \
+        initIdentity(id, MesureKey, MesureDefault);                                                          \
+    }                                                                                                        \
+                                                                                                             \
 protected:                                                                                                   \
+    static Kind kind();                                                                                      \
     QString build(Drawing& drawing) override;                                                                \
                                                                                                              \
 public:
@@ -41,7 +49,7 @@ public:
     // The copy follows the same sources.
     AbstractBaseItem* clone(int id) override;
     int picksNeeded() const override { return int(m_needs.size()); }
-    long mesuresFlag() const override { return 5; }
+    long mesuresFlag() const override { return m_mesuresFlag; }
     QList<MenuEntry> mesureMenu() const override { return m_menu; }
     typModeEdition pickItem(AbstractBaseItem* item, const QPointF& scenePos, QString* refusal) override;
     // Links the construction to items, in pick order, and computes. False, leaving the
@@ -77,10 +85,16 @@ public slots:
     bool computeMesures(void*) override;
 
 protected:
-    // One need per pick, in pick order; menu: the measures the context menu offers, before the
-    // "None" that ends every construction's menu.
-    ConstructionItem(QGraphicsItem* parent, unsigned long subType, const QList<Need>& needs,
-                     const QList<MenuEntry>& menu);
+    // What a construction class is: one need per pick, in pick order; the measures its context menu
+    // offers, before the "None" that ends every construction's menu; its sub-type and the kind of its
+    // measures (mesuresFlag).
+    struct Kind {
+        QList<Need> needs;
+        QList<MenuEntry> menu;
+        unsigned long subType = 1;
+        long mesuresFlag = 5;
+    };
+    ConstructionItem(QGraphicsItem* parent, const Kind& kind);
 
     // What a construction draws and where its label goes, in scene coordinates.
     struct Drawing {
@@ -123,6 +137,7 @@ private:
     };
     QList<Need> m_needs;
     QList<MenuEntry> m_menu;
+    long m_mesuresFlag;
     QList<ItemReference> m_sources;
     QList<Hint> m_hints;
     QGraphicsPathItem* m_results;

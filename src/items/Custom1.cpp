@@ -1,13 +1,11 @@
 #include "Custom1.h"
 
 #include "ConstructionGeometry.h"
-#include "HoverEventItem.h"
 #include "VariantText.h"
 #include "XmlRead.h"
 
 #include "XmlAttributes.h"
 #include <QGraphicsPathItem>
-#include <QGraphicsSceneMouseEvent>
 
 #include <algorithm>
 
@@ -22,22 +20,23 @@ const QString keys[PointCount] = {QStringLiteral("arm1"), QStringLiteral("vertex
 } // namespace
 
 Custom1::Custom1(QGraphicsItem* parent, int id, void* context)
-    : ShapeItem(parent, new QGraphicsPathItem, 1, 0) {
-    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
-    if (!params || params->points.size() != PointCount)
-        return;
-    copyCommonData(this, params->source);
-    m_mline = fromScene(params->points);
-    drawArms(m_mline);
-    computeMesures(nullptr);
-    m_modeEdition = EditionComplete;
+    : ClickedPointsItem(parent, new QGraphicsPathItem, 1, PointCount) {
+    initGenerated(id, context, MesureKey, MesureDefault, [this](const _AUTOPOINTPARAMS& params) {
+        if (params.points.size() != PointCount)
+            return;
+        copyCommonData(this, params.source);
+        m_mline = fromScene(params.points);
+        drawPoints(m_mline);
+        computeMesures(nullptr);
+        m_modeEdition = EditionComplete;
+    });
 }
 
 QPointF Custom1::centroid() {
-    return m_mline.size() > Vertex ? m_mline[Vertex] : ShapeItem::centroid();
+    return m_mline.size() > Vertex ? m_mline[Vertex] : ClickedPointsItem::centroid();
 }
 
-void Custom1::drawArms(const QList<QPointF>& points) {
+void Custom1::drawPoints(const QList<QPointF>& points) {
     QPainterPath path;
     for (int i = 1; i < points.size(); ++i)
         Construction::addSegment(path, points[i - 1], points[i]);
@@ -66,27 +65,6 @@ bool Custom1::computeMesures(void*) {
     return true;
 }
 
-void Custom1::mousePress(QGraphicsSceneMouseEvent* event) {
-    if (m_mline.size() >= PointCount)
-        return;
-    m_creationStarted = true;
-    m_mline.append(mapFromScene(event->scenePos()));
-    drawArms(m_mline);
-    computeMesures(nullptr);
-}
-
-void Custom1::mouseMove(QGraphicsSceneMouseEvent* event) {
-    if (m_mline.isEmpty() || m_mline.size() >= PointCount)
-        return;
-    drawArms(QList<QPointF>(m_mline) << mapFromScene(event->scenePos()));
-}
-
-AbstractBaseItem::typModeEdition Custom1::mouseRelease(QGraphicsSceneMouseEvent*) {
-    m_modeEdition = m_mline.size() < PointCount ? EditionCreating : EditionComplete;
-    return m_modeEdition;
-}
-
-// Arms of no length measure nothing.
 bool Custom1::endEdition() {
     return m_mline.size() == PointCount && m_mline[FirstArm] != m_mline[Vertex] &&
            m_mline[SecondArm] != m_mline[Vertex];
@@ -96,18 +74,11 @@ QList<AbstractBaseItem::MenuEntry> Custom1::mesureMenu() const {
     return {{QT_TR_NOOP("Angle"), Ang1}, {QT_TR_NOOP("Reflex angle"), Ang2}, {QT_TR_NOOP("None"), NoMesure}};
 }
 
-QList<AbstractBaseItem::Handle> Custom1::handles() const {
-    QList<Handle> result;
-    for (int i = 0; i < m_mline.size(); ++i)
-        result.append({i, HoverEventItem::Move, m_mline[i]});
-    return result;
-}
-
 void Custom1::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
     if (id < 0 || id >= m_mline.size())
         return;
     m_mline[id] = mapFromScene(scenePos);
-    drawArms(m_mline);
+    drawPoints(m_mline);
     computeMesures(nullptr);
     emit mesureChanged(this);
 }
@@ -124,7 +95,7 @@ void Custom1::readGeometry(const XmlAttributes& e) {
         for (const QString& key : keys)
             m_mline.append(mapFromScene(readPoint(e, key)));
     }
-    drawArms(m_mline);
+    drawPoints(m_mline);
     if (!computeMesures(nullptr)) {
         placeCentroidHandgrip();
         commonUpdateText();

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "ClickedPointsItem.h"
 #include "ItemTypes.h"
-#include "ShapeItem.h"
 
 class QGraphicsPathItem;
 
 // A protractor drawn with three clicks: the end of the first arm, the vertex, the end of the
 // second arm. ang1 is the angle between the arms, 0 to 180, ang2 the reflex angle 360 - ang1;
 // drawn as its two arms and the arc between them.
-class GRAPHICSOBJECTS_EXPORT Custom1 : public ShapeItem {
+class GRAPHICSOBJECTS_EXPORT Custom1 : public ClickedPointsItem {
     Q_OBJECT
 public:
     // The points in the order they are clicked, also the grips' ids.
@@ -18,17 +18,17 @@ public:
 
     long mesuresFlag() const override { return 0; }
     QPointF centroid() override;
-    GRAPHICSOBJECTS_ITEM_DRAWN_BY_CLICKS
+    // Arms of no length measure nothing.
+    bool endEdition() override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
     QList<MenuEntry> mesureMenu() const override;
 
 public slots:
     bool computeMesures(void*) override;
 
 protected:
+    // Draws the arms through the points and, once there are three, the arc between them.
+    void drawPoints(const QList<QPointF>& points) override;
     void writeGeometry(XmlAttributes& e) const override;
     void readGeometry(const XmlAttributes& e) override;
-
-private:
-    // Draws the arms through points (item coordinates), the last one possibly the cursor.
-    void drawArms(const QList<QPointF>& points);
 };

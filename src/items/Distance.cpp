@@ -25,11 +25,8 @@ Side sideOf(AbstractBaseItem* item, const std::optional<QPointF>& hint) {
 
 } // namespace
 
-Distance::Distance(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 1, {Need::Anything, Need::Anything},
-                       {{QT_TRANSLATE_NOOP("Distance", "Distance"), Dist1},
-                        {QT_TRANSLATE_NOOP("Distance", "Gap"), Dist2}}) {
-    initIdentity(id, MesureKey, MesureDefault);
+ConstructionItem::Kind Distance::kind() {
+    return {{Need::Anything, Need::Anything}, {{QT_TR_NOOP("Distance"), Dist1}, {QT_TR_NOOP("Gap"), Dist2}}};
 }
 
 QString Distance::build(Drawing& drawing) {

@@ -19,13 +19,10 @@ namespace {
 // Shorter axes are refused by the grips: they would flatten the ellipse into a segment.
 constexpr double MinSemiAxis = 0.5;
 
-constexpr RectHandgrips::Grip ellipseGrips[] = {
-    {HoverEventItem::MiddleRight, HoverEventItem::ResizeHorizontal},
-    {HoverEventItem::TopMiddle, HoverEventItem::ResizeVertical},
-    {HoverEventItem::TopRight, HoverEventItem::Rotation},
-    {HoverEventItem::MiddleLeft, HoverEventItem::ResizeHorizontal},
-    {HoverEventItem::BottomMiddle, HoverEventItem::ResizeVertical},
-};
+// The ends of the axes resize the ellipse; the top-right corner turns it.
+constexpr int ellipseGrips[] = {HoverEventItem::MiddleRight, HoverEventItem::TopMiddle,
+                                HoverEventItem::TopRight, HoverEventItem::MiddleLeft,
+                                HoverEventItem::BottomMiddle};
 
 bool sceneRect(const QRectF& r) {
     return isSceneNumber(r.x()) && isSceneNumber(r.y()) && isSceneNumber(r.width()) &&
@@ -46,16 +43,15 @@ QRectF recordRect(const _AUTOPOINTPARAMS& params) {
 
 EllipseItem::EllipseItem(QGraphicsItem* parent, int id, void* context)
     : ShapeItem(parent, new QGraphicsEllipseItem, 1, 2) {
-    const _AUTOPOINTPARAMS* params = initGenerated(id, context, MesureKey, MesureDefault);
-    if (!params)
-        return;
-    const QRectF r = recordRect(*params);
-    m_refusedRecord = !sceneRect(r);
-    if (m_refusedRecord)
-        return;
-    copyCommonData(this, params->source);
-    setRect(mapRectFromScene(r));
-    computeMesures(nullptr);
+    initGenerated(id, context, MesureKey, MesureDefault, [this](const _AUTOPOINTPARAMS& params) {
+        const QRectF r = recordRect(params);
+        m_refusedRecord = !sceneRect(r);
+        if (m_refusedRecord)
+            return;
+        copyCommonData(this, params.source);
+        setRect(mapRectFromScene(r));
+        computeMesures(nullptr);
+    });
 }
 
 QRectF EllipseItem::rect() const {
@@ -130,7 +126,7 @@ QList<AbstractBaseItem::MenuEntry> EllipseItem::mesureMenu() const {
 }
 
 QList<AbstractBaseItem::Handle> EllipseItem::handles() const {
-    return RectHandgrips::handlesOn(rect(), ellipseGrips);
+    return RectHandgrips::frameHandles(rect(), HoverEventItem::Rotation, ellipseGrips);
 }
 
 double EllipseItem::screenAngle(const QPointF& scenePos) const {

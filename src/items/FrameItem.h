@@ -15,7 +15,7 @@ public:
     // A frame is never scaled below this side, in scene units.
     static constexpr double MinSide = 2;
 
-    long mesuresFlag() const override { return 0; }
+    GRAPHICSOBJECTS_UNMEASURED
     // An invisible frame keeps no pen: the pen colours what the item paints.
     void setPen(const QPen& pen) override;
     QPointF centroid() override;
@@ -67,7 +67,6 @@ protected:
     // A dashed box with its diagonals and the text: what stands for content that could not be shown.
     void paintPlaceholder(QPainter* painter, const QString& text) const;
 
-    bool savesMesures() const override { return false; }
     void writeGeometry(XmlAttributes& e) const override;
     void readGeometry(const XmlAttributes& e) override;
 

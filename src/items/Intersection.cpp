@@ -47,12 +47,9 @@ std::optional<QRectF> inFrameOf(const Ellipse& frame, const Figure& f) {
 
 } // namespace
 
-Intersection::Intersection(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 1, {Need::Figure, Need::Figure},
-                       {{QT_TRANSLATE_NOOP("Intersection", "Distance"), Dist1},
-                        {QT_TRANSLATE_NOOP("Intersection", "Angle"), Ang1},
-                        {QT_TRANSLATE_NOOP("Intersection", "Points"), Cust}}) {
-    initIdentity(id, MesureKey, MesureDefault);
+ConstructionItem::Kind Intersection::kind() {
+    return {{Need::Figure, Need::Figure},
+            {{QT_TR_NOOP("Distance"), Dist1}, {QT_TR_NOOP("Angle"), Ang1}, {QT_TR_NOOP("Points"), Cust}}};
 }
 
 QString Intersection::build(Drawing& drawing) {

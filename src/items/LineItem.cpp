@@ -111,11 +111,6 @@ QList<AbstractBaseItem::Handle> LineItem::handles() const {
     return {{0, HoverEventItem::Move, m_mline[0]}, {1, HoverEventItem::Move, m_mline[1]}};
 }
 
-void LineItem::setLockstate(const bool& state) {
-    m_locked = state;
-    lockHandgripsOnly(state);
-}
-
 bool LineItem::computeMesures(void*) {
     placeCentroidHandgrip();
     const QPointF d = m_mline[1] - m_mline[0];

@@ -26,7 +26,7 @@ public:
     };
 
     long mesuresFlag() const override { return 5; }
-    void setLockstate(const bool& state) override;
+    GRAPHICSOBJECTS_LOCKS_GRIPS_ONLY
     GRAPHICSOBJECTS_ITEM_DRAWING
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     void fillContextMenu(QMenu* menu) override;

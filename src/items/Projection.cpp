@@ -4,10 +4,8 @@
 
 using namespace Construction;
 
-Projection::Projection(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 1, {Need::Anything, Need::Straight},
-                       {{QT_TRANSLATE_NOOP("Projection", "Distance"), Dist1}}) {
-    initIdentity(id, MesureKey, MesureDefault);
+ConstructionItem::Kind Projection::kind() {
+    return {{Need::Anything, Need::Straight}, {{QT_TR_NOOP("Distance"), Dist1}}};
 }
 
 QPointF Projection::foot() const {

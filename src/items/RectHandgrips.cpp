@@ -19,37 +19,37 @@ QRectF normalise(QList<QPointF>& points) {
     return r;
 }
 
-QList<AbstractBaseItem::Handle> handlesOn(const QRectF& r, const Grip* grips, std::size_t count) {
-    QList<AbstractBaseItem::Handle> result;
-    for (const Grip* grip = grips; grip != grips + count; ++grip)
-        result.append({grip->position, grip->kind, HoverEventItem::positionOnRect(r, grip->position)});
-    return result;
-}
-
-QList<AbstractBaseItem::Handle> cornerHandles(const QRectF& r, int kind) {
-    const Grip corners[] = {{HoverEventItem::TopLeft, kind},
-                            {HoverEventItem::TopRight, kind},
-                            {HoverEventItem::BottomLeft, kind},
-                            {HoverEventItem::BottomRight, kind}};
-    return handlesOn(r, corners);
-}
-
 bool isCorner(int position) {
     return position == HoverEventItem::TopLeft || position == HoverEventItem::TopRight ||
            position == HoverEventItem::BottomLeft || position == HoverEventItem::BottomRight;
 }
 
-QList<AbstractBaseItem::Handle> frameHandles(const QRectF& r, int cornerKind) {
+QList<AbstractBaseItem::Handle> frameHandles(const QRectF& r, int cornerKind, const int* positions,
+                                             std::size_t count) {
     QList<AbstractBaseItem::Handle> result;
-    for (int position = HoverEventItem::TopLeft; position <= HoverEventItem::BottomRight; ++position) {
+    for (const int* position = positions; position != positions + count; ++position) {
         const bool vertical =
-            position == HoverEventItem::TopMiddle || position == HoverEventItem::BottomMiddle;
-        const int kind = isCorner(position) ? cornerKind
-                         : vertical         ? int(HoverEventItem::ResizeVertical)
-                                            : int(HoverEventItem::ResizeHorizontal);
-        result.append({position, kind, HoverEventItem::positionOnRect(r, position)});
+            *position == HoverEventItem::TopMiddle || *position == HoverEventItem::BottomMiddle;
+        const int kind = isCorner(*position) ? cornerKind
+                         : vertical          ? int(HoverEventItem::ResizeVertical)
+                                             : int(HoverEventItem::ResizeHorizontal);
+        result.append({*position, kind, HoverEventItem::positionOnRect(r, *position)});
     }
     return result;
+}
+
+QList<AbstractBaseItem::Handle> frameHandles(const QRectF& r, int cornerKind) {
+    static constexpr int positions[] = {HoverEventItem::TopLeft,      HoverEventItem::TopMiddle,
+                                        HoverEventItem::TopRight,     HoverEventItem::MiddleLeft,
+                                        HoverEventItem::MiddleRight,  HoverEventItem::BottomLeft,
+                                        HoverEventItem::BottomMiddle, HoverEventItem::BottomRight};
+    return frameHandles(r, cornerKind, positions);
+}
+
+QList<AbstractBaseItem::Handle> cornerHandles(const QRectF& r, int kind) {
+    static constexpr int corners[] = {HoverEventItem::TopLeft, HoverEventItem::TopRight,
+                                      HoverEventItem::BottomLeft, HoverEventItem::BottomRight};
+    return frameHandles(r, kind, corners);
 }
 
 } // namespace RectHandgrips

@@ -24,24 +24,20 @@ QRectF drag(const HoverEventItem* grip, QList<QPointF>& points, const QPointF& s
 // between them, and returns it.
 QRectF normalise(QList<QPointF>& points);
 
-// A grip on a rectangle: its position (HoverEventItem::RectPosition), which is also its id, and its
-// kind (HoverEventItem::Kind).
-struct Grip {
-    int position;
-    int kind;
-};
-
-// The grips on r (item coordinates), in the order given.
-QList<AbstractBaseItem::Handle> handlesOn(const QRectF& r, const Grip* grips, std::size_t count);
-template <std::size_t N> QList<AbstractBaseItem::Handle> handlesOn(const QRectF& r, const Grip (&grips)[N]) {
-    return handlesOn(r, grips, N);
+// The grips on r (item coordinates) at the given positions (HoverEventItem::RectPosition, also their ids),
+// in that order: the sides resize the frame across themselves, the corners are of cornerKind
+// (HoverEventItem::Kind).
+QList<AbstractBaseItem::Handle> frameHandles(const QRectF& r, int cornerKind, const int* positions,
+                                             std::size_t count);
+template <std::size_t N>
+QList<AbstractBaseItem::Handle> frameHandles(const QRectF& r, int cornerKind, const int (&positions)[N]) {
+    return frameHandles(r, cornerKind, positions, N);
 }
+// The eight grips of a frame in position order.
+QList<AbstractBaseItem::Handle> frameHandles(const QRectF& r, int cornerKind);
 
 // The four corner grips of r, all of one kind.
 QList<AbstractBaseItem::Handle> cornerHandles(const QRectF& r, int kind);
-
-// The eight grips of a frame in position order: the sides resize it, the corners are of cornerKind.
-QList<AbstractBaseItem::Handle> frameHandles(const QRectF& r, int cornerKind);
 bool isCorner(int position);
 
 } // namespace RectHandgrips

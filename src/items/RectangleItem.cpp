@@ -20,17 +20,11 @@
 
 namespace {
 
-// Creation order of the grips: the corners rotate, the sides resize.
-constexpr RectHandgrips::Grip rectangleGrips[] = {
-    {HoverEventItem::TopLeft, HoverEventItem::Rotation},
-    {HoverEventItem::TopRight, HoverEventItem::Rotation},
-    {HoverEventItem::BottomRight, HoverEventItem::Rotation},
-    {HoverEventItem::BottomLeft, HoverEventItem::Rotation},
-    {HoverEventItem::MiddleLeft, HoverEventItem::ResizeHorizontal},
-    {HoverEventItem::MiddleRight, HoverEventItem::ResizeHorizontal},
-    {HoverEventItem::TopMiddle, HoverEventItem::ResizeVertical},
-    {HoverEventItem::BottomMiddle, HoverEventItem::ResizeVertical},
-};
+// Creation order of the grips: the corners, which rotate, clockwise, then the sides.
+constexpr int rectangleGrips[] = {HoverEventItem::TopLeft,     HoverEventItem::TopRight,
+                                  HoverEventItem::BottomRight, HoverEventItem::BottomLeft,
+                                  HoverEventItem::MiddleLeft,  HoverEventItem::MiddleRight,
+                                  HoverEventItem::TopMiddle,   HoverEventItem::BottomMiddle};
 
 // The rectangle position facing a grip position (0..7), which stays put while that grip is dragged.
 int oppositePosition(int position) {
@@ -64,13 +58,8 @@ QRectF RectangleItem::rect() const {
     return child<QGraphicsRectItem>()->rect();
 }
 
-void RectangleItem::setLockstate(const bool& state) {
-    m_locked = state;
-    lockHandgripsOnly(state);
-}
-
 QList<AbstractBaseItem::Handle> RectangleItem::handles() const {
-    return RectHandgrips::handlesOn(rect(), rectangleGrips);
+    return RectHandgrips::frameHandles(rect(), HoverEventItem::Rotation, rectangleGrips);
 }
 
 // The child's rectangle, with the rotation centred on it.
@@ -119,12 +108,6 @@ void RectangleItem::fillMesures(double w, double h) {
     m_mesureP[Aera] = w * h;
     m_mesureP[Perim] = 2 * (w + h);
     calibrateMesures({Dist1, Dist2, Aera, Perim, Rad1, Rad2});
-}
-
-void RectangleItem::setTransformIndex(int index) {
-    m_transformIndex = index;
-    if (index != 0)
-        emit transformIndex(this, index, false);
 }
 
 // Degrees anticlockwise on screen, the sense in which the rotation grips measure.

@@ -27,20 +27,17 @@ public:
     static constexpr double MatchingAreaLimit = 65536.0;
 
     long mesuresFlag() const override { return 0x80; }
-    void setLockstate(const bool& state) override;
+    GRAPHICSOBJECTS_LOCKS_GRIPS_ONLY
     GRAPHICSOBJECTS_ITEM_DRAWING
-    void setTransformIndex(int index) override;
+    GRAPHICSOBJECTS_ITEM_TRANSFORMED
     // Sets the rotation (degrees, anticlockwise on screen) about the rectangle's centre.
     void rotate(double angle) override;
-    void fillEditMenu(QMenu* menu) override;
-    void applyEditMenu(int data) override;
 
     // The rectangle in item coordinates.
     QRectF rect() const;
 
 public slots:
     bool computeMesures(void* arg) override;
-    void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;
     void initRotationReferencePoint(const QPointF& p) override;
 
 protected:

@@ -1,6 +1,5 @@
 #include "RoundItem.h"
 
-#include "HoverEventItem.h"
 #include "VariantText.h"
 #include "XmlRead.h"
 
@@ -72,10 +71,11 @@ bool saneMesures(const AbstractBaseItem& item) {
     return true;
 }
 
-RoundItem::RoundItem(QGraphicsItem* parent, bool arc)
+RoundItem::RoundItem(QGraphicsItem* parent, bool arc, Start start)
     : ShapeItem(parent, arc ? static_cast<QGraphicsItem*>(new QGraphicsPathItem) : new QGraphicsEllipseItem,
                 1, 0)
-    , m_arc(arc) {}
+    , m_arc(arc)
+    , m_start(start) {}
 
 std::optional<RoundShape> RoundItem::shapeFrom(const QList<QPointF>& points) const {
     if (points.size() < 3)
@@ -175,7 +175,7 @@ void RoundItem::setStale(bool stale, const QString& why) {
 void RoundItem::mousePress(QGraphicsSceneMouseEvent* event) {
     if (m_drawingDone)
         return;
-    if (!m_creationStarted && announcesStart())
+    if (!m_creationStarted && m_start == Start::Announced)
         emit mesureChangedSTART(this);
     m_creationStarted = true;
     const QPointF p = mapFromScene(event->scenePos());
@@ -222,11 +222,7 @@ bool RoundItem::endEdition() {
 }
 
 QList<AbstractBaseItem::Handle> RoundItem::handles() const {
-    QList<Handle> result;
-    int id = 0;
-    for (const QPointF& p : m_mline)
-        result.append({id++, HoverEventItem::Move, p});
-    return result;
+    return pointHandles();
 }
 
 void RoundItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {

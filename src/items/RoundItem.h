@@ -54,7 +54,9 @@ public slots:
     void fixupForTransform(_AUTOPOINTPARAMS& params, int, void*) override;
 
 protected:
-    RoundItem(QGraphicsItem* parent, bool arc);
+    // Whether the first click of a drawing starts a measure edit (mesureChangedSTART).
+    enum class Start { Quiet, Announced };
+    RoundItem(QGraphicsItem* parent, bool arc, Start start = Start::Quiet);
     // Identity and, with a host record, the shape it defines: run by the most derived constructor.
     void initialise(int id, void* context, const char* mesureKey, int mesureDefault);
 
@@ -66,8 +68,6 @@ protected:
     virtual QList<QPointF> recordPoints(const _AUTOPOINTPARAMS& params) const;
     // Points on the circle (c, r) that define it for the class: minimumPoints() of them, evenly spread.
     virtual QList<QPointF> pointsOnCircle(const QPointF& c, double r) const;
-    // Whether the first click of a drawing starts a measure edit (mesureChangedSTART).
-    virtual bool announcesStart() const { return false; }
     // The clicks that end a drawing; 0 when a double click or Return ends it.
     virtual int clicksToComplete() const { return 3; }
     virtual int minimumPoints() const { return 3; }
@@ -102,6 +102,7 @@ private:
     void placePoints(const QList<QPointF>& points);
 
     bool m_arc;
+    Start m_start;
     RoundShape m_shape;
     bool m_hasShape = false;
     bool m_stale = false;

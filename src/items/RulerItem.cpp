@@ -1,7 +1,6 @@
 #include "RulerItem.h"
 
 #include "HoverEventItem.h"
-#include "RectHandgrips.h"
 #include "VariantText.h"
 #include "XmlRead.h"
 
@@ -9,7 +8,6 @@
 #include <QFontMetricsF>
 #include <QGraphicsRectItem>
 #include <QGraphicsSceneMouseEvent>
-#include <QMenu>
 #include <QPainter>
 #include <QStyleOptionGraphicsItem>
 
@@ -28,7 +26,7 @@ constexpr double LabelOffset = 20;
 constexpr double MaxTicks = 100000;
 
 // Menu entries whose data is the label divisor.
-const AbstractBaseItem::MenuEntry divisorEntries[] = {
+const QList<AbstractBaseItem::MenuEntry> divisorEntries = {
     {QT_TRANSLATE_NOOP("RulerItem", "x1"), 10},
     {QT_TRANSLATE_NOOP("RulerItem", "x10"), 1},
 };
@@ -42,13 +40,8 @@ double tickLength(qint64 i) {
 } // namespace
 
 RulerItem::RulerItem(QGraphicsItem* parent, int id, void*)
-    : ShapeItem(parent, new QGraphicsRectItem, 4, 2) {
+    : SpanItem(parent, new QGraphicsRectItem, 4, HoverEventItem::Move) {
     initIdentity(id);
-}
-
-// The grips follow the two points, also while a side is dragged past the opposite one.
-QList<AbstractBaseItem::Handle> RulerItem::handles() const {
-    return RectHandgrips::frameHandles(QRectF(m_mline[0], m_mline[1]), HoverEventItem::Move);
 }
 
 QRectF RulerItem::rect() const {
@@ -84,27 +77,12 @@ void RulerItem::mousePress(QGraphicsSceneMouseEvent* event) {
     setRect(QRectF(m_mline[0], m_mline[1]).normalized());
 }
 
-void RulerItem::mouseMove(QGraphicsSceneMouseEvent*) {}
-
-bool RulerItem::endEdition() {
-    const QRectF r = RectHandgrips::normalise(m_mline);
-    return r.width() > 0 && r.height() > 0;
-}
-
-void RulerItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers) {
-    setRect(RectHandgrips::drag(handgrip(id), m_mline, scenePos, this).normalized());
-    emit mesureChanged(this);
-}
-
-void RulerItem::handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) {
-    RectHandgrips::normalise(m_mline);
-    refreshHandgrips();
-    ShapeItem::handleReleased(id, scenePos, modifiers);
+void RulerItem::spanChanged() {
+    setRect(QRectF(m_mline[0], m_mline[1]).normalized());
 }
 
 void RulerItem::fillContextMenu(QMenu* menu) {
-    for (const MenuEntry& entry : divisorEntries)
-        createMenuAction(menu, QIcon(), tr(entry.text), m_divisor == entry.data, nullptr, entry.data);
+    addMenuEntries(menu, divisorEntries, m_divisor);
 }
 
 void RulerItem::applyContextMenu(int data) {

@@ -1,24 +1,25 @@
 #pragma once
 
 #include "ItemTypes.h"
-#include "ShapeItem.h"
+#include "SpanItem.h"
 
 class QGraphicsRectItem;
 
 // A graduated ruler along a rectangle: a tick every calibrated unit, longer every fifth and tenth,
 // each tenth labelled (divided by the label divisor).
-class GRAPHICSOBJECTS_EXPORT RulerItem : public ShapeItem {
+class GRAPHICSOBJECTS_EXPORT RulerItem : public SpanItem {
     Q_OBJECT
 public:
     GRAPHICSOBJECTS_ITEM(RulerItem)
 
-    long mesuresFlag() const override { return 0; }
+    GRAPHICSOBJECTS_UNMEASURED
     QPointF centroid() override;
     void setFont(const QFont& font) override;
-    GRAPHICSOBJECTS_ITEM_DRAWING
+    // A press lays a ruler of a fixed size; the moves that follow change nothing.
+    void mousePress(QGraphicsSceneMouseEvent* event) override;
+    void mouseMove(QGraphicsSceneMouseEvent*) override {}
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
-    void handleReleased(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
 
     QRectF boundingRect() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
@@ -29,7 +30,7 @@ public:
     double graduationStep() const;
 
 protected:
-    bool savesMesures() const override { return false; }
+    void spanChanged() override;
     void writeGeometry(XmlAttributes& e) const override;
     void readGeometry(const XmlAttributes& e) override;
 

@@ -46,7 +46,8 @@ public:
     int corner() const { return m_corner; }
     void placeInCorner(int corner);
 
-    long mesuresFlag() const override { return 0; }
+    // The length is derived, not saved.
+    GRAPHICSOBJECTS_UNMEASURED
     QPointF centroid() override;
     void setPen(const QPen& pen) override;
     void mousePress(QGraphicsSceneMouseEvent* event) override;
@@ -67,8 +68,6 @@ public slots:
     bool computeMesures(void* arg) override;
 
 protected:
-    // The length is derived, not saved.
-    bool savesMesures() const override { return false; }
     void writeGeometry(XmlAttributes& e) const override;
     void readGeometry(const XmlAttributes& e) override;
     // Follows the image of the scene it is on; leaves its corner when moved.

@@ -5,11 +5,9 @@
 
 using namespace Construction;
 
-Tangent::Tangent(QGraphicsItem* parent, int id, void*)
-    : ConstructionItem(parent, 1, {Need::Anything, Need::Circle},
-                       {{QT_TRANSLATE_NOOP("Tangent", "First tangent"), Dist1},
-                        {QT_TRANSLATE_NOOP("Tangent", "Second tangent"), Dist2}}) {
-    initIdentity(id, MesureKey, MesureDefault);
+ConstructionItem::Kind Tangent::kind() {
+    return {{Need::Anything, Need::Circle},
+            {{QT_TR_NOOP("First tangent"), Dist1}, {QT_TR_NOOP("Second tangent"), Dist2}}};
 }
 
 QString Tangent::build(Drawing& drawing) {

@@ -9,7 +9,6 @@
 
 #include "XmlAttributes.h"
 #include <QGraphicsPolygonItem>
-#include <QGraphicsSceneMouseEvent>
 #include <QLineF>
 #include <QMenu>
 
@@ -59,7 +58,7 @@ QString significant(double v, int digits, bool trimZeros) {
 } // namespace
 
 VickersPItem::VickersPItem(QGraphicsItem* parent, int id, void* context)
-    : ShapeItem(parent, new QGraphicsPolygonItem, 1, 0)
+    : ClickedPointsItem(parent, new QGraphicsPolygonItem, 1, CornerCount)
     , m_polygon(child<QGraphicsPolygonItem>()) {
     initIdentity(id);
     // The hardness is what the user measures an indentation for.
@@ -78,23 +77,16 @@ void VickersPItem::takeOverContext(const _AUTOPOINTPARAMS& params) {
         return;
     for (const QPointF& p : params.points)
         addCorner(p);
-    rebuildPolygon(m_mline);
+    drawPoints(m_mline);
     recompute(false);
     m_modeEdition = EditionComplete;
 }
 
 AbstractBaseItem* VickersPItem::clone(int id) {
-    auto* copy = static_cast<VickersPItem*>(ShapeItem::clone(id));
+    auto* copy = static_cast<VickersPItem*>(ClickedPointsItem::clone(id));
     copy->setParentItem(parentItem());
     copy->m_highPrecision = m_highPrecision;
     return copy;
-}
-
-QList<AbstractBaseItem::Handle> VickersPItem::handles() const {
-    QList<Handle> result;
-    for (int i = 0; i < m_mline.size(); ++i)
-        result.append({i, HoverEventItem::Move, m_mline[i]});
-    return result;
 }
 
 QString VickersPItem::getSimpleHELP() {
@@ -166,33 +158,18 @@ QRectF VickersPItem::boundingRect() const {
     return r;
 }
 
-void VickersPItem::mousePress(QGraphicsSceneMouseEvent* event) {
-    if (m_mline.size() >= CornerCount)
-        return;
-    m_creationStarted = true;
-    addCorner(mapFromScene(event->scenePos()));
+void VickersPItem::pointClicked() {
+    refreshHandgrips();
     showHandgrips();
-    rebuildPolygon(m_mline);
-    recompute(false);
+    ClickedPointsItem::pointClicked();
 }
 
-void VickersPItem::mouseMove(QGraphicsSceneMouseEvent* event) {
-    if (m_mline.isEmpty() || m_mline.size() >= CornerCount)
-        return;
-    rebuildPolygon(QList<QPointF>(m_mline) << mapFromScene(event->scenePos()));
-}
-
-AbstractBaseItem::typModeEdition VickersPItem::mouseRelease(QGraphicsSceneMouseEvent*) {
-    if (m_mline.size() < CornerCount) {
-        m_modeEdition = EditionCreating;
-        return m_modeEdition;
-    }
-    hideHandgrips();
-    m_modeEdition = EditionComplete;
+AbstractBaseItem::typModeEdition VickersPItem::mouseRelease(QGraphicsSceneMouseEvent* event) {
+    if (ClickedPointsItem::mouseRelease(event) == EditionComplete)
+        hideHandgrips();
     return m_modeEdition;
 }
 
-// A degenerate indent is kept: its infinite hardness tells the user what went wrong.
 bool VickersPItem::endEdition() {
     return m_mline.size() == CornerCount;
 }
@@ -217,7 +194,7 @@ void VickersPItem::handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModi
     m_mline[id] = mapFromScene(scenePos);
     if (HoverEventItem* grip = handgrip(id))
         grip->setPos(m_mline[id]);
-    rebuildPolygon(m_mline);
+    drawPoints(m_mline);
     recompute(false);
 }
 
@@ -297,7 +274,7 @@ void VickersPItem::reverseCorners() {
         m_handgripItems[i]->setId(i);
 }
 
-void VickersPItem::rebuildPolygon(const QList<QPointF>& points) {
+void VickersPItem::drawPoints(const QList<QPointF>& points) {
     prepareGeometryChange();
     m_polygon->setPolygon(QPolygonF(points));
 }
@@ -325,7 +302,7 @@ void VickersPItem::readGeometry(const XmlAttributes& e) {
     m_modeEdition = m_mline.size() >= CornerCount ? EditionComplete : EditionCreating;
     // The saved measures stand: they were computed with the calibration of their time.
     transmitFont(m_font2);
-    rebuildPolygon(m_mline);
+    drawPoints(m_mline);
     if (m_mline.size() >= CornerCount) {
         locateCentroid();
         placeCentroidHandgrip();

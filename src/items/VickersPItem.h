@@ -1,14 +1,14 @@
 #pragma once
 
+#include "ClickedPointsItem.h"
 #include "ItemTypes.h"
-#include "ShapeItem.h"
 
 class QGraphicsPolygonItem;
 
 // A Vickers hardness indentation: the user clicks the four corners of the square indent, the item
 // measures both diagonals and computes the hardness from them and the test load.
 // Calibrated lengths are taken to be micrometres.
-class GRAPHICSOBJECTS_EXPORT VickersPItem : public ShapeItem {
+class GRAPHICSOBJECTS_EXPORT VickersPItem : public ClickedPointsItem {
     Q_OBJECT
 public:
     // context: optional _AUTOPOINTPARAMS; its source item's measures are taken over and exactly
@@ -60,7 +60,11 @@ public:
     QPointF centroid() override;
     QRectF boundingRect() const override;
 
-    GRAPHICSOBJECTS_ITEM_DRAWN_BY_CLICKS
+    // The grips shown while the corners are clicked go once the last one is in.
+    typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
+    // A degenerate indent is kept: its infinite hardness tells the user what went wrong.
+    bool endEdition() override;
+    void handleMoved(int id, const QPointF& scenePos, Qt::KeyboardModifiers modifiers) override;
 
     void fillContextMenu(QMenu* menu) override;
     void applyContextMenu(int data) override;
@@ -75,6 +79,9 @@ public slots:
 
 protected:
     void recalibrate() override { recompute(false); }
+    // The grips show each corner as it is clicked.
+    void pointClicked() override;
+    void drawPoints(const QList<QPointF>& points) override;
     void writeGeometry(XmlAttributes& e) const override;
     void readGeometry(const XmlAttributes& e) override;
 
@@ -84,7 +91,6 @@ private:
     void addCorner(const QPointF& p);
     void removeCorners();
     void reverseCorners();
-    void rebuildPolygon(const QList<QPointF>& points);
     double locateCentroid();
     void placeLabel();
     void takeOverContext(const _AUTOPOINTPARAMS& params);
