@@ -1,6 +1,7 @@
 #include "DrawingView.h"
 #include "TestItem.h"
 #include "VariantText.h"
+#include "XmlAttributes.h"
 #include "XmlRead.h"
 
 #include <QRegion>
@@ -103,6 +104,34 @@ private slots:
         QCOMPARE(std::signbit(fast), std::signbit(qt));
         QVERIFY2(fast == qt || (std::isnan(fast) && std::isnan(qt)),
                  qPrintable(QString::number(fast, 'g', 17)));
+    }
+
+    // Items write the same text on a flat attribute list as on a QDomElement, so files do not change.
+    void attributesWriteAsDom_data() {
+        QTest::addColumn<double>("value");
+        for (double v :
+             {0.1, 1.0 / 3, 1e21, 1.2345678901234568e17, -0.0, 2.5e-7, 100.0, 1e16, -12345.678901234567})
+            QTest::newRow(qPrintable(QString::number(v, 'g', 17))) << v;
+    }
+    void attributesWriteAsDom() {
+        QFETCH(double, value);
+        QDomDocument document;
+        QDomElement e = document.createElement("item");
+        XmlAttributes a;
+        e.setAttribute("d", value);
+        a.setAttribute("d", value);
+        e.setAttribute("f", float(value));
+        a.setAttribute("f", float(value));
+        // Whole numbers within their type's range.
+        const int whole = int(std::fmod(value, 1e9));
+        const qlonglong large = qlonglong(std::fmod(value, 1e18));
+        e.setAttribute("i", whole);
+        a.setAttribute("i", whole);
+        e.setAttribute("q", large);
+        a.setAttribute("q", large);
+        for (const char* name : {"d", "f", "i", "q"})
+            QCOMPARE(a.attribute(name), e.attribute(name));
+        QCOMPARE(XmlAttributes(e).attribute("f"), e.attribute("f"));
     }
 
     void fontComesBack() {

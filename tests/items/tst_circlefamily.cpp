@@ -143,6 +143,24 @@ private slots:
         QCOMPARE(item->label()->text(), label);
     }
 
+    // The three-point tools announce an edit at their first click (a host opens its undo step there).
+    void firstClickAnnounced_data() {
+        QTest::addColumn<QString>("className");
+        QTest::addColumn<int>("starts");
+        QTest::newRow("three-point circle") << "Circle3PointsItem" << 1;
+        QTest::newRow("three-point arc") << "Arc3PointsItem" << 1;
+        QTest::newRow("fitted circle") << "CirclePointsItem" << 0;
+    }
+    void firstClickAnnounced() {
+        QFETCH(QString, className);
+        QFETCH(int, starts);
+        DrawingView v;
+        QPointer<AbstractBaseItem> item = startTool(&v.scene, className);
+        QSignalSpy started(item.data(), &AbstractBaseItem::mesureChangedSTART);
+        QTest::mouseClick(v.view.viewport(), Qt::LeftButton, {}, v.at({150, 100}));
+        QCOMPARE(started.count(), starts);
+    }
+
     // Grips move the points they stand on; points that define no shape leave the last one and mark the item.
     void gripDrags_data() {
         QTest::addColumn<QString>("className");
