@@ -358,9 +358,17 @@ qsizetype SceneScanner::find(QLatin1StringView name) const {
     return -1;
 }
 
+// Elements of a kind repeat their names in the same order: a name is kept by its position and
+// shared while the next elements repeat it.
 QString SceneScanner::attributeName(qsizetype i) const {
     const Span& span = m_attributes.at(i).name;
-    return QString::fromLatin1(m_bytes.sliced(span.begin, span.size));
+    const QByteArrayView bytes = m_bytes.sliced(span.begin, span.size);
+    if (i >= m_names.size())
+        m_names.resize(i + 1);
+    QString& name = m_names[i];
+    if (name.size() != bytes.size() || QLatin1StringView(bytes) != name)
+        name = QString::fromLatin1(bytes);
+    return name;
 }
 
 QString SceneScanner::attributeValue(qsizetype i) const {

@@ -68,5 +68,6 @@ private:
     QString m_name;
     QList<QString> m_open;
     QList<Attribute> m_attributes;
+    mutable QList<QString> m_names;
     Span m_text;
 };
