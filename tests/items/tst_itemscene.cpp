@@ -3,11 +3,13 @@
 #include "DxfReadBack.h"
 #include "ItemRegistry.h"
 #include "RectangleItem.h"
+#include "SceneDocument.h"
 #include "Tools2DXF.h"
 #include "VickersPItem.h"
 #include "eTextItem.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QGraphicsSceneContextMenuEvent>
 #include <QImage>
 #include <QPainter>
@@ -24,6 +26,13 @@ void builtClasses() {
         if (row.construct)
             QTest::newRow(row.className) << QString(row.className);
     }
+}
+
+QByteArray documentOf(SceneDocument& document, AbstractScene* scene) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    return document.write(&buffer, scene) ? bytes : QByteArray();
 }
 
 } // namespace
@@ -243,6 +252,20 @@ private slots:
         QVERIFY(!v.scene.itemInCreation());
         QCOMPARE(item->type(), ItemRegistry::find(className)->type);
         checkXmlRoundTrip(item);
+        // A scene document reads it back as it was saved.
+        SceneDocument document;
+        const QByteArray bytes = documentOf(document, &v.scene);
+        AbstractScene reopened(v.scene.sceneRect());
+        QBuffer in;
+        in.setData(bytes);
+        in.open(QIODevice::ReadOnly);
+        QVERIFY2(document.read(&in, &reopened), qPrintable(document.errorString()));
+        if (className == QLatin1String("CircleItem"))
+            QEXPECT_FAIL("",
+                         "the circle saves its radius with two decimals, and a document recomputes "
+                         "the measures from it",
+                         Continue);
+        QCOMPARE(documentOf(document, &reopened), bytes);
         // Loaded on the same scene, with the same calibration, an item holds the measures that were
         // saved (a calibration rectangle keeps nothing).
         const Attributes attributes = saved(item);
