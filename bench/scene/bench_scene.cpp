@@ -38,7 +38,7 @@ double median(QList<double> values) {
     return values[values.size() / 2];
 }
 
-constexpr double SceneSide = 20000;
+constexpr double SceneSide = 16000;
 
 // A realistic mix of the built classes, generated from host records, calibrated, and saved as the
 // library saves a scene.

@@ -246,6 +246,9 @@ public:
     // (EditionCreating), and a double click or Return/Enter ends it through completeCreation(),
     // whose answer is the next mode. Other items are complete at the release of their drag.
     virtual bool drawnByClicks() const { return false; }
+    // Whether the measures read from XML are the ones shown, as they were saved: a reader then does
+    // not compute them again from the geometry (which may be saved rounded).
+    virtual bool keepsReadMesures() const { return false; }
     virtual typModeEdition completeCreation() { return EditionComplete; }
     // Items made of other items of the scene (the construction measures) are drawn by picking: the
     // scene hands them the item under each click instead of the press, and each pick answers

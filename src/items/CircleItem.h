@@ -22,6 +22,8 @@ public:
     typModeEdition mouseRelease(QGraphicsSceneMouseEvent* event) override;
     GRAPHICSOBJECTS_ITEM_TRANSFORMED
     QList<MenuEntry> mesureMenu() const override;
+    // Its radius is saved with two decimals: the saved measures are the exact ones.
+    bool keepsReadMesures() const override { return true; }
 
     // The circle's bounding square in item coordinates.
     QRectF rect() const;

@@ -452,7 +452,8 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
             delete item;
             continue;
         }
-        item->computeMesures(nullptr);
+        if (!item->keepsReadMesures())
+            item->computeMesures(nullptr);
         item->setRefreshDeferred(false);
         scene->addItem(item);
         // Editable as a drawn item is once accepted.

@@ -260,11 +260,6 @@ private slots:
         in.setData(bytes);
         in.open(QIODevice::ReadOnly);
         QVERIFY2(document.read(&in, &reopened), qPrintable(document.errorString()));
-        if (className == QLatin1String("CircleItem"))
-            QEXPECT_FAIL("",
-                         "the circle saves its radius with two decimals, and a document recomputes "
-                         "the measures from it",
-                         Continue);
         QCOMPARE(documentOf(document, &reopened), bytes);
         // Loaded on the same scene, with the same calibration, an item holds the measures that were
         // saved (a calibration rectangle keeps nothing).
