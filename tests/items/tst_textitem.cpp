@@ -93,7 +93,6 @@ private slots:
     void linkedTextFollowsMeasure_data() {
         QTest::addColumn<int>("kind");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("length with unit") << int(AbstractBaseItem::Dist1) << "Ruler1 dist1:12.50 mm";
         QTest::newRow("angle without unit") << int(AbstractBaseItem::Ang1) << "Ruler1 ang1:12.50";
         QTest::newRow("no measure shown") << AbstractBaseItem::NoMesure << "Ruler1";
     }
