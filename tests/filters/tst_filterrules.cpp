@@ -71,8 +71,6 @@ private slots:
 
         rule("auto-contrast grey: low = high, unchanged", filterAutoContrast, filled(6, 4, 0xff808080),
              filled(6, 4, 0xff808080));
-        rule("auto-contrast colour: unchanged", filterAutoContrast, filled(6, 4, 0x80203040),
-             filled(6, 4, 0x80203040));
         // Under 1000 pixels the threshold is 0. Red 50..200: 255 * (90 - 50) / 150 = 68. Green searches
         // inside that: 100..200, 102. Blue, inside 100..200, finds only 200: low = high, unchanged.
         rule("auto-contrast stretches to the full range", filterAutoContrast,
@@ -126,9 +124,6 @@ private slots:
         rule("grayscale weights", filterGrayscale, filled(2, 1, qRgba(200, 100, 40, 77)),
              filled(2, 1, grey(125), premultiplied));
         rule(
-            "gamma 0 is 0.01", [](QImage& i) { filterGamma(i, 0); }, seeded(16, 16, 7),
-            applied([](QImage& i) { filterGamma(i, 0.01); }, seeded(16, 16, 7)));
-        rule(
             "negative gamma is 0.01", [](QImage& i) { filterGamma(i, -3); }, seeded(16, 16, 7),
             applied([](QImage& i) { filterGamma(i, 0.01); }, seeded(16, 16, 7)));
     }
@@ -179,8 +174,7 @@ private slots:
                   [](QImage& i) { filterGaussianBlur(i, 0, 1.5f); }},
                  {"uniform: gaussian blur, kernel wider than image",
                   [](QImage& i) { filterGaussianBlur(i, 20, 3); }},
-                 {"uniform: gaussian sharpen", [](QImage& i) { filterGaussianSharpen(i, 0, 1); }},
-                 {"uniform: gaussian sharpen, radius 2", [](QImage& i) { filterGaussianSharpen(i, 2, 1); }}})
+                 {"uniform: gaussian sharpen", [](QImage& i) { filterGaussianSharpen(i, 0, 1); }}})
             rule(name, filter, uniform, asPremultiplied(uniform));
     }
     void unchanged() { check(); }

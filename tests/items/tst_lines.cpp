@@ -47,15 +47,12 @@ private slots:
         const QPointF c(200, 150);
         row("3-4-5 up right, calibrated", line, {50, 100}, {80, 60}, 0.5, 53.130102354156, "dist1:25.00*mm");
         row("straight down, calibrated", line, {200, 50}, {200, 250}, 0.5, 270, "dist1:100.00*mm");
-        row("leftwards", line, {300, 100}, {240, 100}, 2, 180, "dist1:120.00*mm");
         row("line 7 px", line, c, c + QPointF(7, 0), 1, 0, "");
         row("line 8 px", line, c, c + QPointF(0, -8), 1, 90, "dist1:8.00*mm");
         row("line diagonal 7.07", line, c, c + QPointF(5, 5), 1, 0, "");
-        row("line diagonal 8.49", line, c, c + QPointF(-6, 6), 1, 225, "dist1:8.49*mm");
         row("line click, never measured", line, c, c, 1, 0, "");
         row("arrow 7 px", arrow, c, c + QPointF(7, 0), 1, 0, "");
         row("arrow 8 px right", arrow, c, c + QPointF(8, 0), 1, 0, "+");
-        row("arrow up", arrow, c, c + QPointF(0, -50), 1, 90, "+");
         row("arrow down left", arrow, c, c + QPointF(-50, 50), 1, 225, "+");
     }
 
@@ -101,7 +98,6 @@ private slots:
         QTest::newRow("tie is vertical") << QPointF(5.7, -5.2) << false << QPointF(10, 4.8);
         QTest::newRow("wider is horizontal") << QPointF(6.1, -5.9) << false << QPointF(16.1, 10);
         QTest::newRow("tie with shift") << QPointF(5.7, -5.2) << true << QPointF(10, 4.8);
-        QTest::newRow("wider with shift") << QPointF(6.1, -5.9) << true << QPointF(16.1, 10);
     }
 
     void orthogonalConstraint() {
@@ -209,7 +205,6 @@ private slots:
         row("None stores 100", {"None"}, 100, false, false, {"None", "noArrow"}, "");
         row("direction", {"Ang1"}, 3, false, false, {"Ang1", "noArrow"}, "ang1:306.87");
         row("both then head", {"ArrowBoth", "ArrowHead"}, 1, true, false, {"Distance1", "ArrowHead"});
-        row("tail", {"ArrowTail"}, 1, false, true, {"Distance1", "ArrowTail"});
         row("both", {"Ang2", "ArrowBoth"}, 4, true, true, {"Ang2", "ArrowHead", "ArrowTail", "ArrowBoth"},
             "ang2:0.00");
         row("both then none", {"ArrowBoth", "noArrow"}, 1, false, false, {"Distance1", "noArrow"});
@@ -359,7 +354,6 @@ private slots:
         QTest::newRow("one unit every 4 px") << 0.25 << true;
         QTest::newRow("ten million units a pixel") << 1e7 << true;
         QTest::newRow("step as wide as the ruler") << 1.0 / 200 << false;
-        QTest::newRow("zero factor") << 0.0 << false;
         QTest::newRow("negative factor") << -1.0 << false;
     }
 

@@ -15,7 +15,6 @@ private slots:
         QTest::addColumn<QString>("className");
         QTest::addColumn<QPointF>("expected"); // dist1, dist2 at (130, 140), factor 0.5, no origin
         QTest::newRow("point") << "PointItem" << QPointF(65, 70);
-        QTest::newRow("anchor") << "AnchorPointItem" << QPointF(65, 70);
         QTest::newRow("horizontal guide: y") << "CrossHItem" << QPointF(70, 0);
         QTest::newRow("vertical guide: x") << "CrossVItem" << QPointF(65, 0);
     }

@@ -128,8 +128,6 @@ private slots:
         QTest::addColumn<int>("grip");
         QTest::addColumn<QList<int>>("facingCorners");
         QTest::newRow("right side") << 4 << QList<int>{0, 5};
-        QTest::newRow("left side") << 3 << QList<int>{2, 7};
-        QTest::newRow("top side") << 1 << QList<int>{5, 7};
         QTest::newRow("bottom side") << 6 << QList<int>{0, 2};
     }
 

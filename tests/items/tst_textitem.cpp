@@ -93,7 +93,6 @@ private slots:
     void linkedTextFollowsMeasure_data() {
         QTest::addColumn<int>("kind");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("length with unit") << int(AbstractBaseItem::Dist1) << "Ruler1 dist1:12.50 mm";
         QTest::newRow("angle without unit") << int(AbstractBaseItem::Ang1) << "Ruler1 ang1:12.50";
         QTest::newRow("no measure shown") << AbstractBaseItem::NoMesure << "Ruler1";
     }
@@ -158,13 +157,11 @@ private slots:
         QTest::addColumn<QString>("dropped");
         QTest::addColumn<QBrush>("expected");
         const QColor halfYellow(255, 255, 0, 128);
-        QTest::newRow("none") << QBrush() << "" << QBrush();
         QTest::newRow("translucent") << QBrush(halfYellow) << "" << QBrush(halfYellow);
         QTest::newRow("hatched") << QBrush(Qt::red, Qt::CrossPattern) << ""
                                  << QBrush(Qt::red, Qt::CrossPattern);
         QTest::newRow("gradient comes back solid")
             << QBrush(QLinearGradient(0, 0, 1, 1)) << "" << QBrush(Qt::black);
-        QTest::newRow("older file, colour") << QBrush(halfYellow) << "bgStyle" << QBrush(halfYellow);
         QTest::newRow("older file, no alpha")
             << QBrush(Qt::blue) << "bgStyle alpha" << QBrush(QColor(0, 0, 255, 0), Qt::NoBrush);
     }

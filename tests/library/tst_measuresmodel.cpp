@@ -53,8 +53,6 @@ private slots:
                                                QStringLiteral("Perimeter=%1 µm").arg(30 * pi, 0, 'f', 3),
                                                QStringLiteral("Area=%1 µm²").arg(225 * pi, 0, 'f', 3)};
         // A 3-4-5 line going down to the right: 53.13° below the axis.
-        QTest::newRow("horizontal line") << "LineItem" << Attributes{{"start", "0x0"}, {"end", "50x0"}} << 0.5
-                                         << QStringList{"Length=25.000 µm", "Angle=0.000 °"};
         QTest::newRow("line") << "LineItem" << Attributes{{"start", "0x0"}, {"end", "30x40"}} << 1.0
                               << QStringList{"Length=50.000 µm", "Angle=306.870 °"};
         QTest::newRow("text") << "eTextItem" << Attributes{{"text", "note"}} << 0.5 << QStringList{};

@@ -153,7 +153,6 @@ private slots:
         row("unlisted, named itself", "FlattenItem", "arrow");
         row("empty name", "", "pencil");
         row("class name in other case", "lineitem", "pencil");
-        row("unknown", "Protractor", "pencil");
     }
 
     void iconPaths() {
