@@ -253,6 +253,10 @@ SceneScanner::Token SceneScanner::characters() {
     m_text = Span{m_pos, 0, true};
     while (p < end && *p != '<') {
         const char c = *p;
+        if (c >= 0x20 && c < 0x7f && c != '&' && c != ']') {
+            ++p;
+            continue;
+        }
         if (c == '&') {
             qsizetype length = 0;
             if (!reference(p, end, length))
@@ -304,6 +308,11 @@ bool SceneScanner::readValue(Span& span) {
     span = Span{m_pos + 1, 0, true};
     while (p < end && *p != quote) {
         const char c = *p;
+        // Most of a document: printable ASCII without markup, taken as it comes.
+        if (c >= 0x20 && c < 0x7f && c != '<' && c != '&') {
+            ++p;
+            continue;
+        }
         if (c == '<')
             return false;
         if (c == '&') {
