@@ -5,8 +5,8 @@
 #include "VariantText.h"
 #include "XmlRead.h"
 
+#include "CachedLineItem.h"
 #include "XmlAttributes.h"
-#include <QGraphicsLineItem>
 #include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneMouseEvent>
 #include <QMenu>
@@ -72,7 +72,7 @@ QPolygonF arrowTriangle(const QPointF& tip, double wing1, double wing2, double s
 } // namespace
 
 LineItem::LineItem(QGraphicsItem* parent, int id, void* context)
-    : ShapeItem(parent, new QGraphicsLineItem, 1, 2) {
+    : ShapeItem(parent, new CachedLineItem, 1, 2) {
     initIdentity(id, MesureKey, MesureDefault);
     m_arrowFactor = getCommonParams(ArrowFactorKey, 2).toInt();
     m_arrowHead = getCommonParams(ArrowHeadKey, 0).toInt() != 0;
