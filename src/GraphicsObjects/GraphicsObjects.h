@@ -7,6 +7,7 @@
 // Item framework
 #include "AbstractBaseItem.h"
 #include "AbstractScene.h"
+#include "CachedLineItem.h"
 #include "Calibration.h"
 #include "CommonParams.h"
 #include "HostTypes.h"
@@ -18,6 +19,7 @@
 #include "SimpleTextItem.h"
 #include "Types.h"
 #include "VariantText.h"
+#include "XmlAttributes.h"
 #include "XmlRead.h"
 
 // Library interface
