@@ -10,6 +10,8 @@
 #include <QDomElement>
 #include <QHash>
 
+#include <functional>
+
 namespace {
 
 int intAttribute(const XmlAttributes& e, const QString& key) {
@@ -67,6 +69,13 @@ QString fontText(const QFont& font) {
         text = font.toString();
     }
     return text;
+}
+
+// What a writer of attribute lists writes, set on an element.
+void writeOn(QDomElement& e, const std::function<void(XmlAttributes&)>& write) {
+    XmlAttributes attributes;
+    write(attributes);
+    attributes.copyTo(e);
 }
 
 } // namespace
@@ -128,9 +137,7 @@ void AbstractBaseItem::commonMesuresReadXML(const XmlAttributes& e) {
 }
 
 void AbstractBaseItem::commonWriteXML(QDomElement& e) const {
-    XmlAttributes attributes;
-    commonWriteXML(attributes);
-    attributes.copyTo(e);
+    writeOn(e, [this](XmlAttributes& a) { commonWriteXML(a); });
 }
 
 void AbstractBaseItem::commonReadXML(const QDomElement& e) {
@@ -138,9 +145,7 @@ void AbstractBaseItem::commonReadXML(const QDomElement& e) {
 }
 
 void AbstractBaseItem::commonMesuresWriteXML(QDomElement& e) const {
-    XmlAttributes attributes;
-    commonMesuresWriteXML(attributes);
-    attributes.copyTo(e);
+    writeOn(e, [this](XmlAttributes& a) { commonMesuresWriteXML(a); });
 }
 
 void AbstractBaseItem::commonMesuresReadXML(const QDomElement& e) {
@@ -148,9 +153,8 @@ void AbstractBaseItem::commonMesuresReadXML(const QDomElement& e) {
 }
 
 bool AbstractBaseItem::toXml(QDomElement& e) const {
-    XmlAttributes attributes;
-    const bool done = toAttributes(attributes);
-    attributes.copyTo(e);
+    bool done = false;
+    writeOn(e, [&](XmlAttributes& a) { done = toAttributes(a); });
     return done;
 }
 
