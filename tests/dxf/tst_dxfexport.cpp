@@ -1,4 +1,5 @@
 #include "AbstractScene.h"
+#include "DataColumns.h"
 #include "DxfReadBack.h"
 #include "GeometryArcs.h"
 #include "TestItem.h"
@@ -198,8 +199,7 @@ private slots:
     }
 
     void emptyScene_data() {
-        QTest::addColumn<QRectF>("sceneRect");
-        QTest::addColumn<QPointF>("extMax");
+        columns<QRectF, QPointF>("sceneRect", "extMax");
         QTest::newRow("sized scene rectangle") << QRectF(0, 0, 200.4, 99.6) << QPointF(200, 100);
         QTest::newRow("no scene rectangle") << QRectF() << QPointF(0, 0);
     }
@@ -222,10 +222,7 @@ private slots:
     // Shapes QPainter would otherwise turn into bitmaps keep their outline and get a solid fill of the
     // brush's mean colour.
     void brushes_data() {
-        QTest::addColumn<QBrush>("brush");
-        QTest::addColumn<QPen>("pen");
-        QTest::addColumn<QString>("fill");
-        QTest::addColumn<QString>("outline");
+        columns<QBrush, QPen, QString, QString>("brush", "pen", "fill", "outline");
 
         QLinearGradient redToBlue(20, 0, 100, 0);
         redToBlue.setColorAt(0, Qt::red);
@@ -291,11 +288,10 @@ private slots:
     // An arc drawn as arcPath draws it, shown at one scale, is an ARC whatever its span and direction;
     // stretched, bent both ways, a curve of its own or QPainterPath::arcTo's looser arc, a polyline.
     void arcsBecomeArcEntities_data() {
-        QTest::addColumn<QPainterPath>("path");
-        QTest::addColumn<QTransform>("transform");
-        QTest::addColumn<double>("radius"); // 0: no ARC
-        QTest::addColumn<double>("start");  // anticlockwise, y up, as DXF angles run
-        QTest::addColumn<double>("end");
+        // radius: 0 for no ARC
+        // start: anticlockwise, y up, as DXF angles run
+        columns<QPainterPath, QTransform, double, double, double>("path", "transform", "radius", "start",
+                                                                  "end");
         // Centre (140, 140), radius 40; the arcs' angles turn clockwise on screen.
         const auto arc = [](double start, double span) {
             return arcPath(Arc{QPointF(140, 140), 40, start, span});
@@ -425,8 +421,7 @@ private slots:
 
     // A write that fails says so and leaves whatever was there; tools2DXF still returns 0 and warns.
     void failedWriteIsReported_data() {
-        QTest::addColumn<QString>("target");
-        QTest::addColumn<bool>("readOnly");
+        columns<QString, bool>("target", "readOnly");
         QTest::newRow("missing folder") << "missing-folder/scene.dxf" << false;
         QTest::newRow("folder") << "folder.dxf" << false;
         QTest::newRow("read-only file") << "read-only.dxf" << true;
@@ -476,8 +471,8 @@ private slots:
             p->rotate(nan);
             p->drawText(QPointF(0, 10), "12.5 mm");
         };
-        QTest::addColumn<PaintingItem::Paint>("paint");
-        QTest::addColumn<QString>("owner"); // the GUID name of the measuring item it belongs to
+        // owner: the GUID name of the measuring item it belongs to
+        columns<PaintingItem::Paint, QString>("paint", "owner");
         QTest::newRow("line to NaN") << PaintingItem::Paint([=](QPainter* p) {
             p->drawLine(QPointF(0, 0), QPointF(nan, 5));
         }) << QString();
@@ -526,8 +521,7 @@ private slots:
     // Asked for, a path with curves keeps them: one SPLINE through the Bezier control points, its straight
     // pieces as curves with controls on them, each piece a Bezier curve of its own (knots threefold).
     void curvesAsSplines_data() {
-        QTest::addColumn<bool>("asked");
-        QTest::addColumn<bool>("turned");
+        columns<bool, bool>("asked", "turned");
         QTest::newRow("asked") << true << false;
         QTest::newRow("not asked: flattened") << false << false;
         QTest::newRow("asked, under a turn") << true << true;

@@ -2,6 +2,7 @@
 // following and losing sources, links through save and load, and bad input.
 #include "AnchorPointItem.h"
 #include "ConstructionItem.h"
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "ItemLinks.h"
 #include "ItemTypes.h"
@@ -39,11 +40,9 @@ class TestConstructions : public QObject {
     Q_OBJECT
 private slots:
     void closedForm_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QStringList>("sources");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QPointF>("firstPoint"); // the first result point, when checked
+        // firstPoint: the first result point, when checked
+        columns<QString, QStringList, int, double, QPointF>("className", "sources", "kind", "value",
+                                                            "firstPoint");
         const auto row = [](const char* tag, const char* className, QStringList sources, int kind,
                             double value, QPointF firstPoint = {-1, -1}) {
             QTest::newRow(tag) << QString(className) << sources << kind << value << firstPoint;
@@ -112,9 +111,8 @@ private slots:
     // A list the measure cannot use is refused as a whole; a usable list without a result leaves zero
     // measures and the reason in the label, and nothing unreadable in the XML.
     void badInput_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QStringList>("sources"); // "same" repeats the item before
-        QTest::addColumn<bool>("refused");
+        // sources: "same" repeats the item before
+        columns<QString, QStringList, bool>("className", "sources", "refused");
         const auto row = [](const char* tag, const char* className, QStringList sources, bool refused) {
             QTest::newRow(tag) << QString(className) << sources << refused;
         };
@@ -156,11 +154,8 @@ private slots:
     }
 
     void pickingWithTheMouse_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QStringList>("sources");
-        QTest::addColumn<QList<QPointF>>("clicks");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<double>("value");
+        columns<QString, QStringList, QList<QPointF>, int, double>("className", "sources", "clicks", "kind",
+                                                                   "value");
         const auto row = [](const char* tag, const char* className, QStringList sources,
                             QList<QPointF> clicks, int kind, double value) {
             QTest::newRow(tag) << QString(className) << sources << clicks << kind << value;
@@ -241,11 +236,8 @@ private slots:
     // Moving a source, with the mouse or by code, updates the measure; deleting one removes the
     // construction, announced by objectDeleted.
     void followsItsSources_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QStringList>("sources");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<double>("before");
-        QTest::addColumn<double>("after"); // once the first source is moved by (0, 30)
+        // after: once the first source is moved by (0, 30)
+        columns<QString, QStringList, int, double, double>("className", "sources", "kind", "before", "after");
         const auto row = [](const char* tag, const char* className, QStringList sources, int kind,
                             double before, double after) {
             QTest::newRow(tag) << QString(className) << sources << kind << before << after;

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QTest>
+
+namespace detail {
+template <typename> struct ColumnName { using type = const char*; };
+} // namespace detail
+
+// Declares a data table's columns in one go, one name for each type, in order:
+// columns<QString, double>("className", "factor").
+template <typename... T> void columns(typename detail::ColumnName<T>::type... names) {
+    (QTest::addColumn<T>(names), ...);
+}
