@@ -55,7 +55,7 @@ private slots:
     }
 
     void rows_data() {
-        columns<QStringList, int, QString>("args", "status", "message");
+        addColumns<QStringList, int, QString>("args", "status", "message");
         auto row = [](const char* name, const QString& args, int status, const QString& message) {
             QTest::newRow(name) << args.split(' ') << status << message;
         };

@@ -162,7 +162,7 @@ private slots:
 
     // Documents without references: a text follows the one item that bears its link name.
     void linksByName_data() {
-        columns<QString, bool, QString>("secondName", "linked", "message");
+        addColumns<QString, bool, QString>("secondName", "linked", "message");
         QTest::newRow("unique") << "L2" << true << "";
         QTest::newRow("repeated") << "L1" << false << "\"L1\" is not the only one";
     }
@@ -187,7 +187,7 @@ private slots:
     }
 
     void refused_data() {
-        columns<QByteArray, QString>("text", "error");
+        addColumns<QByteArray, QString>("text", "error");
         QTest::newRow("not xml") << QByteArray("scene") << "not a scene document";
         QTest::newRow("empty") << QByteArray() << "not a scene document";
         QTest::newRow("root") << QByteArray("<drawing/>") << "the root element is <drawing>";
@@ -222,7 +222,7 @@ private slots:
 
     // Each problem is told and skipped; the good line before and after it is kept.
     void skipped_data() {
-        columns<QByteArray, QString, int>("element", "message", "count");
+        addColumns<QByteArray, QString, int>("element", "message", "count");
         QTest::newRow("unknown class") << QByteArray("<item class=\"FooItem\" guidname=\"F\"/>")
                                        << "line 4: item \"F\" of unknown class \"FooItem\", skipped" << 2;
         QTest::newRow("no class") << QByteArray("<item/>") << "line 4: item has no class, skipped" << 2;
@@ -300,7 +300,7 @@ private slots:
 
     // Constructions find their sources by uid once every item is made; one without goes.
     void constructionLinks_data() {
-        columns<QByteArray, int, QString>("secondSource", "count", "message");
+        addColumns<QByteArray, int, QString>("secondSource", "count", "message");
         QTest::newRow("both sources") << QByteArray("b") << 3 << "";
         QTest::newRow("missing source") << QByteArray("zz") << 2 << "needs an item that is missing, skipped";
     }

@@ -7,7 +7,7 @@ template <typename> struct ColumnName { using type = const char*; };
 } // namespace detail
 
 // Declares a data table's columns in one go, one name for each type, in order:
-// columns<QString, double>("className", "factor").
-template <typename... T> void columns(typename detail::ColumnName<T>::type... names) {
+// addColumns<QString, double>("className", "factor").
+template <typename... T> void addColumns(typename detail::ColumnName<T>::type... names) {
     (QTest::addColumn<T>(names), ...);
 }

@@ -199,7 +199,7 @@ private slots:
     }
 
     void emptyScene_data() {
-        columns<QRectF, QPointF>("sceneRect", "extMax");
+        addColumns<QRectF, QPointF>("sceneRect", "extMax");
         QTest::newRow("sized scene rectangle") << QRectF(0, 0, 200.4, 99.6) << QPointF(200, 100);
         QTest::newRow("no scene rectangle") << QRectF() << QPointF(0, 0);
     }
@@ -222,7 +222,7 @@ private slots:
     // Shapes QPainter would otherwise turn into bitmaps keep their outline and get a solid fill of the
     // brush's mean colour.
     void brushes_data() {
-        columns<QBrush, QPen, QString, QString>("brush", "pen", "fill", "outline");
+        addColumns<QBrush, QPen, QString, QString>("brush", "pen", "fill", "outline");
 
         QLinearGradient redToBlue(20, 0, 100, 0);
         redToBlue.setColorAt(0, Qt::red);
@@ -290,8 +290,8 @@ private slots:
     void arcsBecomeArcEntities_data() {
         // radius: 0 for no ARC
         // start: anticlockwise, y up, as DXF angles run
-        columns<QPainterPath, QTransform, double, double, double>("path", "transform", "radius", "start",
-                                                                  "end");
+        addColumns<QPainterPath, QTransform, double, double, double>("path", "transform", "radius", "start",
+                                                                     "end");
         // Centre (140, 140), radius 40; the arcs' angles turn clockwise on screen.
         const auto arc = [](double start, double span) {
             return arcPath(Arc{QPointF(140, 140), 40, start, span});
@@ -421,7 +421,7 @@ private slots:
 
     // A write that fails says so and leaves whatever was there; tools2DXF still returns 0 and warns.
     void failedWriteIsReported_data() {
-        columns<QString, bool>("target", "readOnly");
+        addColumns<QString, bool>("target", "readOnly");
         QTest::newRow("missing folder") << "missing-folder/scene.dxf" << false;
         QTest::newRow("folder") << "folder.dxf" << false;
         QTest::newRow("read-only file") << "read-only.dxf" << true;
@@ -472,7 +472,7 @@ private slots:
             p->drawText(QPointF(0, 10), "12.5 mm");
         };
         // owner: the GUID name of the measuring item it belongs to
-        columns<PaintingItem::Paint, QString>("paint", "owner");
+        addColumns<PaintingItem::Paint, QString>("paint", "owner");
         QTest::newRow("line to NaN") << PaintingItem::Paint([=](QPainter* p) {
             p->drawLine(QPointF(0, 0), QPointF(nan, 5));
         }) << QString();
@@ -521,7 +521,7 @@ private slots:
     // Asked for, a path with curves keeps them: one SPLINE through the Bezier control points, its straight
     // pieces as curves with controls on them, each piece a Bezier curve of its own (knots threefold).
     void curvesAsSplines_data() {
-        columns<bool, bool>("asked", "turned");
+        addColumns<bool, bool>("asked", "turned");
         QTest::newRow("asked") << true << false;
         QTest::newRow("not asked: flattened") << false << false;
         QTest::newRow("asked, under a turn") << true << true;

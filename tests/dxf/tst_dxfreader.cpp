@@ -254,7 +254,7 @@ void TestDxfReader::samples() {
 }
 
 void TestDxfReader::texts_data() {
-    columns<QByteArray, QString>("entity", "expected");
+    addColumns<QByteArray, QString>("entity", "expected");
     auto text = [](const QByteArray& value) { return "0\nTEXT\n10\n0\n20\n0\n40\n1\n1\n" + value + "\n"; };
     auto mtext = [](const QByteArray& value) { return "0\nMTEXT\n10\n0\n20\n0\n40\n1\n1\n" + value + "\n"; };
     QTest::newRow("TEXT symbols") << text("%%d %%p %%c %%%") << QString::fromUtf8("° ± ⌀ %");
@@ -283,7 +283,7 @@ void TestDxfReader::texts() {
 void TestDxfReader::badInput_data() {
     // expected: in the report; empty when there is nothing to report
     // drawn: subpaths drawn; -1 for any
-    columns<QByteArray, QString, int>("input", "expected", "drawn");
+    addColumns<QByteArray, QString, int>("input", "expected", "drawn");
 
     QByteArray junk(4096, '\0');
     QRandomGenerator random(42);

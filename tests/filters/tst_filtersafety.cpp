@@ -70,7 +70,7 @@ class TestFilterSafety : public QObject {
     Q_OBJECT
 private slots:
     void anyFormatAnySize_data() {
-        columns<Filter, int>("filter", "handling");
+        addColumns<Filter, int>("filter", "handling");
         for (const Named& f : filters)
             QTest::newRow(f.name) << f.filter << int(f.handling);
     }
@@ -111,7 +111,7 @@ private slots:
     // rows (five bands of 60 rows, or three uneven ones), or with a narrower vector unit (the test runs
     // again with GRAPHICSOBJECTS_FILTER_ISA set).
     void sameBytes_data() {
-        columns<Filter, QByteArray>("filter", "expected");
+        addColumns<Filter, QByteArray>("filter", "expected");
         for (const Named& f : filters)
             QTest::newRow(f.name) << f.filter << QByteArray(f.digest);
     }

@@ -16,8 +16,8 @@ private slots:
     // "labelled" is the label text under the given unit and decimals; "plain" the value alone under
     // the default calibration (mm, two decimals).
     void formatTextMesure_data() {
-        columns<int, double, int, QString, QString, QString>("index", "value", "decimals", "unit", "labelled",
-                                                             "plain");
+        addColumns<int, double, int, QString, QString, QString>("index", "value", "decimals", "unit",
+                                                                "labelled", "plain");
         const auto row = [](const char* name, int index, double value, int decimals, const char* unit,
                             const char* labelled, const char* plain) {
             QTest::newRow(name) << index << value << decimals << QString(unit) << QString(labelled)
@@ -87,7 +87,7 @@ private slots:
     }
 
     void leaderLine_data() {
-        columns<double, double, bool, bool>("zoomX", "zoomY", "verticalInForce", "drawn");
+        addColumns<double, double, bool, bool>("zoomX", "zoomY", "verticalInForce", "drawn");
         QTest::newRow("0.8 is too small") << 0.8 << 1.0 << false << false;
         QTest::newRow("0.9 inclusive") << 0.9 << 1.0 << false << true;
         QTest::newRow("1.25 inclusive") << 1.25 << 1.0 << false << true;

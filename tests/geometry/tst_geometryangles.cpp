@@ -23,7 +23,7 @@ class TestGeometryAngles : public QObject {
     Q_OBJECT
 private slots:
     void directions_data() {
-        columns<QPointF, double, double>("p2", "angle", "vecteur");
+        addColumns<QPointF, double, double>("p2", "angle", "vecteur");
         QTest::newRow("equal points") << QPointF(0, 0) << -90.0 << 90.0;
         QTest::newRow("right") << QPointF(3, 0) << 0.0 << 0.0;
         QTest::newRow("left") << QPointF(-3, 0) << 180.0 << 180.0;
@@ -145,7 +145,7 @@ private slots:
     }
 
     void containment_data() {
-        columns<QRectF, double, bool, QPointF>("inner", "angle", "contained", "shift");
+        addColumns<QRectF, double, bool, QPointF>("inner", "angle", "contained", "shift");
         QTest::newRow("inside") << QRectF(2, 2, 3, 3) << 0.0 << true << QPointF(0, 0);
         QTest::newRow("past the left") << QRectF(-2, 2, 3, 3) << 0.0 << false << QPointF(2, 0);
         QTest::newRow("past right and bottom") << QRectF(8, 9, 4, 4) << 0.0 << false << QPointF(-2, -3);

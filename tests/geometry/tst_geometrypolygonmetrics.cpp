@@ -86,7 +86,7 @@ private slots:
 
     void calipers_data() {
         // feret: length, angle (NaN: any)
-        columns<QPolygonF, QList<double>, QList<double>>("points", "feret", "width");
+        addColumns<QPolygonF, QList<double>, QList<double>>("points", "feret", "width");
         const double a = std::atan2(3, 4) * 180 / Pi;
         QTest::newRow("3-4-5 triangle")
             << QPolygonF{{0, 0}, {4, 0}, {0, 3}} << QList<double>{5, a} << QList<double>{2.4, 90 + a};
@@ -123,7 +123,7 @@ private slots:
     }
 
     void selfIntersections_data() {
-        columns<QPolygonF, bool, bool>("polygon", "closed", "intersects");
+        addColumns<QPolygonF, bool, bool>("polygon", "closed", "intersects");
         QTest::newRow("NaN") << QPolygonF{{0, 0}, {4, 0}, {NaN, 4}} << true << true;
         QTest::newRow("huge bow tie")
             << QPolygonF{{0, 0}, {1e300, 1e300}, {1e300, 0}, {0, 1e300}} << true << true;

@@ -22,7 +22,7 @@ class TestGeometrySplines : public QObject {
     Q_OBJECT
 private slots:
     void curves_data() {
-        columns<QPolygonF, bool>("points", "closed");
+        addColumns<QPolygonF, bool>("points", "closed");
         QTest::newRow("wave") << QPolygonF{{0, 0}, {40, 30}, {80, -10}, {120, 50}, {160, 0}} << false;
         QTest::newRow("close pair between far points")
             << QPolygonF{{0, 0}, {100, 0}, {100.5, 0.5}, {101, 100}} << false;

@@ -75,7 +75,7 @@ private slots:
     void init() { getCommonParamsRef()->clear(); }
     // r = 50 px at 0.5 um/px: area 1963.50, perimeter 157.08.
     void drawnShapes_data() {
-        columns<QString, QList<QPointF>, Mesures, QString>("className", "points", "expected", "label");
+        addColumns<QString, QList<QPointF>, Mesures, QString>("className", "points", "expected", "label");
         const auto row = [](const char* tag, const char* className, QList<QPointF> points,
                             Mesures expected = {}, QString label = {}) {
             QTest::newRow(tag) << QString(className) << points << expected << label;
@@ -152,8 +152,8 @@ private slots:
 
     // Grips move the points they stand on; points that define no shape leave the last one and mark the item.
     void gripDrags_data() {
-        columns<QString, QList<QPointF>, int, QPointF, Mesures, bool>("className", "points", "grip", "to",
-                                                                      "expected", "stale");
+        addColumns<QString, QList<QPointF>, int, QPointF, Mesures, bool>("className", "points", "grip", "to",
+                                                                         "expected", "stale");
         const QList<QPointF> diameter{{100, 150}, {200, 150}};
         const QList<QPointF> three{{150, 100}, {150, 100}, {200, 150}, {100, 150}};
         const QList<QPointF> box{{100, 120}, {200, 180}};
@@ -199,8 +199,8 @@ private slots:
     // A host record defines the shape or gives no item; records with a radius centre on (100, 100).
     void records_data() {
         // rad1: pixels; 0 for no item
-        columns<QString, QList<QPointF>, double, QRectF, double>("className", "points", "radius", "rect",
-                                                                 "rad1");
+        addColumns<QString, QList<QPointF>, double, QRectF, double>("className", "points", "radius", "rect",
+                                                                    "rad1");
         const auto row = [](const char* tag, const char* className, QList<QPointF> points, double radius,
                             QRectF rect, double rad1) {
             QTest::newRow(tag) << QString(className) << points << radius << rect << rad1;
@@ -270,8 +270,8 @@ private slots:
     // A measure chosen in the menu is remembered under the class's key, for the next item of any class
     // that shares it; the arc's key is written but read by no new arc.
     void mesureChoice_data() {
-        columns<QString, QString, QString, int, QString, int>("className", "entry", "key", "chosen",
-                                                              "nextClass", "next");
+        addColumns<QString, QString, QString, int, QString, int>("className", "entry", "key", "chosen",
+                                                                 "nextClass", "next");
         const auto row = [](const char* tag, QString className, QString entry, QString key, int chosen,
                             QString nextClass, int next) {
             QTest::newRow(tag) << className << entry << key << chosen << nextClass << next;
@@ -317,8 +317,8 @@ private slots:
     void foundOnTheImage_data() {
         // axes: of the pore centred at (100.3, 90.6)
         // span: of an arc; 0 for a circle, -1 when refused
-        columns<QString, QSizeF, QSize, QList<QPointF>, double>("className", "axes", "imageSize", "clicks",
-                                                                "span");
+        addColumns<QString, QSizeF, QSize, QList<QPointF>, double>("className", "axes", "imageSize", "clicks",
+                                                                   "span");
         const QSize size(220, 200);
         const QList<QPointF> inside{{102, 88}, {102, 88}};
         QTest::newRow("disc r = 40") << "CirclePointsItem" << QSizeF(40, 40) << size << inside << 0.0;
@@ -429,7 +429,7 @@ private slots:
 
     // The circle drawn from its centre: its corner grips, its extraction and its records.
     void cornerGripsChangeOnlyTheRadius_data() {
-        columns<int, QPointF, double>("grip", "to", "radius");
+        addColumns<int, QPointF, double>("grip", "to", "radius");
         // The circle: centre (100, 100), radius 10.
         QTest::newRow("bottom-right to 30.7 x 50, side truncated") << 7 << QPointF(120.7, 140) << 15.0;
         QTest::newRow("top-left inwards") << 0 << QPointF(94, 96) << 7.0;

@@ -41,8 +41,8 @@ class TestConstructions : public QObject {
 private slots:
     void closedForm_data() {
         // firstPoint: the first result point, when checked
-        columns<QString, QStringList, int, double, QPointF>("className", "sources", "kind", "value",
-                                                            "firstPoint");
+        addColumns<QString, QStringList, int, double, QPointF>("className", "sources", "kind", "value",
+                                                               "firstPoint");
         const auto row = [](const char* tag, const char* className, QStringList sources, int kind,
                             double value, QPointF firstPoint = {-1, -1}) {
             QTest::newRow(tag) << QString(className) << sources << kind << value << firstPoint;
@@ -112,7 +112,7 @@ private slots:
     // measures and the reason in the label, and nothing unreadable in the XML.
     void badInput_data() {
         // sources: "same" repeats the item before
-        columns<QString, QStringList, bool>("className", "sources", "refused");
+        addColumns<QString, QStringList, bool>("className", "sources", "refused");
         const auto row = [](const char* tag, const char* className, QStringList sources, bool refused) {
             QTest::newRow(tag) << QString(className) << sources << refused;
         };
@@ -154,8 +154,8 @@ private slots:
     }
 
     void pickingWithTheMouse_data() {
-        columns<QString, QStringList, QList<QPointF>, int, double>("className", "sources", "clicks", "kind",
-                                                                   "value");
+        addColumns<QString, QStringList, QList<QPointF>, int, double>("className", "sources", "clicks",
+                                                                      "kind", "value");
         const auto row = [](const char* tag, const char* className, QStringList sources,
                             QList<QPointF> clicks, int kind, double value) {
             QTest::newRow(tag) << QString(className) << sources << clicks << kind << value;
@@ -237,7 +237,8 @@ private slots:
     // construction, announced by objectDeleted.
     void followsItsSources_data() {
         // after: once the first source is moved by (0, 30)
-        columns<QString, QStringList, int, double, double>("className", "sources", "kind", "before", "after");
+        addColumns<QString, QStringList, int, double, double>("className", "sources", "kind", "before",
+                                                              "after");
         const auto row = [](const char* tag, const char* className, QStringList sources, int kind,
                             double before, double after) {
             QTest::newRow(tag) << QString(className) << sources << kind << before << after;

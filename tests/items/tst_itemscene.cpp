@@ -134,8 +134,8 @@ private slots:
     void xmlRoundTrip_data() {
         // points: two are dragged, more are clicked
         // expected: once moved by (13.5, -7)
-        columns<QString, QList<QPointF>, QString, double, Attributes>("className", "points", "choice",
-                                                                      "rotation", "expected");
+        addColumns<QString, QList<QPointF>, QString, double, Attributes>("className", "points", "choice",
+                                                                         "rotation", "expected");
         const QList<QPointF> drag{{50, 80}, {150, 140}};
         QTest::newRow("line: moved points saved") << "LineItem" << drag << "ArrowTail" << 0.0
                                                   << Attributes{{"start", "63.5x73"}, {"arrowTail", "1"}};
@@ -196,7 +196,7 @@ private slots:
     // A preview opens its context menu unless it is a circle or an arrow; of the edit menus, only the
     // circle's opens.
     void menusOfPreviews_data() {
-        columns<QString, bool, bool>("className", "contextMenu", "editMenu");
+        addColumns<QString, bool, bool>("className", "contextMenu", "editMenu");
         QTest::newRow("line") << "LineItem" << true << false;
         QTest::newRow("ruler") << "RulerItem" << true << false;
         QTest::newRow("rectangle: measures, not transforms") << "RectangleItem" << true << false;

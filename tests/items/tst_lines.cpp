@@ -35,8 +35,8 @@ private slots:
     void init() { getCommonParamsRef()->clear(); }
     void drawnLinesAndArrows_data() {
         // label: empty when rejected
-        columns<QString, QPointF, QPointF, double, double, QString>("tool", "from", "to", "factor", "angle",
-                                                                    "label");
+        addColumns<QString, QPointF, QPointF, double, double, QString>("tool", "from", "to", "factor",
+                                                                       "angle", "label");
         const auto row = [](const char* tag, const char* tool, QPointF from, QPointF to, double factor,
                             double angle, QString label) {
             QTest::newRow(tag) << QString(tool) << from << to << factor << angle << label;
@@ -89,7 +89,7 @@ private slots:
     }
 
     void orthogonalConstraint_data() {
-        columns<QPointF, bool, QPointF>("delta", "shift", "end");
+        addColumns<QPointF, bool, QPointF>("delta", "shift", "end");
         // Displacements compare as truncated pixels: 5 and 5 tie and give a vertical line.
         QTest::newRow("tie is vertical") << QPointF(5.7, -5.2) << false << QPointF(10, 4.8);
         QTest::newRow("wider is horizontal") << QPointF(6.1, -5.9) << false << QPointF(16.1, 10);
@@ -151,7 +151,7 @@ private slots:
     }
 
     void linePainting_data() {
-        columns<QString, bool, bool, bool>("arrows", "startMark", "head", "tail");
+        addColumns<QString, bool, bool, bool>("arrows", "startMark", "head", "tail");
         QTest::newRow("start mark only") << "noArrow" << true << false << false;
         QTest::newRow("head") << "ArrowHead" << false << true << false;
         QTest::newRow("tail") << "ArrowTail" << false << false << true;
@@ -184,8 +184,8 @@ private slots:
     }
 
     void lineMenuChoices_data() {
-        columns<QStringList, int, bool, bool, QStringList, QString>("choices", "mesureIndex", "head", "tail",
-                                                                    "checked", "label");
+        addColumns<QStringList, int, bool, bool, QStringList, QString>("choices", "mesureIndex", "head",
+                                                                       "tail", "checked", "label");
         const auto row = [](const char* tag, QStringList choices, int mesureIndex, bool head, bool tail,
                             QStringList checked, QString label = "dist1:50.00*mm") {
             QTest::newRow(tag) << choices << mesureIndex << head << tail << checked << label;
@@ -239,7 +239,7 @@ private slots:
     }
 
     void arrowHeadShrinksOnShortArrows_data() {
-        columns<double, double>("length", "halfHead");
+        addColumns<double, double>("length", "halfHead");
         QTest::newRow("long: full head") << 100.0 << 10.0;
         QTest::newRow("at the threshold") << 32.0 << 10.0;
         QTest::newRow("short") << 16.0 << 10 * (16 * 0.85 / 32 + 0.15);
@@ -337,7 +337,7 @@ private slots:
     }
 
     void rulerGraduations_data() {
-        columns<double, bool>("factor", "drawn");
+        addColumns<double, bool>("factor", "drawn");
         QTest::newRow("one unit every 4 px") << 0.25 << true;
         QTest::newRow("ten million units a pixel") << 1e7 << true;
         QTest::newRow("step as wide as the ruler") << 1.0 / 200 << false;

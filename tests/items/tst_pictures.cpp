@@ -102,7 +102,7 @@ class TestPictures : public QObject {
 private slots:
     void init() { getCommonParamsRef()->clear(); }
     void framesDrawn_data() {
-        columns<QString, QPointF, bool, QSize, QRectF>("className", "to", "shift", "picture", "frame");
+        addColumns<QString, QPointF, bool, QSize, QRectF>("className", "to", "shift", "picture", "frame");
         // From (100, 80).
         const auto row = [](const char* tag, const char* className, QPointF to, bool shift, QSize picture,
                             QRectF frame) {
@@ -136,7 +136,7 @@ private slots:
 
     void cornerGrips_data() {
         // to: item coordinates
-        columns<double, int, QPointF, bool, QSizeF>("rotation", "grip", "to", "shift", "size");
+        addColumns<double, int, QPointF, bool, QSizeF>("rotation", "grip", "to", "shift", "size");
         // The picture (100, 80, 100, 60).
         QTest::newRow("bottom right") << 0.0 << 7 << QPointF(230, 160) << false << QSizeF(130, 80);
         QTest::newRow("top left keeps 5:3 with shift")
@@ -192,7 +192,7 @@ private slots:
     }
 
     void stampLength_data() {
-        columns<int, Calibration, double, double, double, QString, double>(
+        addColumns<int, Calibration, double, double, double, QString, double>(
             "width", "calibration", "fraction", "typed", "length", "text", "pixels");
         const auto row = [](const char* tag, int width, Calibration calibration, double fraction,
                             double typed, double length, QString text, double pixels) {
@@ -265,7 +265,7 @@ private slots:
 
     void pixmapRoundTrips_data() {
         // path: as saved; %1 the picture's folder
-        columns<bool, bool, QString>("embedded", "inDocument", "path");
+        addColumns<bool, bool, QString>("embedded", "inDocument", "path");
         QTest::newRow("path") << false << false << "%1/pictures/grain.png";
         QTest::newRow("path beside the document") << false << true << "pictures/grain.png";
         QTest::newRow("embedded in a document") << true << true << "pictures/grain.png";
@@ -325,7 +325,7 @@ private slots:
 
     void badPictures_data() {
         // bytes: empty for no file at all
-        columns<QByteArray, QString>("bytes", "warning");
+        addColumns<QByteArray, QString>("bytes", "warning");
         QTest::newRow("missing") << QByteArray() << "file not found";
         QTest::newRow("text") << QByteArray("not a picture") << "not a picture Qt can read";
         // A header announcing 30000 x 30000 pixels (3.6 GB): refused before any pixel is allocated.
@@ -504,7 +504,7 @@ private slots:
 
     void drawingUnits_data() {
         // units: a menu entry, or none
-        columns<int, Calibration, QString, double>("insunits", "calibration", "units", "pixelsPerUnit");
+        addColumns<int, Calibration, QString, double>("insunits", "calibration", "units", "pixelsPerUnit");
         QTest::newRow("mm on 2 µm a pixel") << 4 << calibration(2, "µm") << "" << 500.0;
         QTest::newRow("inches on 0.1 mm a pixel") << 1 << calibration(0.1, "mm") << "" << 254.0;
         QTest::newRow("unitless: a pixel a unit") << 0 << calibration(0.25, "µm") << "" << 1.0;
@@ -568,7 +568,7 @@ private slots:
 
     void badDrawings_data() {
         // bytes: null for no file
-        columns<QByteArray, QString, bool>("bytes", "warning", "drawn");
+        addColumns<QByteArray, QString, bool>("bytes", "warning", "drawn");
         QTest::newRow("missing") << QByteArray() << "file not found" << false;
         QTest::newRow("not a drawing") << QByteArray("\x01\x02 junk", 7) << "error" << false;
         QTest::newRow("1e300") << dxfFile(4, dxfLine("RED") + dxfLine("RED", "1e300"))

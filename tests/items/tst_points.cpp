@@ -14,7 +14,7 @@ class TestPoints : public QObject {
 private slots:
     void measuredFromTheOrigin_data() {
         // expected: dist1, dist2 at (130, 140), factor 0.5, no origin
-        columns<QString, QPointF>("className", "expected");
+        addColumns<QString, QPointF>("className", "expected");
         QTest::newRow("point") << "PointItem" << QPointF(65, 70);
         QTest::newRow("horizontal guide: y") << "CrossHItem" << QPointF(70, 0);
         QTest::newRow("vertical guide: x") << "CrossVItem" << QPointF(65, 0);

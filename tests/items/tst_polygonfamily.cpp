@@ -60,8 +60,8 @@ private slots:
         setCommonParams(QMap<QString, QVariant>());
     }
     void closedFormMesures_data() {
-        columns<QString, QList<QPointF>, double, Slots, bool>("className", "points", "radius", "expected",
-                                                              "crosses");
+        addColumns<QString, QList<QPointF>, double, Slots, bool>("className", "points", "radius", "expected",
+                                                                 "crosses");
         using I = AbstractBaseItem;
         const auto row = [](const char* tag, const char* className, QList<QPointF> points, double radius,
                             Slots expected, bool crosses = false) {
@@ -124,7 +124,7 @@ private slots:
 
     void drawnClickByClick_data() {
         // vertices: 0 when rejected
-        columns<QString, QList<QPointF>, QString, int>("className", "clicks", "end", "vertices");
+        addColumns<QString, QList<QPointF>, QString, int>("className", "clicks", "end", "vertices");
         const QList<QPointF> three{{50, 50}, {150, 60}, {120, 150}};
         QTest::newRow("polygon closed on its first vertex")
             << "PolygonItem" << (three + QList<QPointF>{{52, 49}}) << "" << 3;
@@ -239,8 +239,8 @@ private slots:
     }
 
     void simplify_data() {
-        columns<QString, QList<QPointF>, double, int, int>("className", "points", "tolerance", "passes",
-                                                           "removed");
+        addColumns<QString, QList<QPointF>, double, int, int>("className", "points", "tolerance", "passes",
+                                                              "removed");
         std::mt19937 random(3);
         QList<QPointF> wobbly;
         for (const QPointF& p : regular(200, 100))
@@ -275,7 +275,7 @@ private slots:
     }
 
     void xml_data() {
-        columns<QString, Attributes, Attributes, int>("className", "attributes", "expected", "grips");
+        addColumns<QString, Attributes, Attributes, int>("className", "attributes", "expected", "grips");
         const auto row = [](const char* tag, const char* className, Attributes attributes,
                             Attributes expected, int grips) {
             QTest::newRow(tag) << QString(className) << attributes << expected << grips;

@@ -19,8 +19,8 @@ private slots:
     void init() { getCommonParamsRef()->clear(); }
     void drawnMeasures_data() {
         // label: empty when rejected
-        columns<QString, QPointF, Qt::KeyboardModifiers, Mesures, QString>("className", "to", "keys",
-                                                                           "pixels", "label");
+        addColumns<QString, QPointF, Qt::KeyboardModifiers, Mesures, QString>("className", "to", "keys",
+                                                                              "pixels", "label");
         // From (50, 80), calibration factor 0.5.
         const Qt::KeyboardModifiers none;
         QTest::newRow("rectangle") << "RectangleItem" << QPointF(350, 200) << none
@@ -68,7 +68,7 @@ private slots:
     }
 
     void gripDrags_data() {
-        columns<int, QPointF, QRectF, double>("grip", "to", "rect", "rotation");
+        addColumns<int, QPointF, QRectF, double>("grip", "to", "rect", "rotation");
         // The rectangle (50, 80, 300, 120), centred on (200, 140).
         QTest::newRow("right side") << 4 << QPointF(380, 10) << QRectF(50, 80, 330, 120) << 0.0;
         QTest::newRow("left side") << 3 << QPointF(20, 250) << QRectF(20, 80, 330, 120) << 0.0;
@@ -121,7 +121,7 @@ private slots:
     }
 
     void rotatedSideResizeKeepsFacingSide_data() {
-        columns<int, QList<int>>("grip", "facingCorners");
+        addColumns<int, QList<int>>("grip", "facingCorners");
         QTest::newRow("right side") << 4 << QList<int>{0, 5};
         QTest::newRow("bottom side") << 6 << QList<int>{0, 2};
     }
@@ -153,7 +153,7 @@ private slots:
     }
 
     void transformMenu_data() {
-        columns<QSizeF, double, QStringList>("size", "rotation", "texts");
+        addColumns<QSizeF, double, QStringList>("size", "rotation", "texts");
         const QStringList circles{"none", "toInCircle", "toOutCircle"};
         const QStringList snaps{"snapImageSelection...", "snapPixMapSelection...", "transfert2PixMap"};
         const QStringList all = circles + QStringList{"imageMatching", "pixmapMatching"} + snaps;

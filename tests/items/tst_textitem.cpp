@@ -59,7 +59,7 @@ private slots:
     }
 
     void focusOutRemovesOnlyEmptyText_data() {
-        columns<QString, int>("typed", "backspaces");
+        addColumns<QString, int>("typed", "backspaces");
         QTest::newRow("text kept") << "abc" << 0;
         QTest::newRow("text erased") << "abc" << 3;
         // A new text holds a single space, which is not empty.
@@ -91,7 +91,7 @@ private slots:
     }
 
     void linkedTextFollowsMeasure_data() {
-        columns<int, QString>("kind", "expected");
+        addColumns<int, QString>("kind", "expected");
         QTest::newRow("angle without unit") << int(AbstractBaseItem::Ang1) << "Ruler1 ang1:12.50";
         QTest::newRow("no measure shown") << AbstractBaseItem::NoMesure << "Ruler1";
     }
@@ -112,7 +112,7 @@ private slots:
     }
 
     void unlinking_data() {
-        columns<int, QString, bool, bool>("way", "textAfter", "follows", "childLinked");
+        addColumns<int, QString, bool, bool>("way", "textAfter", "follows", "childLinked");
         QTest::newRow("unassociate the item") << 0 << "Ruler1 dist1:5.00 mm" << false << false;
         // Without an item, unassociate clears the name and the mark but lets go of nothing.
         QTest::newRow("unassociate without item") << 1 << "Ruler1 dist1:20.00 mm" << true << false;
@@ -149,7 +149,7 @@ private slots:
 
     // The background as saved and read back; older files carry no pattern.
     void backgroundSurvivesSaving_data() {
-        columns<QBrush, QString, QBrush>("brush", "dropped", "expected");
+        addColumns<QBrush, QString, QBrush>("brush", "dropped", "expected");
         const QColor halfYellow(255, 255, 0, 128);
         QTest::newRow("translucent") << QBrush(halfYellow) << "" << QBrush(halfYellow);
         QTest::newRow("hatched") << QBrush(Qt::red, Qt::CrossPattern) << ""

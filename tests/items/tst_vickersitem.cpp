@@ -27,7 +27,7 @@ class TestVickersItem : public QObject {
     Q_OBJECT
 private slots:
     void workedExample_data() {
-        columns<double, QString, double>("factor", "mode", "hardness");
+        addColumns<double, QString, double>("factor", "mode", "hardness");
         QTest::newRow("high precision") << 1.0 << "High Precision" << 18.531;
         QTest::newRow("standard precision") << 1.0 << "Std Precision" << 18.522;
         QTest::newRow("half a micrometre per pixel") << 0.5 << "High Precision" << 74.124;
@@ -117,7 +117,7 @@ private slots:
     }
 
     void fewerOrUnreadableCorners_data() {
-        columns<QString, int>("coords", "corners");
+        addColumns<QString, int>("coords", "corners");
         QTest::newRow("none") << "" << 0;
         QTest::newRow("three compute nothing") << "100x50;150x100;100x150;" << 3;
         // Every non-empty part is a corner; one that is no usable point stands at the origin.
@@ -138,7 +138,7 @@ private slots:
     }
 
     void metallographerQueries_data() {
-        columns<double, double, double, QString, QString>("load", "d1", "d2", "designation", "warning");
+        addColumns<double, double, double, QString, QString>("load", "d1", "d2", "designation", "warning");
         const QString differ =
             "Diagonals differ by 7.3 % (limit 5 %): check the indentation or the specimen's flatness";
         QTest::newRow("0.98 N is HV 0.1") << 0.98 << 100.0 << 100.0 << "18.5 HV 0.1" << QString();

@@ -28,7 +28,7 @@ private slots:
     }
 
     void fromCommonParams_data() {
-        columns<QString, int>("text", "expected");
+        addColumns<QString, int>("text", "expected");
         QTest::newRow("number") << "3" << 3;
         QTest::newRow("missing is 0, not the default") << QString() << 0;
         QTest::newRow("trailing garbage") << "3x" << 0;

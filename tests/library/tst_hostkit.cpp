@@ -53,7 +53,7 @@ private slots:
     }
 
     void calibrationDialog_data() {
-        columns<double, double, double>("knownLength", "pixelsPerUnit", "factor");
+        addColumns<double, double, double>("knownLength", "pixelsPerUnit", "factor");
         QTest::newRow("line of 200 px is 50 µm") << 50.0 << 0.0 << 0.25;
         QTest::newRow("4 pixels per µm") << 0.0 << 4.0 << 0.25;
         QTest::newRow("nothing typed") << 0.0 << 0.0 << 0.0;

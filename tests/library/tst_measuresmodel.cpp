@@ -39,7 +39,7 @@ class TestMeasuresModel : public QObject {
     Q_OBJECT
 private slots:
     void namesAndValues_data() {
-        columns<QString, Attributes, double, QStringList>("className", "attributes", "factor", "expected");
+        addColumns<QString, Attributes, double, QStringList>("className", "attributes", "factor", "expected");
         // 140 x 90 pixels at 0.25 µm.
         QTest::newRow("rectangle") << "RectangleItem" << Attributes{{"rect", "0x0 140x90"}} << 0.25
                                    << QStringList{"Width=35.000 µm", "Height=22.500 µm",
@@ -169,7 +169,7 @@ private slots:
     // What a spreadsheet reads: Python's csv module, with either separator style, finds the same
     // texts and the same doubles.
     void csvReadsBack_data() {
-        columns<QChar, QChar>("separator", "decimalMark");
+        addColumns<QChar, QChar>("separator", "decimalMark");
         QTest::newRow("comma, point") << QChar(',') << QChar('.');
         QTest::newRow("semicolon, comma") << QChar(';') << QChar(',');
     }

@@ -26,7 +26,8 @@ class TestPointList : public QObject {
     Q_OBJECT
 private slots:
     void transforms_data() {
-        columns<Transform, Transform, QList<QPointF>, QList<QPointF>>("forth", "back", "points", "expected");
+        addColumns<Transform, Transform, QList<QPointF>, QList<QPointF>>("forth", "back", "points",
+                                                                         "expected");
         using L = QList<QPointF>;
         const auto row = [](const char* name, Transform forth, Transform back, L points, L expected) {
             QTest::newRow(name) << forth << back << points << expected;
@@ -88,7 +89,7 @@ private slots:
     }
 
     void boundingRect_data() {
-        columns<QList<QList<QPointF>>, QRectF>("lists", "expected");
+        addColumns<QList<QList<QPointF>>, QRectF>("lists", "expected");
         QTest::newRow("no lists") << QList<QList<QPointF>>() << QRectF(0, 0, 0, 0);
         QTest::newRow("only empty lists") << QList<QList<QPointF>>{{}, {}} << QRectF(0, 0, 0, 0);
         QTest::newRow("one point") << QList<QList<QPointF>>{{{5, -2}}} << QRectF(5, -2, 0, 0);

@@ -143,7 +143,7 @@ private slots:
     }
 
     void iconPaths_data() {
-        columns<QString, QString>("name", "icon");
+        addColumns<QString, QString>("name", "icon");
         const auto row = [](const char* name, const char* className, const char* icon) {
             QTest::newRow(name) << QString(className) << QString(":/%1.png").arg(icon);
         };
@@ -174,7 +174,7 @@ private slots:
     }
 
     void refusals_data() {
-        columns<QString, bool>("name", "toolFactory");
+        addColumns<QString, bool>("name", "toolFactory");
         // A class given to the other factory: onlyItsOwnFactoryBuildsAClass.
         QTest::newRow("class name in other case") << "pointitem" << true;
         QTest::newRow("unknown") << "HexagonItem" << true;
