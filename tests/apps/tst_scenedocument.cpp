@@ -2,6 +2,7 @@
 // the documents that are refused whole or in part.
 #include "DataColumns.h"
 #include "DrawingView.h"
+#include "TestFiles.h"
 
 #include <GraphicsObjects/GraphicsObjects.h>
 
@@ -28,18 +29,6 @@ QString xmlOf(const AbstractBaseItem* item) {
         pairs << e.attributes().item(i).nodeName() + '=' + e.attributes().item(i).nodeValue();
     pairs.sort();
     return pairs.join('\n');
-}
-
-QByteArray contents(const QString& fileName) {
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QString write(const QTemporaryDir& dir, const QString& name, const QByteArray& text) {
-    QFile file(dir.filePath(name));
-    if (file.open(QIODevice::WriteOnly))
-        file.write(text);
-    return file.fileName();
 }
 
 QImage testPicture() {
@@ -170,7 +159,7 @@ private slots:
         QFETCH(QString, secondName);
         QFETCH(bool, linked);
         QFETCH(QString, message);
-        const QString file = write(
+        const QString file = written(
             m_dir, "byname.xml",
             header +
                 "<scene><item class=\"LineItem\" guidname=\"L1\" start=\"0x0\" end=\"9x0\"/>"
@@ -189,7 +178,7 @@ private slots:
     void refused_data() {
         addColumns<QByteArray, QString>("text", "error");
         QTest::newRow("not xml") << QByteArray("scene") << "not a scene document";
-        QTest::newRow("empty") << QByteArray() << "not a scene document";
+        QTest::newRow("empty") << QByteArray("") << "not a scene document";
         QTest::newRow("root") << QByteArray("<drawing/>") << "the root element is <drawing>";
         QTest::newRow("factor nan") << QByteArray("<scene factor=\"nan\"/>")
                                     << "factor=\"nan\" is not a finite number";
@@ -215,7 +204,7 @@ private slots:
         QFETCH(QString, error);
         AbstractScene scene;
         SceneDocument document;
-        QVERIFY(!document.open(write(m_dir, "refused.xml", text), &scene));
+        QVERIFY(!document.open(written(m_dir, "refused.xml", text), &scene));
         QVERIFY2(document.errorString().contains(error), qPrintable(document.errorString()));
         QVERIFY(scene.items().isEmpty());
     }
@@ -250,8 +239,8 @@ private slots:
         AbstractScene scene;
         SceneDocument document;
         QVERIFY(document.open(
-            write(m_dir, "skip.xml",
-                  header + "<scene version=\"2\">\n" + line + element + "\n" + lineB + "</scene>"),
+            written(m_dir, "skip.xml",
+                    header + "<scene version=\"2\">\n" + line + element + "\n" + lineB + "</scene>"),
             &scene));
         QVERIFY2(document.messages().join('\n').contains(message),
                  qPrintable(document.messages().join('\n')));
@@ -310,13 +299,13 @@ private slots:
         QFETCH(QString, message);
         // The distance comes first: it is linked only once the lines exist.
         const QString file =
-            write(m_dir, "construction.xml",
-                  header +
-                      "<scene version=\"2\"><item class=\"Distance\" guidname=\"D\" source0=\"a\" "
-                      "source1=\"" +
-                      secondSource +
-                      "\"/><item class=\"PointItem\" uid=\"a\" point=\"0x0\"/>"
-                      "<item class=\"PointItem\" uid=\"b\" point=\"30x40\"/></scene>");
+            written(m_dir, "construction.xml",
+                    header +
+                        "<scene version=\"2\"><item class=\"Distance\" guidname=\"D\" source0=\"a\" "
+                        "source1=\"" +
+                        secondSource +
+                        "\"/><item class=\"PointItem\" uid=\"a\" point=\"0x0\"/>"
+                        "<item class=\"PointItem\" uid=\"b\" point=\"30x40\"/></scene>");
         AbstractScene scene;
         SceneDocument document;
         QVERIFY(document.open(file, &scene));

@@ -9,6 +9,7 @@
 #include "RectangleItem.h"
 #include "SmileyItem.h"
 #include "StampItem.h"
+#include "TestFiles.h"
 #include "Tools2DXF.h"
 #include "VideoItem.h"
 
@@ -49,14 +50,6 @@ QImage filled(QSize size, QColor colour, QImage::Format format = QImage::Format_
 
 QImage pixels(const QImage& image) {
     return image.convertToFormat(QImage::Format_ARGB32);
-}
-
-// The file of that name in the folder, holding the bytes (none for null bytes).
-QString written(const QTemporaryDir& dir, const QString& name, const QByteArray& bytes) {
-    QFile file(dir.filePath(name));
-    if (!bytes.isNull() && file.open(QIODevice::WriteOnly))
-        file.write(bytes);
-    return file.fileName();
 }
 
 // A drawing with its units, the layers RED (colour 1) and OFF (switched off) and these entities.
