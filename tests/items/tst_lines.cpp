@@ -3,6 +3,7 @@
 #include "DataColumns.h"
 #include "DrawingView.h"
 #include "LineItem.h"
+#include "NearPoints.h"
 #include "RulerItem.h"
 
 #include <QPainter>
@@ -10,10 +11,6 @@
 #include <cmath>
 
 namespace {
-
-bool near(const QPointF& a, const QPointF& b) {
-    return QLineF(a, b).length() < 1e-9;
-}
 
 QImage painted(QGraphicsItem& item, const QSize& size) {
     QImage image(size, QImage::Format_RGB32);

@@ -1,5 +1,6 @@
 #include "DataColumns.h"
 #include "DrawingView.h"
+#include "NearPoints.h"
 #include "TestItem.h"
 #include "TextEdit.h"
 #include "TextItem.h"
@@ -28,10 +29,6 @@ public:
         emit mesureChangedEND(this);
     }
 };
-
-bool near(const QPointF& a, const QPointF& b, double tolerance) {
-    return QLineF(a, b).length() <= tolerance;
-}
 
 eTextItem* drawText(DrawingView& v, const QString& typed) {
     auto* item = qgraphicsitem_cast<eTextItem*>(v.click("eTextItem", {{200, 150}}));
