@@ -21,14 +21,6 @@
 
 namespace {
 
-void builtClasses() {
-    QTest::addColumn<QString>("className");
-    for (const ItemRegistry::Row& row : ItemRegistry::rows()) {
-        if (row.construct)
-            QTest::newRow(row.className) << QString(row.className);
-    }
-}
-
 QByteArray documentOf(SceneDocument& document, AbstractScene* scene) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
