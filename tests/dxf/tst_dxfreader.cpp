@@ -283,7 +283,7 @@ void TestDxfReader::texts() {
 void TestDxfReader::badInput_data() {
     // expected: in the report; empty when there is nothing to report
     // drawn: subpaths drawn; -1 for any
-    addColumns<QByteArray, QString, int>("input", "expected", "drawn");
+    const auto row = addColumns<QByteArray, QString, int>("input", "expected", "drawn");
 
     QByteArray junk(4096, '\0');
     QRandomGenerator random(42);
@@ -297,9 +297,6 @@ void TestDxfReader::badInput_data() {
     for (int i = 0; i < 1100; ++i)
         manyTypes += "0\nTYPE" + QByteArray::number(i) + "\n";
 
-    const auto row = [](const char* tag, QByteArray input, QString expected, int drawn) {
-        QTest::newRow(tag) << input << expected << drawn;
-    };
     row("empty", QByteArray(), "error: the file is empty", 0);
     row("binary DXF", QByteArray("AutoCAD Binary DXF\r\n\x1a\0", 22), "error: binary DXF", 0);
     row("binary junk", junk, "error: not a DXF file", 0);

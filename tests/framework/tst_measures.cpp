@@ -16,13 +16,8 @@ private slots:
     // "labelled" is the label text under the given unit and decimals; "plain" the value alone under
     // the default calibration (mm, two decimals).
     void formatTextMesure_data() {
-        addColumns<int, double, int, QString, QString, QString>("index", "value", "decimals", "unit",
-                                                                "labelled", "plain");
-        const auto row = [](const char* name, int index, double value, int decimals, const char* unit,
-                            const char* labelled, const char* plain) {
-            QTest::newRow(name) << index << value << decimals << QString(unit) << QString(labelled)
-                                << QString(plain);
-        };
+        const auto row = addColumns<int, double, int, QString, QString, QString>("index", "value", "decimals",
+                                                                                 "unit", "labelled", "plain");
         row("centroid has no number", 0, 3.0, 2, "mm", "centroid:", "");
         row("distance with unit", 1, 12.5, 2, "mm", "dist1:12.50*mm", "12.50*mm");
         row("second distance, micrometres", 2, 0.5, 3, "µm", "dist2:0.500*µm", "0.50*mm");

@@ -199,12 +199,8 @@ private slots:
     // A host record defines the shape or gives no item; records with a radius centre on (100, 100).
     void records_data() {
         // rad1: pixels; 0 for no item
-        addColumns<QString, QList<QPointF>, double, QRectF, double>("className", "points", "radius", "rect",
-                                                                    "rad1");
-        const auto row = [](const char* tag, const char* className, QList<QPointF> points, double radius,
-                            QRectF rect, double rad1) {
-            QTest::newRow(tag) << QString(className) << points << radius << rect << rad1;
-        };
+        const auto row = addColumns<QString, QList<QPointF>, double, QRectF, double>(
+            "className", "points", "radius", "rect", "rad1");
         row("diameter's ends", "CirclePItem", {{0, 0}, {0, 30}}, 0, {}, 15);
         row("circle of a centre", "CirclePItem", {}, 12, {}, 12);
         row("one end only", "CirclePItem", {{0, 0}}, 0, {}, 0);
@@ -270,12 +266,8 @@ private slots:
     // A measure chosen in the menu is remembered under the class's key, for the next item of any class
     // that shares it; the arc's key is written but read by no new arc.
     void mesureChoice_data() {
-        addColumns<QString, QString, QString, int, QString, int>("className", "entry", "key", "chosen",
-                                                                 "nextClass", "next");
-        const auto row = [](const char* tag, QString className, QString entry, QString key, int chosen,
-                            QString nextClass, int next) {
-            QTest::newRow(tag) << className << entry << key << chosen << nextClass << next;
-        };
+        const auto row = addColumns<QString, QString, QString, int, QString, int>(
+            "className", "entry", "key", "chosen", "nextClass", "next");
         row("circle, shared by the diameter", "CircleItem", "Distance", "circle_mesureIndex", 9,
             "CirclePItem", 9);
         row("ellipse", "EllipseItem", "Eccentricity", "ellipse_mesureIndex", 10, "EllipseItem", 10);

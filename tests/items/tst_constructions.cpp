@@ -112,10 +112,7 @@ private slots:
     // measures and the reason in the label, and nothing unreadable in the XML.
     void badInput_data() {
         // sources: "same" repeats the item before
-        addColumns<QString, QStringList, bool>("className", "sources", "refused");
-        const auto row = [](const char* tag, const char* className, QStringList sources, bool refused) {
-            QTest::newRow(tag) << QString(className) << sources << refused;
-        };
+        const auto row = addColumns<QString, QStringList, bool>("className", "sources", "refused");
         row("one item for two", "Distance", {"point 0 0"}, true);
         row("the same item twice", "Distance", {"line 0 0 10 0", "same"}, true);
         row("angle with a point", "Angle", {"point 0 0", "line 0 0 10 0"}, true);
@@ -154,12 +151,8 @@ private slots:
     }
 
     void pickingWithTheMouse_data() {
-        addColumns<QString, QStringList, QList<QPointF>, int, double>("className", "sources", "clicks",
-                                                                      "kind", "value");
-        const auto row = [](const char* tag, const char* className, QStringList sources,
-                            QList<QPointF> clicks, int kind, double value) {
-            QTest::newRow(tag) << QString(className) << sources << clicks << kind << value;
-        };
+        const auto row = addColumns<QString, QStringList, QList<QPointF>, int, double>(
+            "className", "sources", "clicks", "kind", "value");
         row("distance", "Distance", {"point 100 100", "line 50 150 250 150"}, {{100, 100}, {200, 150}},
             K::Dist1, 50);
         // The click chooses the side: the right one is perpendicular to the line, the top one parallel.
@@ -237,12 +230,8 @@ private slots:
     // construction, announced by objectDeleted.
     void followsItsSources_data() {
         // after: once the first source is moved by (0, 30)
-        addColumns<QString, QStringList, int, double, double>("className", "sources", "kind", "before",
-                                                              "after");
-        const auto row = [](const char* tag, const char* className, QStringList sources, int kind,
-                            double before, double after) {
-            QTest::newRow(tag) << QString(className) << sources << kind << before << after;
-        };
+        const auto row = addColumns<QString, QStringList, int, double, double>("className", "sources", "kind",
+                                                                               "before", "after");
         row("distance", "Distance", {"point 100 100", "line 50 200 250 200"}, K::Dist1, 100, 70);
         row("intersection", "Intersection", {"line 50 100 250 100", "circle 150 120 40"}, K::Dist1,
             2 * std::sqrt(1200.0), 2 * std::sqrt(1500.0));

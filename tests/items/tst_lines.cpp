@@ -32,12 +32,8 @@ private slots:
     void init() { getCommonParamsRef()->clear(); }
     void drawnLinesAndArrows_data() {
         // label: empty when rejected
-        addColumns<QString, QPointF, QPointF, double, double, QString>("tool", "from", "to", "factor",
-                                                                       "angle", "label");
-        const auto row = [](const char* tag, const char* tool, QPointF from, QPointF to, double factor,
-                            double angle, QString label) {
-            QTest::newRow(tag) << QString(tool) << from << to << factor << angle << label;
-        };
+        const auto row = addColumns<QString, QPointF, QPointF, double, double, QString>(
+            "tool", "from", "to", "factor", "angle", "label");
         const char *line = "LineItem", *arrow = "ArrowItem";
         const QPointF c(200, 150);
         row("3-4-5 up right, calibrated", line, {50, 100}, {80, 60}, 0.5, 53.130102354156, "dist1:25.00*mm");

@@ -95,12 +95,9 @@ class TestPictures : public QObject {
 private slots:
     void init() { getCommonParamsRef()->clear(); }
     void framesDrawn_data() {
-        addColumns<QString, QPointF, bool, QSize, QRectF>("className", "to", "shift", "picture", "frame");
+        const auto row =
+            addColumns<QString, QPointF, bool, QSize, QRectF>("className", "to", "shift", "picture", "frame");
         // From (100, 80).
-        const auto row = [](const char* tag, const char* className, QPointF to, bool shift, QSize picture,
-                            QRectF frame) {
-            QTest::newRow(tag) << QString(className) << to << shift << picture << frame;
-        };
         row("smiley drag", "SmileyItem", {160, 110}, false, {}, {100, 80, 60, 30});
         row("shift draws a round face", "SmileyItem", {160, 110}, true, {}, {100, 80, 60, 60});
         row("video click", "VideoItem", {100, 80}, false, {}, {100, 80, 320, 240});
@@ -185,12 +182,8 @@ private slots:
     }
 
     void stampLength_data() {
-        addColumns<int, Calibration, double, double, double, QString, double>(
+        const auto row = addColumns<int, Calibration, double, double, double, QString, double>(
             "width", "calibration", "fraction", "typed", "length", "text", "pixels");
-        const auto row = [](const char* tag, int width, Calibration calibration, double fraction,
-                            double typed, double length, QString text, double pixels) {
-            QTest::newRow(tag) << width << calibration << fraction << typed << length << text << pixels;
-        };
         const Calibration um = calibration(0.25, "µm");
         row("a tenth: 25 µm is nearer 20 than 50", 1000, um, 0.1, 0, 20, "20 µm", 80);
         row("below one", 600, calibration(0.005, "mm"), 0.2, 0, 0.5, "0.5 mm", 100);

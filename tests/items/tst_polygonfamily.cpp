@@ -275,11 +275,8 @@ private slots:
     }
 
     void xml_data() {
-        addColumns<QString, Attributes, Attributes, int>("className", "attributes", "expected", "grips");
-        const auto row = [](const char* tag, const char* className, Attributes attributes,
-                            Attributes expected, int grips) {
-            QTest::newRow(tag) << QString(className) << attributes << expected << grips;
-        };
+        const auto row =
+            addColumns<QString, Attributes, Attributes, int>("className", "attributes", "expected", "grips");
         row("polygon: unusable points left out", "PolygonItem",
             {{"coords", "1x1;nanxinf;5x5;1e12x3;2x9;1x2x3;abc;;4.5x-1;"}},
             {{"coords", "1x1;5x5;2x9;4.5x-1;"}}, 4);

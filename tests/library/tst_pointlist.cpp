@@ -26,12 +26,9 @@ class TestPointList : public QObject {
     Q_OBJECT
 private slots:
     void transforms_data() {
-        addColumns<Transform, Transform, QList<QPointF>, QList<QPointF>>("forth", "back", "points",
-                                                                         "expected");
+        const auto row = addColumns<Transform, Transform, QList<QPointF>, QList<QPointF>>(
+            "forth", "back", "points", "expected");
         using L = QList<QPointF>;
-        const auto row = [](const char* name, Transform forth, Transform back, L points, L expected) {
-            QTest::newRow(name) << forth << back << points << expected;
-        };
         const auto flip = [](L& l) { pointlist_flip(l, 10); };
         row("flip twice restores", flip, flip, {{1, 2}, {3, 10}}, {{1, 8}, {3, 0}});
         row(
