@@ -1,22 +1,14 @@
 // gotool's answers to bad input: each row runs one command in a scratch folder holding copies of
 // the inputs and checks the exit status and the one line on stderr. No row may crash, take more
 // than 10 s, need more than 1 GB of address space, or create or change a file.
+#include "DataColumns.h"
+#include "GotoolRun.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
-
-#include <sys/resource.h>
-
-#if defined(__SANITIZE_ADDRESS__)
-#define GOTOOL_UNDER_ASAN 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define GOTOOL_UNDER_ASAN 1
-#endif
-#endif
 
 namespace {
 
@@ -63,9 +55,7 @@ private slots:
     }
 
     void rows_data() {
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("message");
+        addColumns<QStringList, int, QString>("args", "status", "message");
         auto row = [](const char* name, const QString& args, int status, const QString& message) {
             QTest::newRow(name) << args.split(' ') << status << message;
         };
@@ -128,34 +118,15 @@ private slots:
         QFETCH(QString, message);
         const QMap<QString, QByteArray> before = checksums(m_dir.path());
 
-        QProcess gotool;
-        gotool.setWorkingDirectory(m_dir.path());
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert("QT_QPA_PLATFORM", "offscreen");
-        env.insert("XDG_RUNTIME_DIR", m_runtime.path());
-        gotool.setProcessEnvironment(env);
-#ifndef GOTOOL_UNDER_ASAN
-        // AddressSanitizer reserves terabytes of address space: that build has no such limit.
-        gotool.setChildProcessModifier([] {
-            const rlimit limit{rlim_t(1) << 30, rlim_t(1) << 30};
-            setrlimit(RLIMIT_AS, &limit);
-        });
-#endif
-        gotool.start(QStringLiteral(GOTOOL), args);
-        QVERIFY(gotool.waitForStarted());
-        const bool finished = gotool.waitForFinished(10000);
-        if (!finished)
-            gotool.kill();
-        QVERIFY2(finished, "took more than 10 s");
-        QCOMPARE(gotool.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(gotool.exitCode(), status);
-        QCOMPARE(QString::fromUtf8(gotool.readAllStandardError()), "gotool: " + message + '\n');
+        const GotoolRun r = runGotool(m_dir.path(), args, 10000);
+        QVERIFY2(r.finished, "took more than 10 s");
+        QCOMPARE(r.status, status);
+        QCOMPARE(r.err, "gotool: " + message + '\n');
         QCOMPARE(checksums(m_dir.path()), before);
     }
 
 private:
     QTemporaryDir m_dir;
-    QTemporaryDir m_runtime;
 };
 
 QTEST_GUILESS_MAIN(TestGotoolBadInput)

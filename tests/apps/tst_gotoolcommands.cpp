@@ -1,20 +1,12 @@
 // gotool's commands on good input: the measure formats, render, export and filter, and --help.
+#include "DataColumns.h"
+#include "GotoolRun.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
-
-namespace {
-
-struct Run {
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-} // namespace
 
 class TestGotoolCommands : public QObject {
     Q_OBJECT
@@ -32,7 +24,7 @@ private slots:
     }
 
     void csvQuotesFields() {
-        const Run r = gotool({"measure", "quoted.xml", "--format", "csv"});
+        const GotoolRun r = gotool({"measure", "quoted.xml", "--format", "csv"});
         QCOMPARE(r.status, 0);
         const QStringList lines = r.out.split("\r\n");
         QVERIFY2(lines.size() == 3 && lines[2].isEmpty(), qPrintable(r.out));
@@ -41,7 +33,7 @@ private slots:
     }
 
     void jsonValues() {
-        const Run r = gotool({"measure", "quoted.xml", "--format", "json"});
+        const GotoolRun r = gotool({"measure", "quoted.xml", "--format", "json"});
         QCOMPARE(r.status, 0);
         const QJsonObject root = QJsonDocument::fromJson(r.out.toUtf8()).object();
         const QJsonObject item = root["items"].toArray().at(0).toObject();
@@ -54,7 +46,7 @@ private slots:
 
     // The picture at twice the scene's size shows the document's image under its line.
     void renderScaled() {
-        const Run r = gotool({"render", "linked-image.xml", "-o", "twice.png", "--scale", "2"});
+        const GotoolRun r = gotool({"render", "linked-image.xml", "-o", "twice.png", "--scale", "2"});
         QVERIFY2(r.status == 0, qPrintable(r.err));
         const QImage out(m_dir.filePath("twice.png"));
         const QImage in(m_dir.filePath("picture.png"));
@@ -67,7 +59,7 @@ private slots:
     }
 
     void exportDxf() {
-        const Run r = gotool({"export", "linked-image.xml", "drawing.dxf"});
+        const GotoolRun r = gotool({"export", "linked-image.xml", "drawing.dxf"});
         QCOMPARE(r.status, 0);
         QFile dxf(m_dir.filePath("drawing.dxf"));
         QVERIFY(dxf.open(QIODevice::ReadOnly));
@@ -76,7 +68,7 @@ private slots:
     }
 
     void filterChain() {
-        const Run r =
+        const GotoolRun r =
             gotool({"filter", "picture.png", "-o", "grey.png", "--brightness", "-20", "--grayscale"});
         QVERIFY2(r.status == 0, qPrintable(r.err));
         const QImage grey(m_dir.filePath("grey.png"));
@@ -94,28 +86,14 @@ private slots:
     }
     void help() {
         QFETCH(QString, command);
-        const Run r = gotool({command, "--help"});
+        const GotoolRun r = gotool({command, "--help"});
         QCOMPARE(r.status, 0);
         QVERIFY(r.out.startsWith("usage: gotool " + command));
         QCOMPARE(r.err, QString());
     }
 
 private:
-    Run gotool(const QStringList& args) {
-        QProcess process;
-        process.setWorkingDirectory(m_dir.path());
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert("QT_QPA_PLATFORM", "offscreen");
-        env.insert("XDG_RUNTIME_DIR", m_dir.path());
-        process.setProcessEnvironment(env);
-        process.start(QStringLiteral(GOTOOL), args);
-        Run r;
-        if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
-            r.status = process.exitCode();
-        r.out = QString::fromUtf8(process.readAllStandardOutput());
-        r.err = QString::fromUtf8(process.readAllStandardError());
-        return r;
-    }
+    GotoolRun gotool(const QStringList& args) { return runGotool(m_dir.path(), args); }
 
     QTemporaryDir m_dir;
 };

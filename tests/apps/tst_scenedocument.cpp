@@ -1,6 +1,8 @@
 // Scene documents: round trips of items, image, calibration and links; today's gotool scenes; and
 // the documents that are refused whole or in part.
+#include "DataColumns.h"
 #include "DrawingView.h"
+#include "TestFiles.h"
 
 #include <GraphicsObjects/GraphicsObjects.h>
 
@@ -27,18 +29,6 @@ QString xmlOf(const AbstractBaseItem* item) {
         pairs << e.attributes().item(i).nodeName() + '=' + e.attributes().item(i).nodeValue();
     pairs.sort();
     return pairs.join('\n');
-}
-
-QByteArray contents(const QString& fileName) {
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QString write(const QTemporaryDir& dir, const QString& name, const QByteArray& text) {
-    QFile file(dir.filePath(name));
-    if (file.open(QIODevice::WriteOnly))
-        file.write(text);
-    return file.fileName();
 }
 
 QImage testPicture() {
@@ -161,9 +151,7 @@ private slots:
 
     // Documents without references: a text follows the one item that bears its link name.
     void linksByName_data() {
-        QTest::addColumn<QString>("secondName");
-        QTest::addColumn<bool>("linked");
-        QTest::addColumn<QString>("message");
+        addColumns<QString, bool, QString>("secondName", "linked", "message");
         QTest::newRow("unique") << "L2" << true << "";
         QTest::newRow("repeated") << "L1" << false << "\"L1\" is not the only one";
     }
@@ -171,7 +159,7 @@ private slots:
         QFETCH(QString, secondName);
         QFETCH(bool, linked);
         QFETCH(QString, message);
-        const QString file = write(
+        const QString file = written(
             m_dir, "byname.xml",
             header +
                 "<scene><item class=\"LineItem\" guidname=\"L1\" start=\"0x0\" end=\"9x0\"/>"
@@ -188,10 +176,9 @@ private slots:
     }
 
     void refused_data() {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("error");
+        addColumns<QByteArray, QString>("text", "error");
         QTest::newRow("not xml") << QByteArray("scene") << "not a scene document";
-        QTest::newRow("empty") << QByteArray() << "not a scene document";
+        QTest::newRow("empty") << QByteArray("") << "not a scene document";
         QTest::newRow("root") << QByteArray("<drawing/>") << "the root element is <drawing>";
         QTest::newRow("factor nan") << QByteArray("<scene factor=\"nan\"/>")
                                     << "factor=\"nan\" is not a finite number";
@@ -217,16 +204,14 @@ private slots:
         QFETCH(QString, error);
         AbstractScene scene;
         SceneDocument document;
-        QVERIFY(!document.open(write(m_dir, "refused.xml", text), &scene));
+        QVERIFY(!document.open(written(m_dir, "refused.xml", text), &scene));
         QVERIFY2(document.errorString().contains(error), qPrintable(document.errorString()));
         QVERIFY(scene.items().isEmpty());
     }
 
     // Each problem is told and skipped; the good line before and after it is kept.
     void skipped_data() {
-        QTest::addColumn<QByteArray>("element");
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<int>("count");
+        addColumns<QByteArray, QString, int>("element", "message", "count");
         QTest::newRow("unknown class") << QByteArray("<item class=\"FooItem\" guidname=\"F\"/>")
                                        << "line 4: item \"F\" of unknown class \"FooItem\", skipped" << 2;
         QTest::newRow("no class") << QByteArray("<item/>") << "line 4: item has no class, skipped" << 2;
@@ -254,8 +239,8 @@ private slots:
         AbstractScene scene;
         SceneDocument document;
         QVERIFY(document.open(
-            write(m_dir, "skip.xml",
-                  header + "<scene version=\"2\">\n" + line + element + "\n" + lineB + "</scene>"),
+            written(m_dir, "skip.xml",
+                    header + "<scene version=\"2\">\n" + line + element + "\n" + lineB + "</scene>"),
             &scene));
         QVERIFY2(document.messages().join('\n').contains(message),
                  qPrintable(document.messages().join('\n')));
@@ -304,9 +289,7 @@ private slots:
 
     // Constructions find their sources by uid once every item is made; one without goes.
     void constructionLinks_data() {
-        QTest::addColumn<QByteArray>("secondSource");
-        QTest::addColumn<int>("count");
-        QTest::addColumn<QString>("message");
+        addColumns<QByteArray, int, QString>("secondSource", "count", "message");
         QTest::newRow("both sources") << QByteArray("b") << 3 << "";
         QTest::newRow("missing source") << QByteArray("zz") << 2 << "needs an item that is missing, skipped";
     }
@@ -316,13 +299,13 @@ private slots:
         QFETCH(QString, message);
         // The distance comes first: it is linked only once the lines exist.
         const QString file =
-            write(m_dir, "construction.xml",
-                  header +
-                      "<scene version=\"2\"><item class=\"Distance\" guidname=\"D\" source0=\"a\" "
-                      "source1=\"" +
-                      secondSource +
-                      "\"/><item class=\"PointItem\" uid=\"a\" point=\"0x0\"/>"
-                      "<item class=\"PointItem\" uid=\"b\" point=\"30x40\"/></scene>");
+            written(m_dir, "construction.xml",
+                    header +
+                        "<scene version=\"2\"><item class=\"Distance\" guidname=\"D\" source0=\"a\" "
+                        "source1=\"" +
+                        secondSource +
+                        "\"/><item class=\"PointItem\" uid=\"a\" point=\"0x0\"/>"
+                        "<item class=\"PointItem\" uid=\"b\" point=\"30x40\"/></scene>");
         AbstractScene scene;
         SceneDocument document;
         QVERIFY(document.open(file, &scene));

@@ -5,6 +5,7 @@
 #include "MainWindow.h"
 #include "MeasuresDock.h"
 #include "SceneView.h"
+#include "TestFiles.h"
 
 #include <GraphicsObjects/GraphicsObjects.h>
 
@@ -34,11 +35,6 @@ QStringList tableText(const MeasuresModel* model) {
         rows << cells.join(' ');
     }
     return rows;
-}
-
-QByteArray contents(const QString& fileName) {
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // Accepts the next modal dialog once it shows, after letting the test set it up.
@@ -110,12 +106,12 @@ private slots:
     }
 
     void damagedDocumentKeepsItsGoodItems() {
-        const QString file =
-            write("damaged.xml", "<scene version=\"2\">\n"
-                                 "<item class=\"LineItem\" start=\"0x0\" end=\"40x30\"/>\n"
-                                 "<item class=\"NoSuchItem\" guidname=\"ghost\"/>\n"
-                                 "<item class=\"CircleItem\" rect=\"0x0 20x20\" radius1=\"10\"/>\n"
-                                 "</scene>");
+        const QString file = written(m_dir, "damaged.xml",
+                                     "<scene version=\"2\">\n"
+                                     "<item class=\"LineItem\" start=\"0x0\" end=\"40x30\"/>\n"
+                                     "<item class=\"NoSuchItem\" guidname=\"ghost\"/>\n"
+                                     "<item class=\"CircleItem\" rect=\"0x0 20x20\" radius1=\"10\"/>\n"
+                                     "</scene>");
         QVERIFY(m_window->openFile(file));
         QCOMPARE(m_window->measures()->rowCount(), 2);
         QVERIFY2(m_window->lastMessage().contains("\"ghost\" of unknown class \"NoSuchItem\""),
@@ -123,7 +119,8 @@ private slots:
         QVERIFY(m_window->findChild<QMessageBox*>("message")->isVisible());
 
         // A document refused whole leaves the scene as it was.
-        QVERIFY(!m_window->openFile(write("broken.xml", "<scene><item class=\"LineItem\"></scene>")));
+        QVERIFY(
+            !m_window->openFile(written(m_dir, "broken.xml", "<scene><item class=\"LineItem\"></scene>")));
         QCOMPARE(m_window->measures()->rowCount(), 2);
         QVERIFY(m_window->lastMessage().contains("damaged"));
     }
@@ -264,12 +261,6 @@ private:
     }
     void click(const QPointF& p) {
         QTest::mouseClick(m_window->view()->viewport(), Qt::LeftButton, {}, at(p));
-    }
-    QString write(const QString& name, const QByteArray& text) {
-        QFile file(m_dir.filePath(name));
-        if (file.open(QIODevice::WriteOnly))
-            file.write(text);
-        return file.fileName();
     }
 
     QTemporaryDir m_dir;

@@ -33,6 +33,15 @@ inline Calibration calibration(double factor, const QString& unit = QStringLiter
     return c;
 }
 
+// A table of one row a class the factories build, in the column "className".
+inline void builtClasses() {
+    QTest::addColumn<QString>("className");
+    for (const ItemRegistry::Row& row : ItemRegistry::rows()) {
+        if (row.construct)
+            QTest::newRow(row.className) << QString(row.className);
+    }
+}
+
 // A real scene in an active offscreen view, and the mouse gestures the item tests draw with.
 struct DrawingView {
     AbstractScene scene{QRectF(0, 0, 400, 300)};

@@ -1,6 +1,9 @@
 #include "AbstractScene.h"
+#include "DataColumns.h"
 #include "DxfReadBack.h"
 #include "GeometryArcs.h"
+#include "NearPoints.h"
+#include "TestFiles.h"
 #include "TestItem.h"
 #include "Tools2DXF.h"
 #include "VDxfCurvesAsSplines.h"
@@ -23,10 +26,6 @@ namespace {
 
 QPointF point(const QJsonValue& v) {
     return QPointF(v[0].toDouble(), v[1].toDouble());
-}
-
-bool near(const QPointF& a, const QPointF& b, double tolerance = 1e-6) {
-    return std::hypot(a.x() - b.x(), a.y() - b.y()) <= tolerance;
 }
 
 QList<QJsonObject> ofType(const QJsonObject& report, const QString& type) {
@@ -60,11 +59,6 @@ const QRectF kSceneRect(0, 0, 400, 300);
 
 QPointF toDxf(const QPointF& p) {
     return QPointF(p.x(), kSceneRect.height() - p.y());
-}
-
-QByteArray contents(const QString& fileName) {
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // An item of finite bounds that paints whatever a test asks.
@@ -153,7 +147,7 @@ private slots:
         QVERIFY(at(circle["center"], {180, 80}) && std::abs(circle["radius"].toDouble() - 30 * k) < 1e-6);
         QCOMPARE(fields(circle, {"linetype", "rgb", "lineweight"}), "DASHED 008000 35");
         const QJsonObject ellipse = ofType(report, "ELLIPSE")[0];
-        QVERIFY(at(ellipse["center"], {300, 70}) && near(point(ellipse["major"]), QPointF(50 * k, 0)));
+        QVERIFY(at(ellipse["center"], {300, 70}) && near(point(ellipse["major"]), QPointF(50 * k, 0), 1e-6));
         QVERIFY(std::abs(ellipse["ratio"].toDouble() - 0.4) < 1e-9);
         QCOMPARE(fields(ellipse, {"linetype", "aci"}), "DOT 5");
 
@@ -198,8 +192,7 @@ private slots:
     }
 
     void emptyScene_data() {
-        QTest::addColumn<QRectF>("sceneRect");
-        QTest::addColumn<QPointF>("extMax");
+        addColumns<QRectF, QPointF>("sceneRect", "extMax");
         QTest::newRow("sized scene rectangle") << QRectF(0, 0, 200.4, 99.6) << QPointF(200, 100);
         QTest::newRow("no scene rectangle") << QRectF() << QPointF(0, 0);
     }
@@ -222,10 +215,7 @@ private slots:
     // Shapes QPainter would otherwise turn into bitmaps keep their outline and get a solid fill of the
     // brush's mean colour.
     void brushes_data() {
-        QTest::addColumn<QBrush>("brush");
-        QTest::addColumn<QPen>("pen");
-        QTest::addColumn<QString>("fill");
-        QTest::addColumn<QString>("outline");
+        addColumns<QBrush, QPen, QString, QString>("brush", "pen", "fill", "outline");
 
         QLinearGradient redToBlue(20, 0, 100, 0);
         redToBlue.setColorAt(0, Qt::red);
@@ -273,7 +263,7 @@ private slots:
         QCOMPARE(polylines[0]["rgb"].toString(), outline);
         QCOMPARE(polylines[0]["points"].toArray().size(), 4);
         for (int i = 0; i < 4; ++i)
-            QVERIFY(near(point(polylines[0]["points"][i]), toDxf(corners[i])));
+            QVERIFY(near(point(polylines[0]["points"][i]), toDxf(corners[i]), 1e-6));
         const QList<QJsonObject> hatches = ofType(report, "HATCH");
         QCOMPARE(hatches.size(), fill.isEmpty() ? 0 : 1);
         if (fill.isEmpty())
@@ -284,18 +274,17 @@ private slots:
         QCOMPARE(loop.size(), 4);
         for (const QJsonValue& v : loop)
             QVERIFY(std::any_of(corners.begin(), corners.end(),
-                                [&](const QPointF& c) { return near(point(v), toDxf(c)); }));
+                                [&](const QPointF& c) { return near(point(v), toDxf(c), 1e-6); }));
         QCOMPARE(report["entities"].toArray().size(), 2);
     }
 
     // An arc drawn as arcPath draws it, shown at one scale, is an ARC whatever its span and direction;
     // stretched, bent both ways, a curve of its own or QPainterPath::arcTo's looser arc, a polyline.
     void arcsBecomeArcEntities_data() {
-        QTest::addColumn<QPainterPath>("path");
-        QTest::addColumn<QTransform>("transform");
-        QTest::addColumn<double>("radius"); // 0: no ARC
-        QTest::addColumn<double>("start");  // anticlockwise, y up, as DXF angles run
-        QTest::addColumn<double>("end");
+        // radius: 0 for no ARC
+        // start: anticlockwise, y up, as DXF angles run
+        addColumns<QPainterPath, QTransform, double, double, double>("path", "transform", "radius", "start",
+                                                                     "end");
         // Centre (140, 140), radius 40; the arcs' angles turn clockwise on screen.
         const auto arc = [](double start, double span) {
             return arcPath(Arc{QPointF(140, 140), 40, start, span});
@@ -394,7 +383,7 @@ private slots:
             };
             const QPointF insert = point(image["insert"]);
             const QPointF u = point(image["u"]) * size.width(), v = point(image["v"]) * size.height();
-            QVERIFY(near(insert, toDxf(scenePoint(0, size.height()))));
+            QVERIFY(near(insert, toDxf(scenePoint(0, size.height())), 1e-6));
             QVERIFY(near(insert + u, toDxf(scenePoint(size.width(), size.height())), 1e-4));
             QVERIFY(near(insert + v, toDxf(scenePoint(0, 0)), 1e-4));
         }
@@ -425,8 +414,7 @@ private slots:
 
     // A write that fails says so and leaves whatever was there; tools2DXF still returns 0 and warns.
     void failedWriteIsReported_data() {
-        QTest::addColumn<QString>("target");
-        QTest::addColumn<bool>("readOnly");
+        addColumns<QString, bool>("target", "readOnly");
         QTest::newRow("missing folder") << "missing-folder/scene.dxf" << false;
         QTest::newRow("folder") << "folder.dxf" << false;
         QTest::newRow("read-only file") << "read-only.dxf" << true;
@@ -476,8 +464,8 @@ private slots:
             p->rotate(nan);
             p->drawText(QPointF(0, 10), "12.5 mm");
         };
-        QTest::addColumn<PaintingItem::Paint>("paint");
-        QTest::addColumn<QString>("owner"); // the GUID name of the measuring item it belongs to
+        // owner: the GUID name of the measuring item it belongs to
+        addColumns<PaintingItem::Paint, QString>("paint", "owner");
         QTest::newRow("line to NaN") << PaintingItem::Paint([=](QPainter* p) {
             p->drawLine(QPointF(0, 0), QPointF(nan, 5));
         }) << QString();
@@ -526,8 +514,7 @@ private slots:
     // Asked for, a path with curves keeps them: one SPLINE through the Bezier control points, its straight
     // pieces as curves with controls on them, each piece a Bezier curve of its own (knots threefold).
     void curvesAsSplines_data() {
-        QTest::addColumn<bool>("asked");
-        QTest::addColumn<bool>("turned");
+        addColumns<bool, bool>("asked", "turned");
         QTest::newRow("asked") << true << false;
         QTest::newRow("not asked: flattened") << false << false;
         QTest::newRow("asked, under a turn") << true << true;

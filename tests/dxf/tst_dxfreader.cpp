@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "DxfReader.h"
 
 #include <QProcess>
@@ -253,8 +254,7 @@ void TestDxfReader::samples() {
 }
 
 void TestDxfReader::texts_data() {
-    QTest::addColumn<QByteArray>("entity");
-    QTest::addColumn<QString>("expected");
+    addColumns<QByteArray, QString>("entity", "expected");
     auto text = [](const QByteArray& value) { return "0\nTEXT\n10\n0\n20\n0\n40\n1\n1\n" + value + "\n"; };
     auto mtext = [](const QByteArray& value) { return "0\nMTEXT\n10\n0\n20\n0\n40\n1\n1\n" + value + "\n"; };
     QTest::newRow("TEXT symbols") << text("%%d %%p %%c %%%") << QString::fromUtf8("° ± ⌀ %");
@@ -281,9 +281,9 @@ void TestDxfReader::texts() {
 }
 
 void TestDxfReader::badInput_data() {
-    QTest::addColumn<QByteArray>("input");
-    QTest::addColumn<QString>("expected"); // in the report; empty: nothing to report
-    QTest::addColumn<int>("drawn");        // subpaths drawn; -1: any
+    // expected: in the report; empty when there is nothing to report
+    // drawn: subpaths drawn; -1 for any
+    const auto row = addColumns<QByteArray, QString, int>("input", "expected", "drawn");
 
     QByteArray junk(4096, '\0');
     QRandomGenerator random(42);
@@ -297,9 +297,6 @@ void TestDxfReader::badInput_data() {
     for (int i = 0; i < 1100; ++i)
         manyTypes += "0\nTYPE" + QByteArray::number(i) + "\n";
 
-    const auto row = [](const char* tag, QByteArray input, QString expected, int drawn) {
-        QTest::newRow(tag) << input << expected << drawn;
-    };
     row("empty", QByteArray(), "error: the file is empty", 0);
     row("binary DXF", QByteArray("AutoCAD Binary DXF\r\n\x1a\0", 22), "error: binary DXF", 0);
     row("binary junk", junk, "error: not a DXF file", 0);

@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "FilterTestImages.h"
 #include "ImageFilters.h"
 
@@ -122,8 +123,7 @@ private slots:
     }
 
     void pointFiltersOnOtherFormats_data() {
-        QTest::addColumn<QImage::Format>("format");
-        QTest::addColumn<QImage::Format>("after");
+        addColumns<QImage::Format, QImage::Format>("format", "after");
         QTest::newRow("premultiplied kept")
             << QImage::Format_ARGB32_Premultiplied << QImage::Format_ARGB32_Premultiplied;
         QTest::newRow("RGB32 kept") << QImage::Format_RGB32 << QImage::Format_RGB32;
@@ -143,8 +143,7 @@ private slots:
     }
 
     void matchesOpenCV_data() {
-        QTest::addColumn<int>("which");
-        QTest::addColumn<int>("tolerance");
+        addColumns<int, int>("which", "tolerance");
         QTest::newRow("Sobel, exact") << 0 << 0;
         QTest::newRow("equalizeHist, rounding") << 1 << 1;
         QTest::newRow("GaussianBlur inside, sub-sampled kernel") << 2 << 2;

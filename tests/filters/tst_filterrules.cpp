@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "FilterTestImages.h"
 #include "ImageFilters.h"
 
@@ -33,9 +34,7 @@ class TestFilterRules : public QObject {
     Q_OBJECT
 private slots:
     void handComputed_data() {
-        QTest::addColumn<Filter>("filter");
-        QTest::addColumn<QImage>("before");
-        QTest::addColumn<QImage>("after");
+        addColumns<Filter, QImage, QImage>("filter", "before", "after");
         rule(
             "brightness +300 saturates colour, keeps alpha", [](QImage& i) { filterBrightness(i, 300); },
             filled(3, 2, 0x80102030), filled(3, 2, 0x80ffffff));
@@ -132,9 +131,7 @@ private slots:
     // Neutral settings and sizes too small for a filter leave the image as it was: untouched
     // (ARGB32 kept) where the filter returns early, only converted where it runs.
     void unchanged_data() {
-        QTest::addColumn<Filter>("filter");
-        QTest::addColumn<QImage>("before");
-        QTest::addColumn<QImage>("after");
+        addColumns<Filter, QImage, QImage>("filter", "before", "after");
         const QImage translucent = seeded(9, 7, 3, false);
         for (const auto& [name, filter] : std::initializer_list<std::pair<const char*, Filter>>{
                  {"brightness 0", [](QImage& i) { filterBrightness(i, 0); }},
@@ -183,9 +180,7 @@ private slots:
     // result is the result of that row alone, whatever the image's height (the rows of the kernel
     // add the same row again; equalising counts every level as many times over).
     void kernelsWiderThanTheImage_data() {
-        QTest::addColumn<Filter>("filter");
-        QTest::addColumn<QImage>("before");
-        QTest::addColumn<QImage>("after");
+        addColumns<Filter, QImage, QImage>("filter", "before", "after");
         const QImage row = columns({0xff2080c0, 0x80ff4000, 0xff10e070});
         for (const auto& [name, filter] : std::initializer_list<std::pair<const char*, Filter>>{
                  {"gaussian sharpen, radius 8", [](QImage& i) { filterGaussianSharpen(i, 8, 3); }},
@@ -200,8 +195,7 @@ private slots:
     // million pixels (hundreds of thousands of each) give the result of a single row, repeated, on
     // one thread as on all of them.
     void largeCounts_data() {
-        QTest::addColumn<Filter>("filter");
-        QTest::addColumn<int>("threads");
+        addColumns<Filter, int>("filter", "threads");
         for (int threads : {1, 0}) {
             const QByteArray suffix = threads == 1 ? ", one thread" : ", all threads";
             QTest::newRow("equalize" + suffix) << Filter(filterEqualize) << threads;

@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "FilterTestImages.h"
 #include "ImageFilters.h"
 
@@ -69,8 +70,7 @@ class TestFilterSafety : public QObject {
     Q_OBJECT
 private slots:
     void anyFormatAnySize_data() {
-        QTest::addColumn<Filter>("filter");
-        QTest::addColumn<int>("handling");
+        addColumns<Filter, int>("filter", "handling");
         for (const Named& f : filters)
             QTest::newRow(f.name) << f.filter << int(f.handling);
     }
@@ -111,8 +111,7 @@ private slots:
     // rows (five bands of 60 rows, or three uneven ones), or with a narrower vector unit (the test runs
     // again with GRAPHICSOBJECTS_FILTER_ISA set).
     void sameBytes_data() {
-        QTest::addColumn<Filter>("filter");
-        QTest::addColumn<QByteArray>("expected");
+        addColumns<Filter, QByteArray>("filter", "expected");
         for (const Named& f : filters)
             QTest::newRow(f.name) << f.filter << QByteArray(f.digest);
     }

@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "GeometryCircleFits.h"
 #include "ImageProbes.h"
 
@@ -49,10 +50,7 @@ class TestImageProbes : public QObject {
     Q_OBJECT
 private slots:
     void discEdges_data() {
-        QTest::addColumn<int>("inside");
-        QTest::addColumn<int>("outside");
-        QTest::addColumn<QPointF>("click");
-        QTest::addColumn<double>("span");
+        addColumns<int, int, QPointF, double>("inside", "outside", "click", "span");
         QTest::newRow("dark disc") << 40 << 200 << QPointF(5, -3) << 360.0;
         QTest::newRow("light disc, low contrast") << 150 << 90 << QPointF(-8, 6) << 360.0;
         QTest::newRow("half disc sector") << 40 << 200 << QPointF(2, 2) << 180.0;
@@ -134,9 +132,8 @@ private slots:
     }
 
     void straightenedSizes_data() {
-        QTest::addColumn<QPolygonF>("path");
-        QTest::addColumn<double>("width");
-        QTest::addColumn<QSize>("size"); // 0 x 0: a null image
+        // size: 0 x 0 for a null image
+        addColumns<QPolygonF, double, QSize>("path", "width", "size");
         QTest::newRow("NaN point") << QPolygonF{{5, 5}, {NAN, 5}} << 10.0 << QSize(0, 0);
         QTest::newRow("huge width") << QPolygonF{{5, 5}, {20, 5}} << 1e12 << QSize(0, 0);
         QTest::newRow("zero width") << QPolygonF{{5, 5}, {20, 5}} << 0.0 << QSize(16, 1);

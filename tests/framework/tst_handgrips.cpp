@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "TestItem.h"
 
@@ -7,8 +8,7 @@ class TestHandgrips : public QObject {
     Q_OBJECT
 private slots:
     void angleForPos_data() {
-        QTest::addColumn<QPointF>("p");
-        QTest::addColumn<double>("expected");
+        addColumns<QPointF, double>("p", "expected");
         QTest::newRow("right") << QPointF(1, 0) << 0.0;
         QTest::newRow("below (y down)") << QPointF(0, 1) << 3 * M_PI / 2;
         QTest::newRow("above") << QPointF(0, -1) << M_PI / 2;
@@ -33,10 +33,7 @@ private slots:
     }
 
     void applyTranslation_data() {
-        QTest::addColumn<int>("id");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QPointF>("to");
-        QTest::addColumn<QRectF>("expected");
+        addColumns<int, int, QPointF, QRectF>("id", "kind", "to", "expected");
         const QRectF r(10, 20, 100, 50);
         QTest::newRow("top-left") << 0 << 0 << QPointF(0, 0) << QRectF(0, 0, 110, 70);
         QTest::newRow("top-middle") << 1 << 2 << QPointF(99, 30) << QRectF(10, 30, 100, 40);
@@ -108,10 +105,7 @@ private slots:
     }
 
     void createPointIfNeeded_data() {
-        QTest::addColumn<QList<QPointF>>("points");
-        QTest::addColumn<QPointF>("p");
-        QTest::addColumn<bool>("closed");
-        QTest::addColumn<int>("insertedAt");
+        addColumns<QList<QPointF>, QPointF, bool, int>("points", "p", "closed", "insertedAt");
         const QList<QPointF> points = {{0, 0}, {100, 100}, {200, 50}};
         // Off the segment (0,0)-(100,100) by d along the normal: d / sqrt(2) along both axes.
         const auto off = [](double d) { return QPointF(50 + d / std::sqrt(2.0), 50 - d / std::sqrt(2.0)); };

@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "TestItem.h"
 #include "VariantText.h"
@@ -13,8 +14,7 @@ class TestItemXml : public QObject {
     Q_OBJECT
 private slots:
     void variantToString_data() {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QString>("expected");
+        addColumns<QVariant, QString>("value", "expected");
         QTest::newRow("point") << QVariant(QPointF(12.5, -3)) << "12.5x-3";
         QTest::newRow("point, six significant digits")
             << QVariant(QPointF(1.23456789, 1e-7)) << "1.23457x1e-07";
@@ -40,10 +40,7 @@ private slots:
     }
 
     void stringToVariant_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QVariant>("expected");
-        QTest::addColumn<bool>("ok");
+        addColumns<QString, int, QVariant, bool>("text", "type", "expected", "ok");
         QTest::newRow("point") << "12.5x-3" << int(QMetaType::QPointF) << QVariant(QPointF(12.5, -3)) << true;
         QTest::newRow("point, non-number part reads 0")
             << "abcx4" << int(QMetaType::QPointF) << QVariant(QPointF(0, 4)) << true;

@@ -1,6 +1,7 @@
 // The base item: measure texts, calibration, labels and leader lines, grips under selection and lock,
 // rotation, pen and font.
-#include "AbstractScene.h"
+#include "DataColumns.h"
+#include "DrawingView.h"
 #include "HoverEventItem.h"
 #include "SimpleTextItem.h"
 #include "TestItem.h"
@@ -9,33 +10,14 @@
 #include <QPainter>
 #include <QTest>
 
-namespace {
-Calibration calibration(const QString& unit, int decimals, double factor = 1.0) {
-    Calibration c;
-    c.unitName = unit;
-    c.decimals = decimals;
-    c.factor = factor;
-    return c;
-}
-} // namespace
-
 class TestMeasures : public QObject {
     Q_OBJECT
 private slots:
     // "labelled" is the label text under the given unit and decimals; "plain" the value alone under
     // the default calibration (mm, two decimals).
     void formatTextMesure_data() {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<int>("decimals");
-        QTest::addColumn<QString>("unit");
-        QTest::addColumn<QString>("labelled");
-        QTest::addColumn<QString>("plain");
-        const auto row = [](const char* name, int index, double value, int decimals, const char* unit,
-                            const char* labelled, const char* plain) {
-            QTest::newRow(name) << index << value << decimals << QString(unit) << QString(labelled)
-                                << QString(plain);
-        };
+        const auto row = addColumns<int, double, int, QString, QString, QString>("index", "value", "decimals",
+                                                                                 "unit", "labelled", "plain");
         row("centroid has no number", 0, 3.0, 2, "mm", "centroid:", "");
         row("distance with unit", 1, 12.5, 2, "mm", "dist1:12.50*mm", "12.50*mm");
         row("second distance, micrometres", 2, 0.5, 3, "µm", "dist2:0.500*µm", "0.50*mm");
@@ -61,7 +43,7 @@ private slots:
             item.setMesure(index, value, -1);
         QCOMPARE(item.mesure2QString(index), plain);
         QCOMPARE(item.accessmesure(11), index == 11 ? value : 0.0);
-        item.setCalibration(calibration(unit, decimals));
+        item.setCalibration(calibration(1.0, unit, decimals));
         QCOMPARE(item.formatTextMesure(index), labelled);
         QCOMPARE(item.mesureIndexToName(index, value), labelled);
     }
@@ -69,18 +51,18 @@ private slots:
     // The pixel array feeds the pixel text and the calibrated distances; factor 0 cannot be undone.
     void pixelsAndCalibration() {
         TestItem item;
-        item.setCalibration(calibration("mm", 1, 0.5));
+        item.setCalibration(calibration(0.5, "mm", 1));
         item.setMesure(1, 5, 10);
         QCOMPARE(item.formatTextMesure(1), QString("dist1:5.0*mm"));
         QCOMPARE(item.formatTextMesureP(1), QString("dist1:10.0*mm"));
-        item.setCalibration(calibration("mm", 2, 0.25));
+        item.setCalibration(calibration(0.25));
         item.setMesure(1, 999, 40);
         item.setMesure(2, 999, 8);
         QCOMPARE(item.calibratedDistance1(), 10.0);
         QCOMPARE(item.calibratedDistance2(), 2.0);
         QCOMPARE(item.calibrateValue(4), 1.0);
         QCOMPARE(item.uncalibrateValue(1), 4.0);
-        item.setCalibration(calibration("mm", 2, 0));
+        item.setCalibration(calibration(0));
         QVERIFY(qIsInf(item.uncalibrateValue(1)));
     }
 
@@ -100,10 +82,7 @@ private slots:
     }
 
     void leaderLine_data() {
-        QTest::addColumn<double>("zoomX");
-        QTest::addColumn<double>("zoomY");
-        QTest::addColumn<bool>("verticalInForce");
-        QTest::addColumn<bool>("drawn");
+        addColumns<double, double, bool, bool>("zoomX", "zoomY", "verticalInForce", "drawn");
         QTest::newRow("0.8 is too small") << 0.8 << 1.0 << false << false;
         QTest::newRow("0.9 inclusive") << 0.9 << 1.0 << false << true;
         QTest::newRow("1.25 inclusive") << 1.25 << 1.0 << false << true;

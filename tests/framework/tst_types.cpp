@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "Types.h"
 
 #include <QTest>
@@ -19,10 +20,7 @@ private slots:
     }
 
     void conversions_data() {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("to");
-        QTest::addColumn<double>("expected");
+        addColumns<double, int, int, double>("value", "from", "to", "expected");
         QTest::newRow("inch to cm") << 1.0 << 3 << 2 << 2.54;
         QTest::newRow("72 points make an inch") << 72.0 << 5 << 3 << 1.0;
         QTest::newRow("same unit untouched") << 3.3 << 4 << 4 << 3.3;
@@ -48,10 +46,7 @@ private slots:
     }
 
     void paperSize_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("orientation");
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<QSizeF>("expected");
+        addColumns<QString, int, int, QSizeF>("name", "orientation", "unit", "expected");
         QTest::newRow("A4 portrait mm") << "DIN A4" << 0 << 1 << QSizeF(210, 297);
         QTest::newRow("A4 landscape mm") << "DIN A4" << 1 << 1 << QSizeF(297, 210);
         QTest::newRow("A4 landscape inches") << "DIN A4" << 1 << 3 << QSizeF(297 / 25.4, 210 / 25.4);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Geometry.h"
+#include "NearPoints.h"
 
 #include <QTest>
 
@@ -9,10 +10,6 @@
 
 // Shared by the geometry tests: tolerant point comparison, a few constructions, and tables of
 // hand-computed results where each row holds what a call returned and what it must return.
-
-inline bool near(const QPointF& a, const QPointF& b, double tolerance = 1e-9) {
-    return std::hypot(a.x() - b.x(), a.y() - b.y()) <= tolerance;
-}
 
 // Distance from p to the infinite line ab.
 inline double offLine(const QPointF& p, const QPointF& a, const QPointF& b) {

@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "GeometryTestTables.h"
 
 #include <cfloat>
@@ -22,9 +23,7 @@ class TestGeometryAngles : public QObject {
     Q_OBJECT
 private slots:
     void directions_data() {
-        QTest::addColumn<QPointF>("p2");
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<double>("vecteur");
+        addColumns<QPointF, double, double>("p2", "angle", "vecteur");
         QTest::newRow("equal points") << QPointF(0, 0) << -90.0 << 90.0;
         QTest::newRow("right") << QPointF(3, 0) << 0.0 << 0.0;
         QTest::newRow("left") << QPointF(-3, 0) << 180.0 << 180.0;
@@ -146,10 +145,7 @@ private slots:
     }
 
     void containment_data() {
-        QTest::addColumn<QRectF>("inner");
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<bool>("contained");
-        QTest::addColumn<QPointF>("shift");
+        addColumns<QRectF, double, bool, QPointF>("inner", "angle", "contained", "shift");
         QTest::newRow("inside") << QRectF(2, 2, 3, 3) << 0.0 << true << QPointF(0, 0);
         QTest::newRow("past the left") << QRectF(-2, 2, 3, 3) << 0.0 << false << QPointF(2, 0);
         QTest::newRow("past right and bottom") << QRectF(8, 9, 4, 4) << 0.0 << false << QPointF(-2, -3);

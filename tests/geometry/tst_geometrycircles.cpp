@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "GeometryArcs.h"
 #include "GeometryCircleFits.h"
 #include "GeometryEllipseMetrics.h"
@@ -21,9 +22,8 @@ class TestGeometryCircles : public QObject {
     Q_OBJECT
 private slots:
     void throughThreePoints_data() {
-        QTest::addColumn<QList<QPointF>>("points");
-        QTest::addColumn<QPointF>("centre"); // none(): refused
-        QTest::addColumn<double>("radius");
+        // centre: none() when refused
+        addColumns<QList<QPointF>, QPointF, double>("points", "centre", "radius");
         QTest::newRow("right angle on the axes")
             << QList<QPointF>{{0, 0}, {10, 0}, {0, 10}} << QPointF(5, 5) << std::sqrt(50.0);
         QTest::newRow("3-4-5 triangle") << QList<QPointF>{{0, 0}, {4, 0}, {0, 3}} << QPointF(2, 1.5) << 2.5;
@@ -76,9 +76,7 @@ private slots:
     }
 
     void arcs_data() {
-        QTest::addColumn<QList<QPointF>>("points");
-        QTest::addColumn<double>("start");
-        QTest::addColumn<double>("span");
+        addColumns<QList<QPointF>, double, double>("points", "start", "span");
         const QPointF c(5, -5);
         QTest::newRow("three points, across 0") << onArc(c, 10, -30, 30, 3) << 330.0 << 60.0;
         QTest::newRow("three points, long way back") << onArc(c, 10, 0, -270, 3) << 0.0 << -270.0;

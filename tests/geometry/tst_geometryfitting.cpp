@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "GeometryTestTables.h"
 
 namespace {
@@ -14,9 +15,7 @@ class TestGeometryFitting : public QObject {
     Q_OBJECT
 private slots:
     void threePointCircles_data() {
-        QTest::addColumn<QPointF>("centre");
-        QTest::addColumn<double>("radius");
-        QTest::addColumn<QList<double>>("angles");
+        addColumns<QPointF, double, QList<double>>("centre", "radius", "angles");
         QTest::newRow("spread") << QPointF(3, -2) << 5.0 << QList<double>{10, 100, 220};
         QTest::newRow("close together") << QPointF(250, 400) << 80.0 << QList<double>{30, 40, 55};
         QTest::newRow("large circle") << QPointF(-1000, 2000) << 3000.0 << QList<double>{-20, 75, 150};
@@ -61,10 +60,7 @@ private slots:
     }
 
     void inCircle_data() {
-        QTest::addColumn<QPointF>("p");
-        QTest::addColumn<bool>("exact");
-        QTest::addColumn<int>("counterClockwise");
-        QTest::addColumn<int>("clockwise");
+        addColumns<QPointF, bool, int, int>("p", "exact", "counterClockwise", "clockwise");
         // The circle through (1, 0), (0, 1), (-1, 0), given in both orders.
         QTest::newRow("exact, centre") << QPointF(0, 0) << true << -1 << 1;
         QTest::newRow("exact, outside") << QPointF(3, 0) << true << 1 << -1;
@@ -147,8 +143,7 @@ private slots:
     }
 
     void convexity_data() {
-        QTest::addColumn<QPolygonF>("polygon");
-        QTest::addColumn<bool>("convex");
+        addColumns<QPolygonF, bool>("polygon", "convex");
         QTest::newRow("square") << QPolygonF({{0, 0}, {4, 0}, {4, 4}, {0, 4}}) << true;
         QTest::newRow("dart") << QPolygonF({{0, 0}, {10, 5}, {0, 10}, {3, 5}}) << false;
         QTest::newRow("straight vertex") << QPolygonF({{0, 0}, {2, 0}, {4, 0}, {4, 4}, {0, 4}}) << false;
@@ -163,9 +158,7 @@ private slots:
     }
 
     void hausdorff_data() {
-        QTest::addColumn<QList<QPointF>>("a");
-        QTest::addColumn<QList<QPointF>>("b");
-        QTest::addColumn<double>("distance");
+        addColumns<QList<QPointF>, QList<QPointF>, double>("a", "b", "distance");
         QTest::newRow("each distance summed")
             << QList<QPointF>{{0, 0}, {3, 0}, {0, 4}} << QList<QPointF>{{0, 0}} << 5.0;
         QTest::newRow("truncated before squaring")

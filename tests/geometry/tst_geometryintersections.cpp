@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "GeometryTestTables.h"
 
 namespace {
@@ -184,8 +185,7 @@ private slots:
     }
 
     void tangents_data() {
-        QTest::addColumn<double>("xb");
-        QTest::addColumn<int>("points");
+        addColumns<double, int>("xb", "points");
         // Circle a has centre (0, 0) and radius 2; b has radius 3 and sits on the x axis.
         QTest::newRow("separate: four tangents") << 10.0 << 8;
         QTest::newRow("touching outside: three") << 5.0 << 6;
@@ -276,9 +276,7 @@ private slots:
     void values() { compareValue(); }
 
     void rectangleEdges_data() {
-        QTest::addColumn<QPointF>("p");
-        QTest::addColumn<int>("edge");
-        QTest::addColumn<QPointF>("hit");
+        addColumns<QPointF, int, QPointF>("p", "edge", "hit");
         QTest::newRow("top") << QPointF(5, -5) << 1 << QPointF(5, 0);
         QTest::newRow("right") << QPointF(15, 5) << 2 << QPointF(10, 5);
         QTest::newRow("bottom") << QPointF(5, 15) << 3 << QPointF(5, 10);
@@ -318,9 +316,7 @@ private slots:
     }
 
     void twoEllipses_data() {
-        QTest::addColumn<QRectF>("e1");
-        QTest::addColumn<QRectF>("e2");
-        QTest::addColumn<int>("count");
+        addColumns<QRectF, QRectF, int>("e1", "e2", "count");
         QTest::newRow("two circles") << QRectF(-5, -5, 10, 10) << QRectF(1, -5, 10, 10) << 2;
         QTest::newRow("crossed, same centre") << QRectF(-10, -5, 20, 10) << QRectF(-5, -10, 10, 20) << 4;
         QTest::newRow("shifted down only") << QRectF(-10, -5, 20, 10) << QRectF(-5, -3, 10, 20) << 2;

@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "GeometryHull.h"
 #include "GeometryPolygonMetrics.h"
 #include "GeometrySegments.h"
@@ -84,9 +85,8 @@ private slots:
     }
 
     void calipers_data() {
-        QTest::addColumn<QPolygonF>("points");
-        QTest::addColumn<QList<double>>("feret"); // length, angle (NaN: any)
-        QTest::addColumn<QList<double>>("width");
+        // feret: length, angle (NaN: any)
+        addColumns<QPolygonF, QList<double>, QList<double>>("points", "feret", "width");
         const double a = std::atan2(3, 4) * 180 / Pi;
         QTest::newRow("3-4-5 triangle")
             << QPolygonF{{0, 0}, {4, 0}, {0, 3}} << QList<double>{5, a} << QList<double>{2.4, 90 + a};
@@ -123,9 +123,7 @@ private slots:
     }
 
     void selfIntersections_data() {
-        QTest::addColumn<QPolygonF>("polygon");
-        QTest::addColumn<bool>("closed");
-        QTest::addColumn<bool>("intersects");
+        addColumns<QPolygonF, bool, bool>("polygon", "closed", "intersects");
         QTest::newRow("NaN") << QPolygonF{{0, 0}, {4, 0}, {NaN, 4}} << true << true;
         QTest::newRow("huge bow tie")
             << QPolygonF{{0, 0}, {1e300, 1e300}, {1e300, 0}, {0, 1e300}} << true << true;

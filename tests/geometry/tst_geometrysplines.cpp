@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "GeometrySelfIntersection.h"
 #include "GeometrySplines.h"
 #include "GeometryTestTables.h"
@@ -21,8 +22,7 @@ class TestGeometrySplines : public QObject {
     Q_OBJECT
 private slots:
     void curves_data() {
-        QTest::addColumn<QPolygonF>("points");
-        QTest::addColumn<bool>("closed");
+        addColumns<QPolygonF, bool>("points", "closed");
         QTest::newRow("wave") << QPolygonF{{0, 0}, {40, 30}, {80, -10}, {120, 50}, {160, 0}} << false;
         QTest::newRow("close pair between far points")
             << QPolygonF{{0, 0}, {100, 0}, {100.5, 0.5}, {101, 100}} << false;

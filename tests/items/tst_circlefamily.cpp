@@ -1,6 +1,7 @@
 // The circles, the ellipse and the arcs: drawn, dragged, generated, saved, searched on the image and
 // exported, against closed-form values.
 #include "CircleItem.h"
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "DxfReadBack.h"
 #include "EllipseItem.h"
@@ -74,10 +75,7 @@ private slots:
     void init() { getCommonParamsRef()->clear(); }
     // r = 50 px at 0.5 um/px: area 1963.50, perimeter 157.08.
     void drawnShapes_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QList<QPointF>>("points");
-        QTest::addColumn<Mesures>("expected");
-        QTest::addColumn<QString>("label");
+        addColumns<QString, QList<QPointF>, Mesures, QString>("className", "points", "expected", "label");
         const auto row = [](const char* tag, const char* className, QList<QPointF> points,
                             Mesures expected = {}, QString label = {}) {
             QTest::newRow(tag) << QString(className) << points << expected << label;
@@ -154,12 +152,8 @@ private slots:
 
     // Grips move the points they stand on; points that define no shape leave the last one and mark the item.
     void gripDrags_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QList<QPointF>>("points");
-        QTest::addColumn<int>("grip");
-        QTest::addColumn<QPointF>("to");
-        QTest::addColumn<Mesures>("expected");
-        QTest::addColumn<bool>("stale");
+        addColumns<QString, QList<QPointF>, int, QPointF, Mesures, bool>("className", "points", "grip", "to",
+                                                                         "expected", "stale");
         const QList<QPointF> diameter{{100, 150}, {200, 150}};
         const QList<QPointF> three{{150, 100}, {150, 100}, {200, 150}, {100, 150}};
         const QList<QPointF> box{{100, 120}, {200, 180}};
@@ -204,15 +198,9 @@ private slots:
 
     // A host record defines the shape or gives no item; records with a radius centre on (100, 100).
     void records_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QList<QPointF>>("points");
-        QTest::addColumn<double>("radius");
-        QTest::addColumn<QRectF>("rect");
-        QTest::addColumn<double>("rad1"); // pixels; 0: no item
-        const auto row = [](const char* tag, const char* className, QList<QPointF> points, double radius,
-                            QRectF rect, double rad1) {
-            QTest::newRow(tag) << QString(className) << points << radius << rect << rad1;
-        };
+        // rad1: pixels; 0 for no item
+        const auto row = addColumns<QString, QList<QPointF>, double, QRectF, double>(
+            "className", "points", "radius", "rect", "rad1");
         row("diameter's ends", "CirclePItem", {{0, 0}, {0, 30}}, 0, {}, 15);
         row("circle of a centre", "CirclePItem", {}, 12, {}, 12);
         row("one end only", "CirclePItem", {{0, 0}}, 0, {}, 0);
@@ -278,16 +266,8 @@ private slots:
     // A measure chosen in the menu is remembered under the class's key, for the next item of any class
     // that shares it; the arc's key is written but read by no new arc.
     void mesureChoice_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<int>("chosen");
-        QTest::addColumn<QString>("nextClass");
-        QTest::addColumn<int>("next");
-        const auto row = [](const char* tag, QString className, QString entry, QString key, int chosen,
-                            QString nextClass, int next) {
-            QTest::newRow(tag) << className << entry << key << chosen << nextClass << next;
-        };
+        const auto row = addColumns<QString, QString, QString, int, QString, int>(
+            "className", "entry", "key", "chosen", "nextClass", "next");
         row("circle, shared by the diameter", "CircleItem", "Distance", "circle_mesureIndex", 9,
             "CirclePItem", 9);
         row("ellipse", "EllipseItem", "Eccentricity", "ellipse_mesureIndex", 10, "EllipseItem", 10);
@@ -327,11 +307,10 @@ private slots:
     // gives an elliptic pore a roundness deviation. Flat images and features larger than the image are
     // refused. An arc searches the sector its clicks span.
     void foundOnTheImage_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QSizeF>("axes"); // of the pore centred at (100.3, 90.6)
-        QTest::addColumn<QSize>("imageSize");
-        QTest::addColumn<QList<QPointF>>("clicks");
-        QTest::addColumn<double>("span"); // of an arc; 0 for a circle, -1 when refused
+        // axes: of the pore centred at (100.3, 90.6)
+        // span: of an arc; 0 for a circle, -1 when refused
+        addColumns<QString, QSizeF, QSize, QList<QPointF>, double>("className", "axes", "imageSize", "clicks",
+                                                                   "span");
         const QSize size(220, 200);
         const QList<QPointF> inside{{102, 88}, {102, 88}};
         QTest::newRow("disc r = 40") << "CirclePointsItem" << QSizeF(40, 40) << size << inside << 0.0;
@@ -442,9 +421,7 @@ private slots:
 
     // The circle drawn from its centre: its corner grips, its extraction and its records.
     void cornerGripsChangeOnlyTheRadius_data() {
-        QTest::addColumn<int>("grip");
-        QTest::addColumn<QPointF>("to");
-        QTest::addColumn<double>("radius");
+        addColumns<int, QPointF, double>("grip", "to", "radius");
         // The circle: centre (100, 100), radius 10.
         QTest::newRow("bottom-right to 30.7 x 50, side truncated") << 7 << QPointF(120.7, 140) << 15.0;
         QTest::newRow("top-left inwards") << 0 << QPointF(94, 96) << 7.0;

@@ -2,6 +2,7 @@
 // following and losing sources, links through save and load, and bad input.
 #include "AnchorPointItem.h"
 #include "ConstructionItem.h"
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "ItemLinks.h"
 #include "ItemTypes.h"
@@ -39,11 +40,9 @@ class TestConstructions : public QObject {
     Q_OBJECT
 private slots:
     void closedForm_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QStringList>("sources");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QPointF>("firstPoint"); // the first result point, when checked
+        // firstPoint: the first result point, when checked
+        addColumns<QString, QStringList, int, double, QPointF>("className", "sources", "kind", "value",
+                                                               "firstPoint");
         const auto row = [](const char* tag, const char* className, QStringList sources, int kind,
                             double value, QPointF firstPoint = {-1, -1}) {
             QTest::newRow(tag) << QString(className) << sources << kind << value << firstPoint;
@@ -112,12 +111,8 @@ private slots:
     // A list the measure cannot use is refused as a whole; a usable list without a result leaves zero
     // measures and the reason in the label, and nothing unreadable in the XML.
     void badInput_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QStringList>("sources"); // "same" repeats the item before
-        QTest::addColumn<bool>("refused");
-        const auto row = [](const char* tag, const char* className, QStringList sources, bool refused) {
-            QTest::newRow(tag) << QString(className) << sources << refused;
-        };
+        // sources: "same" repeats the item before
+        const auto row = addColumns<QString, QStringList, bool>("className", "sources", "refused");
         row("one item for two", "Distance", {"point 0 0"}, true);
         row("the same item twice", "Distance", {"line 0 0 10 0", "same"}, true);
         row("angle with a point", "Angle", {"point 0 0", "line 0 0 10 0"}, true);
@@ -156,15 +151,8 @@ private slots:
     }
 
     void pickingWithTheMouse_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QStringList>("sources");
-        QTest::addColumn<QList<QPointF>>("clicks");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<double>("value");
-        const auto row = [](const char* tag, const char* className, QStringList sources,
-                            QList<QPointF> clicks, int kind, double value) {
-            QTest::newRow(tag) << QString(className) << sources << clicks << kind << value;
-        };
+        const auto row = addColumns<QString, QStringList, QList<QPointF>, int, double>(
+            "className", "sources", "clicks", "kind", "value");
         row("distance", "Distance", {"point 100 100", "line 50 150 250 150"}, {{100, 100}, {200, 150}},
             K::Dist1, 50);
         // The click chooses the side: the right one is perpendicular to the line, the top one parallel.
@@ -241,15 +229,9 @@ private slots:
     // Moving a source, with the mouse or by code, updates the measure; deleting one removes the
     // construction, announced by objectDeleted.
     void followsItsSources_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QStringList>("sources");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<double>("before");
-        QTest::addColumn<double>("after"); // once the first source is moved by (0, 30)
-        const auto row = [](const char* tag, const char* className, QStringList sources, int kind,
-                            double before, double after) {
-            QTest::newRow(tag) << QString(className) << sources << kind << before << after;
-        };
+        // after: once the first source is moved by (0, 30)
+        const auto row = addColumns<QString, QStringList, int, double, double>("className", "sources", "kind",
+                                                                               "before", "after");
         row("distance", "Distance", {"point 100 100", "line 50 200 250 200"}, K::Dist1, 100, 70);
         row("intersection", "Intersection", {"line 50 100 250 100", "circle 150 120 40"}, K::Dist1,
             2 * std::sqrt(1200.0), 2 * std::sqrt(1500.0));

@@ -1,4 +1,5 @@
 // One of each item on one scene: drawn with the mouse, linked, saved, rendered and exported.
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "DxfReadBack.h"
 #include "ItemRegistry.h"
@@ -19,14 +20,6 @@
 #include <cmath>
 
 namespace {
-
-void builtClasses() {
-    QTest::addColumn<QString>("className");
-    for (const ItemRegistry::Row& row : ItemRegistry::rows()) {
-        if (row.construct)
-            QTest::newRow(row.className) << QString(row.className);
-    }
-}
 
 QByteArray documentOf(SceneDocument& document, AbstractScene* scene) {
     QByteArray bytes;
@@ -131,11 +124,10 @@ private slots:
     }
 
     void xmlRoundTrip_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QList<QPointF>>("points"); // two: dragged; else clicked
-        QTest::addColumn<QString>("choice");
-        QTest::addColumn<double>("rotation");
-        QTest::addColumn<Attributes>("expected"); // once moved by (13.5, -7)
+        // points: two are dragged, more are clicked
+        // expected: once moved by (13.5, -7)
+        addColumns<QString, QList<QPointF>, QString, double, Attributes>("className", "points", "choice",
+                                                                         "rotation", "expected");
         const QList<QPointF> drag{{50, 80}, {150, 140}};
         QTest::newRow("line: moved points saved") << "LineItem" << drag << "ArrowTail" << 0.0
                                                   << Attributes{{"start", "63.5x73"}, {"arrowTail", "1"}};
@@ -196,9 +188,7 @@ private slots:
     // A preview opens its context menu unless it is a circle or an arrow; of the edit menus, only the
     // circle's opens.
     void menusOfPreviews_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<bool>("contextMenu");
-        QTest::addColumn<bool>("editMenu");
+        addColumns<QString, bool, bool>("className", "contextMenu", "editMenu");
         QTest::newRow("line") << "LineItem" << true << false;
         QTest::newRow("ruler") << "RulerItem" << true << false;
         QTest::newRow("rectangle: measures, not transforms") << "RectangleItem" << true << false;

@@ -1,7 +1,9 @@
 #include "Arrow2Item.h"
 #include "ArrowItem.h"
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "LineItem.h"
+#include "NearPoints.h"
 #include "RulerItem.h"
 
 #include <QPainter>
@@ -9,10 +11,6 @@
 #include <cmath>
 
 namespace {
-
-bool near(const QPointF& a, const QPointF& b) {
-    return QLineF(a, b).length() < 1e-9;
-}
 
 QImage painted(QGraphicsItem& item, const QSize& size) {
     QImage image(size, QImage::Format_RGB32);
@@ -33,16 +31,9 @@ class TestLines : public QObject {
 private slots:
     void init() { getCommonParamsRef()->clear(); }
     void drawnLinesAndArrows_data() {
-        QTest::addColumn<QString>("tool");
-        QTest::addColumn<QPointF>("from");
-        QTest::addColumn<QPointF>("to");
-        QTest::addColumn<double>("factor");
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<QString>("label"); // empty: rejected
-        const auto row = [](const char* tag, const char* tool, QPointF from, QPointF to, double factor,
-                            double angle, QString label) {
-            QTest::newRow(tag) << QString(tool) << from << to << factor << angle << label;
-        };
+        // label: empty when rejected
+        const auto row = addColumns<QString, QPointF, QPointF, double, double, QString>(
+            "tool", "from", "to", "factor", "angle", "label");
         const char *line = "LineItem", *arrow = "ArrowItem";
         const QPointF c(200, 150);
         row("3-4-5 up right, calibrated", line, {50, 100}, {80, 60}, 0.5, 53.130102354156, "dist1:25.00*mm");
@@ -91,9 +82,7 @@ private slots:
     }
 
     void orthogonalConstraint_data() {
-        QTest::addColumn<QPointF>("delta");
-        QTest::addColumn<bool>("shift");
-        QTest::addColumn<QPointF>("end");
+        addColumns<QPointF, bool, QPointF>("delta", "shift", "end");
         // Displacements compare as truncated pixels: 5 and 5 tie and give a vertical line.
         QTest::newRow("tie is vertical") << QPointF(5.7, -5.2) << false << QPointF(10, 4.8);
         QTest::newRow("wider is horizontal") << QPointF(6.1, -5.9) << false << QPointF(16.1, 10);
@@ -155,10 +144,7 @@ private slots:
     }
 
     void linePainting_data() {
-        QTest::addColumn<QString>("arrows");
-        QTest::addColumn<bool>("startMark");
-        QTest::addColumn<bool>("head");
-        QTest::addColumn<bool>("tail");
+        addColumns<QString, bool, bool, bool>("arrows", "startMark", "head", "tail");
         QTest::newRow("start mark only") << "noArrow" << true << false << false;
         QTest::newRow("head") << "ArrowHead" << false << true << false;
         QTest::newRow("tail") << "ArrowTail" << false << false << true;
@@ -191,12 +177,8 @@ private slots:
     }
 
     void lineMenuChoices_data() {
-        QTest::addColumn<QStringList>("choices");
-        QTest::addColumn<int>("mesureIndex");
-        QTest::addColumn<bool>("head");
-        QTest::addColumn<bool>("tail");
-        QTest::addColumn<QStringList>("checked");
-        QTest::addColumn<QString>("label");
+        addColumns<QStringList, int, bool, bool, QStringList, QString>("choices", "mesureIndex", "head",
+                                                                       "tail", "checked", "label");
         const auto row = [](const char* tag, QStringList choices, int mesureIndex, bool head, bool tail,
                             QStringList checked, QString label = "dist1:50.00*mm") {
             QTest::newRow(tag) << choices << mesureIndex << head << tail << checked << label;
@@ -250,8 +232,7 @@ private slots:
     }
 
     void arrowHeadShrinksOnShortArrows_data() {
-        QTest::addColumn<double>("length");
-        QTest::addColumn<double>("halfHead");
+        addColumns<double, double>("length", "halfHead");
         QTest::newRow("long: full head") << 100.0 << 10.0;
         QTest::newRow("at the threshold") << 32.0 << 10.0;
         QTest::newRow("short") << 16.0 << 10 * (16 * 0.85 / 32 + 0.15);
@@ -349,8 +330,7 @@ private slots:
     }
 
     void rulerGraduations_data() {
-        QTest::addColumn<double>("factor");
-        QTest::addColumn<bool>("drawn");
+        addColumns<double, bool>("factor", "drawn");
         QTest::newRow("one unit every 4 px") << 0.25 << true;
         QTest::newRow("ten million units a pixel") << 1e7 << true;
         QTest::newRow("step as wide as the ruler") << 1.0 / 200 << false;

@@ -1,6 +1,7 @@
 // The picture items: face, scale bar, picture, magnifier note and video.
 #include "CircleNote.h"
 #include "DXFItem.h"
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "DxfReader.h"
 #include "GeometryPolygons.h"
@@ -8,6 +9,7 @@
 #include "RectangleItem.h"
 #include "SmileyItem.h"
 #include "StampItem.h"
+#include "TestFiles.h"
 #include "Tools2DXF.h"
 #include "VideoItem.h"
 
@@ -48,14 +50,6 @@ QImage filled(QSize size, QColor colour, QImage::Format format = QImage::Format_
 
 QImage pixels(const QImage& image) {
     return image.convertToFormat(QImage::Format_ARGB32);
-}
-
-// The file of that name in the folder, holding the bytes (none for null bytes).
-QString written(const QTemporaryDir& dir, const QString& name, const QByteArray& bytes) {
-    QFile file(dir.filePath(name));
-    if (!bytes.isNull() && file.open(QIODevice::WriteOnly))
-        file.write(bytes);
-    return file.fileName();
 }
 
 // A drawing with its units, the layers RED (colour 1) and OFF (switched off) and these entities.
@@ -101,16 +95,9 @@ class TestPictures : public QObject {
 private slots:
     void init() { getCommonParamsRef()->clear(); }
     void framesDrawn_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QPointF>("to");
-        QTest::addColumn<bool>("shift");
-        QTest::addColumn<QSize>("picture");
-        QTest::addColumn<QRectF>("frame");
+        const auto row =
+            addColumns<QString, QPointF, bool, QSize, QRectF>("className", "to", "shift", "picture", "frame");
         // From (100, 80).
-        const auto row = [](const char* tag, const char* className, QPointF to, bool shift, QSize picture,
-                            QRectF frame) {
-            QTest::newRow(tag) << QString(className) << to << shift << picture << frame;
-        };
         row("smiley drag", "SmileyItem", {160, 110}, false, {}, {100, 80, 60, 30});
         row("shift draws a round face", "SmileyItem", {160, 110}, true, {}, {100, 80, 60, 60});
         row("video click", "VideoItem", {100, 80}, false, {}, {100, 80, 320, 240});
@@ -138,11 +125,8 @@ private slots:
     }
 
     void cornerGrips_data() {
-        QTest::addColumn<double>("rotation");
-        QTest::addColumn<int>("grip");
-        QTest::addColumn<QPointF>("to"); // item coordinates
-        QTest::addColumn<bool>("shift");
-        QTest::addColumn<QSizeF>("size");
+        // to: item coordinates
+        addColumns<double, int, QPointF, bool, QSizeF>("rotation", "grip", "to", "shift", "size");
         // The picture (100, 80, 100, 60).
         QTest::newRow("bottom right") << 0.0 << 7 << QPointF(230, 160) << false << QSizeF(130, 80);
         QTest::newRow("top left keeps 5:3 with shift")
@@ -198,17 +182,8 @@ private slots:
     }
 
     void stampLength_data() {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<Calibration>("calibration");
-        QTest::addColumn<double>("fraction");
-        QTest::addColumn<double>("typed");
-        QTest::addColumn<double>("length");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("pixels");
-        const auto row = [](const char* tag, int width, Calibration calibration, double fraction,
-                            double typed, double length, QString text, double pixels) {
-            QTest::newRow(tag) << width << calibration << fraction << typed << length << text << pixels;
-        };
+        const auto row = addColumns<int, Calibration, double, double, double, QString, double>(
+            "width", "calibration", "fraction", "typed", "length", "text", "pixels");
         const Calibration um = calibration(0.25, "µm");
         row("a tenth: 25 µm is nearer 20 than 50", 1000, um, 0.1, 0, 20, "20 µm", 80);
         row("below one", 600, calibration(0.005, "mm"), 0.2, 0, 0.5, "0.5 mm", 100);
@@ -275,9 +250,8 @@ private slots:
     }
 
     void pixmapRoundTrips_data() {
-        QTest::addColumn<bool>("embedded");
-        QTest::addColumn<bool>("inDocument");
-        QTest::addColumn<QString>("path"); // as saved; %1 the picture's folder
+        // path: as saved; %1 the picture's folder
+        addColumns<bool, bool, QString>("embedded", "inDocument", "path");
         QTest::newRow("path") << false << false << "%1/pictures/grain.png";
         QTest::newRow("path beside the document") << false << true << "pictures/grain.png";
         QTest::newRow("embedded in a document") << true << true << "pictures/grain.png";
@@ -336,8 +310,8 @@ private slots:
     }
 
     void badPictures_data() {
-        QTest::addColumn<QByteArray>("bytes"); // empty: no file at all
-        QTest::addColumn<QString>("warning");
+        // bytes: empty for no file at all
+        addColumns<QByteArray, QString>("bytes", "warning");
         QTest::newRow("missing") << QByteArray() << "file not found";
         QTest::newRow("text") << QByteArray("not a picture") << "not a picture Qt can read";
         // A header announcing 30000 x 30000 pixels (3.6 GB): refused before any pixel is allocated.
@@ -515,10 +489,8 @@ private slots:
     }
 
     void drawingUnits_data() {
-        QTest::addColumn<int>("insunits");
-        QTest::addColumn<Calibration>("calibration");
-        QTest::addColumn<QString>("units"); // a menu entry, or none
-        QTest::addColumn<double>("pixelsPerUnit");
+        // units: a menu entry, or none
+        addColumns<int, Calibration, QString, double>("insunits", "calibration", "units", "pixelsPerUnit");
         QTest::newRow("mm on 2 µm a pixel") << 4 << calibration(2, "µm") << "" << 500.0;
         QTest::newRow("inches on 0.1 mm a pixel") << 1 << calibration(0.1, "mm") << "" << 254.0;
         QTest::newRow("unitless: a pixel a unit") << 0 << calibration(0.25, "µm") << "" << 1.0;
@@ -581,9 +553,8 @@ private slots:
     }
 
     void badDrawings_data() {
-        QTest::addColumn<QByteArray>("bytes"); // null: no file
-        QTest::addColumn<QString>("warning");
-        QTest::addColumn<bool>("drawn");
+        // bytes: null for no file
+        addColumns<QByteArray, QString, bool>("bytes", "warning", "drawn");
         QTest::newRow("missing") << QByteArray() << "file not found" << false;
         QTest::newRow("not a drawing") << QByteArray("\x01\x02 junk", 7) << "error" << false;
         QTest::newRow("1e300") << dxfFile(4, dxfLine("RED") + dxfLine("RED", "1e300"))

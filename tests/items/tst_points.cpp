@@ -2,6 +2,7 @@
 // from the scene's origin, moved and turned by their grips.
 #include "AnchorPointItem.h"
 #include "CrossItem.h"
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "ItemLinks.h"
 #include "PlacedItems.h"
@@ -12,8 +13,8 @@ class TestPoints : public QObject {
     Q_OBJECT
 private slots:
     void measuredFromTheOrigin_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QPointF>("expected"); // dist1, dist2 at (130, 140), factor 0.5, no origin
+        // expected: dist1, dist2 at (130, 140), factor 0.5, no origin
+        addColumns<QString, QPointF>("className", "expected");
         QTest::newRow("point") << "PointItem" << QPointF(65, 70);
         QTest::newRow("horizontal guide: y") << "CrossHItem" << QPointF(70, 0);
         QTest::newRow("vertical guide: x") << "CrossVItem" << QPointF(65, 0);

@@ -1,6 +1,7 @@
 // Items defined by their vertices: polygons, polylines, curves, regular polygons, lasso regions and
 // straightening paths.
 #include "CurveItem.h"
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "FlattenItem.h"
 #include "GeometryPolygonMetrics.h"
@@ -59,11 +60,8 @@ private slots:
         setCommonParams(QMap<QString, QVariant>());
     }
     void closedFormMesures_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QList<QPointF>>("points");
-        QTest::addColumn<double>("radius");
-        QTest::addColumn<Slots>("expected");
-        QTest::addColumn<bool>("crosses");
+        addColumns<QString, QList<QPointF>, double, Slots, bool>("className", "points", "radius", "expected",
+                                                                 "crosses");
         using I = AbstractBaseItem;
         const auto row = [](const char* tag, const char* className, QList<QPointF> points, double radius,
                             Slots expected, bool crosses = false) {
@@ -125,10 +123,8 @@ private slots:
     }
 
     void drawnClickByClick_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QList<QPointF>>("clicks");
-        QTest::addColumn<QString>("end");
-        QTest::addColumn<int>("vertices"); // 0: rejected
+        // vertices: 0 when rejected
+        addColumns<QString, QList<QPointF>, QString, int>("className", "clicks", "end", "vertices");
         const QList<QPointF> three{{50, 50}, {150, 60}, {120, 150}};
         QTest::newRow("polygon closed on its first vertex")
             << "PolygonItem" << (three + QList<QPointF>{{52, 49}}) << "" << 3;
@@ -243,11 +239,8 @@ private slots:
     }
 
     void simplify_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QList<QPointF>>("points");
-        QTest::addColumn<double>("tolerance");
-        QTest::addColumn<int>("passes");
-        QTest::addColumn<int>("removed");
+        addColumns<QString, QList<QPointF>, double, int, int>("className", "points", "tolerance", "passes",
+                                                              "removed");
         std::mt19937 random(3);
         QList<QPointF> wobbly;
         for (const QPointF& p : regular(200, 100))
@@ -282,14 +275,8 @@ private slots:
     }
 
     void xml_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<Attributes>("attributes");
-        QTest::addColumn<Attributes>("expected");
-        QTest::addColumn<int>("grips");
-        const auto row = [](const char* tag, const char* className, Attributes attributes,
-                            Attributes expected, int grips) {
-            QTest::newRow(tag) << QString(className) << attributes << expected << grips;
-        };
+        const auto row =
+            addColumns<QString, Attributes, Attributes, int>("className", "attributes", "expected", "grips");
         row("polygon: unusable points left out", "PolygonItem",
             {{"coords", "1x1;nanxinf;5x5;1e12x3;2x9;1x2x3;abc;;4.5x-1;"}},
             {{"coords", "1x1;5x5;2x9;4.5x-1;"}}, 4);

@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "RectangleItem.h"
 
@@ -17,11 +18,9 @@ class TestRectangles : public QObject {
 private slots:
     void init() { getCommonParamsRef()->clear(); }
     void drawnMeasures_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QPointF>("to");
-        QTest::addColumn<Qt::KeyboardModifiers>("keys");
-        QTest::addColumn<Mesures>("pixels");
-        QTest::addColumn<QString>("label"); // empty: rejected
+        // label: empty when rejected
+        addColumns<QString, QPointF, Qt::KeyboardModifiers, Mesures, QString>("className", "to", "keys",
+                                                                              "pixels", "label");
         // From (50, 80), calibration factor 0.5.
         const Qt::KeyboardModifiers none;
         QTest::newRow("rectangle") << "RectangleItem" << QPointF(350, 200) << none
@@ -69,10 +68,7 @@ private slots:
     }
 
     void gripDrags_data() {
-        QTest::addColumn<int>("grip");
-        QTest::addColumn<QPointF>("to");
-        QTest::addColumn<QRectF>("rect");
-        QTest::addColumn<double>("rotation");
+        addColumns<int, QPointF, QRectF, double>("grip", "to", "rect", "rotation");
         // The rectangle (50, 80, 300, 120), centred on (200, 140).
         QTest::newRow("right side") << 4 << QPointF(380, 10) << QRectF(50, 80, 330, 120) << 0.0;
         QTest::newRow("left side") << 3 << QPointF(20, 250) << QRectF(20, 80, 330, 120) << 0.0;
@@ -125,8 +121,7 @@ private slots:
     }
 
     void rotatedSideResizeKeepsFacingSide_data() {
-        QTest::addColumn<int>("grip");
-        QTest::addColumn<QList<int>>("facingCorners");
+        addColumns<int, QList<int>>("grip", "facingCorners");
         QTest::newRow("right side") << 4 << QList<int>{0, 5};
         QTest::newRow("bottom side") << 6 << QList<int>{0, 2};
     }
@@ -158,9 +153,7 @@ private slots:
     }
 
     void transformMenu_data() {
-        QTest::addColumn<QSizeF>("size");
-        QTest::addColumn<double>("rotation");
-        QTest::addColumn<QStringList>("texts");
+        addColumns<QSizeF, double, QStringList>("size", "rotation", "texts");
         const QStringList circles{"none", "toInCircle", "toOutCircle"};
         const QStringList snaps{"snapImageSelection...", "snapPixMapSelection...", "transfert2PixMap"};
         const QStringList all = circles + QStringList{"imageMatching", "pixmapMatching"} + snaps;

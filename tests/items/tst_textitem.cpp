@@ -1,4 +1,6 @@
+#include "DataColumns.h"
 #include "DrawingView.h"
+#include "NearPoints.h"
 #include "TestItem.h"
 #include "TextEdit.h"
 #include "TextItem.h"
@@ -28,10 +30,6 @@ public:
     }
 };
 
-bool near(const QPointF& a, const QPointF& b, double tolerance) {
-    return QLineF(a, b).length() <= tolerance;
-}
-
 eTextItem* drawText(DrawingView& v, const QString& typed) {
     auto* item = qgraphicsitem_cast<eTextItem*>(v.click("eTextItem", {{200, 150}}));
     QTest::keyClicks(v.view.viewport(), typed);
@@ -58,8 +56,7 @@ private slots:
     }
 
     void focusOutRemovesOnlyEmptyText_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("backspaces");
+        addColumns<QString, int>("typed", "backspaces");
         QTest::newRow("text kept") << "abc" << 0;
         QTest::newRow("text erased") << "abc" << 3;
         // A new text holds a single space, which is not empty.
@@ -91,8 +88,7 @@ private slots:
     }
 
     void linkedTextFollowsMeasure_data() {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("expected");
+        addColumns<int, QString>("kind", "expected");
         QTest::newRow("angle without unit") << int(AbstractBaseItem::Ang1) << "Ruler1 ang1:12.50";
         QTest::newRow("no measure shown") << AbstractBaseItem::NoMesure << "Ruler1";
     }
@@ -113,10 +109,7 @@ private slots:
     }
 
     void unlinking_data() {
-        QTest::addColumn<int>("way");
-        QTest::addColumn<QString>("textAfter");
-        QTest::addColumn<bool>("follows");
-        QTest::addColumn<bool>("childLinked");
+        addColumns<int, QString, bool, bool>("way", "textAfter", "follows", "childLinked");
         QTest::newRow("unassociate the item") << 0 << "Ruler1 dist1:5.00 mm" << false << false;
         // Without an item, unassociate clears the name and the mark but lets go of nothing.
         QTest::newRow("unassociate without item") << 1 << "Ruler1 dist1:20.00 mm" << true << false;
@@ -153,9 +146,7 @@ private slots:
 
     // The background as saved and read back; older files carry no pattern.
     void backgroundSurvivesSaving_data() {
-        QTest::addColumn<QBrush>("brush");
-        QTest::addColumn<QString>("dropped");
-        QTest::addColumn<QBrush>("expected");
+        addColumns<QBrush, QString, QBrush>("brush", "dropped", "expected");
         const QColor halfYellow(255, 255, 0, 128);
         QTest::newRow("translucent") << QBrush(halfYellow) << "" << QBrush(halfYellow);
         QTest::newRow("hatched") << QBrush(Qt::red, Qt::CrossPattern) << ""

@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "DrawingView.h"
 #include "VickersPItem.h"
 
@@ -26,9 +27,7 @@ class TestVickersItem : public QObject {
     Q_OBJECT
 private slots:
     void workedExample_data() {
-        QTest::addColumn<double>("factor");
-        QTest::addColumn<QString>("mode");
-        QTest::addColumn<double>("hardness");
+        addColumns<double, QString, double>("factor", "mode", "hardness");
         QTest::newRow("high precision") << 1.0 << "High Precision" << 18.531;
         QTest::newRow("standard precision") << 1.0 << "Std Precision" << 18.522;
         QTest::newRow("half a micrometre per pixel") << 0.5 << "High Precision" << 74.124;
@@ -118,8 +117,7 @@ private slots:
     }
 
     void fewerOrUnreadableCorners_data() {
-        QTest::addColumn<QString>("coords");
-        QTest::addColumn<int>("corners");
+        addColumns<QString, int>("coords", "corners");
         QTest::newRow("none") << "" << 0;
         QTest::newRow("three compute nothing") << "100x50;150x100;100x150;" << 3;
         // Every non-empty part is a corner; one that is no usable point stands at the origin.
@@ -140,11 +138,7 @@ private slots:
     }
 
     void metallographerQueries_data() {
-        QTest::addColumn<double>("load");
-        QTest::addColumn<double>("d1");
-        QTest::addColumn<double>("d2");
-        QTest::addColumn<QString>("designation");
-        QTest::addColumn<QString>("warning");
+        addColumns<double, double, double, QString, QString>("load", "d1", "d2", "designation", "warning");
         const QString differ =
             "Diagonals differ by 7.3 % (limit 5 %): check the indentation or the specimen's flatness";
         QTest::newRow("0.98 N is HV 0.1") << 0.98 << 100.0 << 100.0 << "18.5 HV 0.1" << QString();

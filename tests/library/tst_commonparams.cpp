@@ -1,5 +1,6 @@
 #include "AbstractBaseItem.h"
 #include "CommonParams.h"
+#include "DataColumns.h"
 
 #include <QDomDocument>
 #include <QTest>
@@ -27,8 +28,7 @@ private slots:
     }
 
     void fromCommonParams_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("expected");
+        addColumns<QString, int>("text", "expected");
         QTest::newRow("number") << "3" << 3;
         QTest::newRow("missing is 0, not the default") << QString() << 0;
         QTest::newRow("trailing garbage") << "3x" << 0;

@@ -1,4 +1,5 @@
 // The tool palette and the calibration dialog of the host kit.
+#include "DataColumns.h"
 #include "DrawingView.h"
 
 #include <GraphicsObjects/GraphicsObjects.h>
@@ -52,9 +53,7 @@ private slots:
     }
 
     void calibrationDialog_data() {
-        QTest::addColumn<double>("knownLength");
-        QTest::addColumn<double>("pixelsPerUnit");
-        QTest::addColumn<double>("factor");
+        addColumns<double, double, double>("knownLength", "pixelsPerUnit", "factor");
         QTest::newRow("line of 200 px is 50 µm") << 50.0 << 0.0 << 0.25;
         QTest::newRow("4 pixels per µm") << 0.0 << 4.0 << 0.25;
         QTest::newRow("nothing typed") << 0.0 << 0.0 << 0.0;

@@ -1,5 +1,6 @@
 // The measures table: names, units and closed-form values per class; rows and columns that follow
 // the scene; sorting; CSV read back by Python's csv module in both separator styles; JSON.
+#include "DataColumns.h"
 #include "DrawingView.h"
 
 #include <GraphicsObjects/GraphicsObjects.h>
@@ -38,10 +39,7 @@ class TestMeasuresModel : public QObject {
     Q_OBJECT
 private slots:
     void namesAndValues_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<Attributes>("attributes");
-        QTest::addColumn<double>("factor");
-        QTest::addColumn<QStringList>("expected");
+        addColumns<QString, Attributes, double, QStringList>("className", "attributes", "factor", "expected");
         // 140 x 90 pixels at 0.25 µm.
         QTest::newRow("rectangle") << "RectangleItem" << Attributes{{"rect", "0x0 140x90"}} << 0.25
                                    << QStringList{"Width=35.000 µm", "Height=22.500 µm",
@@ -171,8 +169,7 @@ private slots:
     // What a spreadsheet reads: Python's csv module, with either separator style, finds the same
     // texts and the same doubles.
     void csvReadsBack_data() {
-        QTest::addColumn<QChar>("separator");
-        QTest::addColumn<QChar>("decimalMark");
+        addColumns<QChar, QChar>("separator", "decimalMark");
         QTest::newRow("comma, point") << QChar(',') << QChar('.');
         QTest::newRow("semicolon, comma") << QChar(';') << QChar(',');
     }

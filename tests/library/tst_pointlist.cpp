@@ -1,3 +1,4 @@
+#include "DataColumns.h"
 #include "PointList.h"
 
 #include <QTest>
@@ -25,14 +26,9 @@ class TestPointList : public QObject {
     Q_OBJECT
 private slots:
     void transforms_data() {
-        QTest::addColumn<Transform>("forth");
-        QTest::addColumn<Transform>("back");
-        QTest::addColumn<QList<QPointF>>("points");
-        QTest::addColumn<QList<QPointF>>("expected");
+        const auto row = addColumns<Transform, Transform, QList<QPointF>, QList<QPointF>>(
+            "forth", "back", "points", "expected");
         using L = QList<QPointF>;
-        const auto row = [](const char* name, Transform forth, Transform back, L points, L expected) {
-            QTest::newRow(name) << forth << back << points << expected;
-        };
         const auto flip = [](L& l) { pointlist_flip(l, 10); };
         row("flip twice restores", flip, flip, {{1, 2}, {3, 10}}, {{1, 8}, {3, 0}});
         row(
@@ -90,8 +86,7 @@ private slots:
     }
 
     void boundingRect_data() {
-        QTest::addColumn<QList<QList<QPointF>>>("lists");
-        QTest::addColumn<QRectF>("expected");
+        addColumns<QList<QList<QPointF>>, QRectF>("lists", "expected");
         QTest::newRow("no lists") << QList<QList<QPointF>>() << QRectF(0, 0, 0, 0);
         QTest::newRow("only empty lists") << QList<QList<QPointF>>{{}, {}} << QRectF(0, 0, 0, 0);
         QTest::newRow("one point") << QList<QList<QPointF>>{{{5, -2}}} << QRectF(5, -2, 0, 0);

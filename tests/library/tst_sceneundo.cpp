@@ -44,13 +44,7 @@ private slots:
     // Menu choices are remembered for the next item: each test starts from the defaults.
     void init() { setCommonParams(QMap<QString, QVariant>()); }
 
-    void everyClassUndoesItsCreationAndDeletion_data() {
-        QTest::addColumn<QString>("className");
-        for (const ItemRegistry::Row& row : ItemRegistry::rows()) {
-            if (row.construct)
-                QTest::newRow(row.className) << QString(row.className);
-        }
-    }
+    void everyClassUndoesItsCreationAndDeletion_data() { builtClasses(); }
     void everyClassUndoesItsCreationAndDeletion() {
         QFETCH(QString, className);
         UndoView v;

@@ -1,4 +1,5 @@
 #include "AbstractBaseItem.h"
+#include "DataColumns.h"
 #include "ItemFactory.h"
 #include "ToolsCatalogue.h"
 
@@ -142,8 +143,7 @@ private slots:
     }
 
     void iconPaths_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("icon");
+        addColumns<QString, QString>("name", "icon");
         const auto row = [](const char* name, const char* className, const char* icon) {
             QTest::newRow(name) << QString(className) << QString(":/%1.png").arg(icon);
         };
@@ -174,8 +174,7 @@ private slots:
     }
 
     void refusals_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("toolFactory");
+        addColumns<QString, bool>("name", "toolFactory");
         // A class given to the other factory: onlyItsOwnFactoryBuildsAClass.
         QTest::newRow("class name in other case") << "pointitem" << true;
         QTest::newRow("unknown") << "HexagonItem" << true;
