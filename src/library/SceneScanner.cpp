@@ -350,7 +350,7 @@ void SceneScanner::advanceLines(qsizetype to) {
     const char* p = m_bytes.data() + m_linePos;
     const char* const end = m_bytes.data() + to;
     m_line += std::count(p, end, '\n');
-    while ((p = static_cast<const char*>(std::memchr(p, '\r', end - p)))) {
+    while (p < end && (p = static_cast<const char*>(std::memchr(p, '\r', end - p)))) {
         ++p;
         if (p == m_bytes.data() + m_bytes.size() || *p != '\n')
             ++m_line;

@@ -100,6 +100,7 @@ private slots:
         QTest::newRow("standalone declaration")
             << QByteArray("<?xml version='1.0' standalone='yes' ?><s/>") << true;
         const char* const refused[] = {
+            "",
             "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><s/>",
             "<?xml encoding=\"UTF-8\"?><s/>",
             "<!-- c --><s/>",
