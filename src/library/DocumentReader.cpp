@@ -2,7 +2,7 @@
 
 #include "XmlAttributes.h"
 
-#include <QDomDocument>
+#include <QDomElement>
 
 DocumentReader::DocumentReader(QByteArrayView bytes, int maxDepth, int maxElements, qint64 maxBytes)
     : m_scanner(std::in_place, bytes)
@@ -51,10 +51,6 @@ bool DocumentReader::isCharacters() const {
     return m_scanner ? m_scanner->token() == SceneScanner::Characters : m_xml.isCharacters();
 }
 
-bool DocumentReader::isWhitespace() const {
-    return m_scanner ? m_scanner->isWhitespace() : m_xml.isWhitespace();
-}
-
 QString DocumentReader::text() const {
     return m_scanner ? m_scanner->text() : m_xml.text().toString();
 }
@@ -100,21 +96,9 @@ void DocumentReader::copyAttributes(XmlAttributes& attributes) const {
         attributes.append(a.qualifiedName().toString(), a.value().toString());
 }
 
-void DocumentReader::copyContent(QDomDocument& dom, QDomElement parent) {
-    while (next()) {
-        if (isStartElement()) {
-            QDomElement child;
-            if (!parent.isNull()) {
-                child = dom.createElement(name().toString());
-                copyAttributes(child);
-                parent.appendChild(child);
-            }
-            copyContent(dom, child);
-        } else if (isEndElement()) {
-            return;
-        } else if (isCharacters() && !isWhitespace() && !parent.isNull()) {
-            parent.appendChild(dom.createTextNode(text()));
-        }
+void DocumentReader::skipContent() {
+    const int level = m_depth;
+    while (next() && !(isEndElement() && m_depth < level)) {
     }
 }
 

@@ -7,7 +7,6 @@
 
 #include <optional>
 
-class QDomDocument;
 class QDomElement;
 class XmlAttributes;
 
@@ -32,9 +31,8 @@ public:
     void copyAttributes(QDomElement& element) const;
     void copyAttributes(XmlAttributes& attributes) const;
 
-    // Reads to the end of the current element, copying its child elements and text into parent
-    // unless parent is null. Depth is bounded by next(), and so is the recursion.
-    void copyContent(QDomDocument& dom, QDomElement parent);
+    // Reads to the end of the current element, past its content.
+    void skipContent();
     // The text of the current element, skipping any child element.
     QString readText();
 
@@ -48,7 +46,6 @@ public:
 
 private:
     bool isCharacters() const;
-    bool isWhitespace() const;
     QString text() const;
 
     std::optional<SceneScanner> m_scanner;

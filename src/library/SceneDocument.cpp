@@ -29,13 +29,9 @@ constexpr int MaxElements = 4 * SceneDocument::MaxItems + 16;
 // Beyond this many, problems are counted rather than listed.
 constexpr int MaxMessages = 100;
 
-QString attribute(const DocumentReader& r, const char* name) {
-    return r.attribute(name);
-}
-
 // A number attribute: absent gives fallback; present, it must be a finite number.
 bool readNumber(const DocumentReader& r, const char* name, double fallback, double& value, QString& error) {
-    const QString text = attribute(r, name).trimmed();
+    const QString text = r.attribute(name).trimmed();
     if (text.isEmpty()) {
         value = fallback;
         return true;
@@ -249,7 +245,7 @@ bool SceneDocument::parse(DocumentReader& r, Parsed& parsed) {
         return false;
     }
 
-    const QString versionText = attribute(r, "version");
+    const QString versionText = r.attribute("version");
     if (!versionText.isEmpty()) {
         bool ok = false;
         parsed.version = versionText.toInt(&ok);
@@ -307,7 +303,7 @@ bool SceneDocument::parse(DocumentReader& r, Parsed& parsed) {
     parsed.calibration.factor = factor;
     parsed.calibration.decimals = int(decimals);
     if (r.hasAttribute("unit"))
-        parsed.calibration.unitName = attribute(r, "unit");
+        parsed.calibration.unitName = r.attribute("unit");
 
     bool haveImage = false;
     while (r.next()) {
@@ -323,32 +319,32 @@ bool SceneDocument::parse(DocumentReader& r, Parsed& parsed) {
                 break;
             }
             Parsed::Item item;
-            item.className = attribute(r, "class");
-            item.guidName = attribute(r, "guidname");
-            item.reference = attribute(r, "ref");
+            item.className = r.attribute("class");
+            item.guidName = r.attribute("guidname");
+            item.reference = r.attribute("ref");
             item.line = line;
             r.copyAttributes(item.attributes);
-            r.copyContent(parsed.dom, QDomElement());
+            r.skipContent();
             parsed.items << item;
         } else if (name == QLatin1String("links")) {
             while (r.next() && !(r.isEndElement() && r.depth() == 1)) {
                 if (!r.isStartElement())
                     continue;
                 if (r.name() == QLatin1String("link"))
-                    parsed.links << Parsed::Link{attribute(r, "item"), attribute(r, "role"),
-                                                 attribute(r, "target"), r.lineNumber()};
+                    parsed.links << Parsed::Link{r.attribute("item"), r.attribute("role"),
+                                                 r.attribute("target"), r.lineNumber()};
                 else
                     parsed.messages << QStringLiteral(
                                            "line %1: unknown element <%2> among the links, skipped")
                                            .arg(r.lineNumber())
                                            .arg(r.name().toString().left(40));
-                r.copyContent(parsed.dom, QDomElement());
+                r.skipContent();
             }
         } else if (name == QLatin1String("image") && !haveImage) {
             haveImage = true;
-            parsed.imagePath = attribute(r, "path");
+            parsed.imagePath = r.attribute("path");
             parsed.imageEmbedded = parsed.imagePath.isEmpty();
-            const QString encoding = attribute(r, "encoding");
+            const QString encoding = r.attribute("encoding");
             if (parsed.imageEmbedded && encoding != QLatin1String("base64"))
                 parsed.messages << QStringLiteral(
                                        "line %1: the image has neither a path nor base64 data, skipped")
@@ -357,12 +353,12 @@ bool SceneDocument::parse(DocumentReader& r, Parsed& parsed) {
         } else if (name == QLatin1String("commonparams") && parsed.commonParams.isNull()) {
             parsed.commonParams = parsed.dom.createElement(name);
             r.copyAttributes(parsed.commonParams);
-            r.copyContent(parsed.dom, QDomElement());
+            r.skipContent();
         } else {
             parsed.messages << QStringLiteral("line %1: unknown or repeated element <%2>, skipped")
                                    .arg(line)
                                    .arg(name.left(40));
-            r.copyContent(parsed.dom, QDomElement());
+            r.skipContent();
         }
     }
     if (r.hasError()) {

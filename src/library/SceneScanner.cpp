@@ -393,11 +393,6 @@ QString SceneScanner::text() const {
     return decode(m_text, false);
 }
 
-bool SceneScanner::isWhitespace() const {
-    const QByteArrayView text = m_bytes.sliced(m_text.begin, m_text.size);
-    return m_text.plain && std::all_of(text.begin(), text.end(), isSpace);
-}
-
 // Spans were checked as they were read: references are known and the bytes are UTF-8. In an
 // attribute a line break or tab reads as a space, and CR LF as one space; in text CR LF reads LF.
 QString SceneScanner::decode(const Span& span, bool attribute) const {

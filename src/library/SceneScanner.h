@@ -30,7 +30,6 @@ public:
     QString attribute(QLatin1StringView name) const;
     // Of the current characters.
     QString text() const;
-    bool isWhitespace() const;
     // The line the current token ends on, from 1.
     qint64 lineNumber() const { return m_line; }
 
