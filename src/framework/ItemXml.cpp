@@ -15,7 +15,7 @@
 namespace {
 
 int intAttribute(const XmlAttributes& e, const QString& key) {
-    return e.attribute(key).toInt(nullptr, 10);
+    return e.view(key).toInt(nullptr, 10);
 }
 
 constexpr int MesureSlots = 12;
@@ -131,9 +131,9 @@ void AbstractBaseItem::commonMesuresWriteXML(XmlAttributes& e) const {
 
 void AbstractBaseItem::commonMesuresReadXML(const XmlAttributes& e) {
     for (int i = 0; i < MesuresCount; ++i)
-        m_mesure[i] = parseDouble(e.attribute(mesureKey(false, i)));
+        m_mesure[i] = parseDouble(e.view(mesureKey(false, i)));
     for (int i = 0; i < MesuresCount; ++i)
-        m_mesureP[i] = parseDouble(e.attribute(mesureKey(true, i)));
+        m_mesureP[i] = parseDouble(e.view(mesureKey(true, i)));
 }
 
 void AbstractBaseItem::commonWriteXML(QDomElement& e) const {

@@ -3,66 +3,119 @@
 #include <QDomElement>
 #include <QDomNamedNodeMap>
 
-#include <algorithm>
 #include <cstring>
 
 XmlAttributes::XmlAttributes(const QDomElement& element) {
     const QDomNamedNodeMap attributes = element.attributes();
-    m_attributes.reserve(attributes.count());
+    m_names.reserve(attributes.count());
+    m_ends.reserve(attributes.count());
     for (int i = 0; i < attributes.count(); ++i) {
         const QDomNode node = attributes.item(i);
-        m_attributes.emplace_back(node.nodeName(), node.nodeValue());
+        append(node.nodeName(), node.nodeValue());
     }
 }
 
 void XmlAttributes::copyTo(QDomElement& element) const {
-    for (const auto& [name, value] : m_attributes)
-        element.setAttribute(name, value);
+    for (qsizetype i = 0; i < size(); ++i)
+        element.setAttribute(m_names[i], value(i).toString());
 }
 
 namespace {
 
-// Names ordered by length first: most comparisons of a lookup end on the length.
-bool before(const QString& a, const QString& b) {
-    if (a.size() != b.size())
-        return a.size() < b.size();
-    return std::memcmp(a.constData(), b.constData(), size_t(a.size()) * sizeof(QChar)) < 0;
+// FNV-1a: names are short, and a general hash costs more than the whole probe.
+qsizetype hashOf(const QString& name) {
+    size_t hash = 2166136261u;
+    for (const QChar c : name)
+        hash = (hash ^ c.unicode()) * 16777619u;
+    return qsizetype(hash);
 }
 
 } // namespace
 
-qsizetype XmlAttributes::indexOf(const QString& name) const {
-    if (m_sorted.size() != m_attributes.size()) {
-        m_sorted.resize(m_attributes.size());
-        for (int i = 0; i < m_sorted.size(); ++i)
-            m_sorted[i] = i;
-        std::sort(m_sorted.begin(), m_sorted.end(),
-                  [this](int a, int b) { return before(m_attributes[a].first, m_attributes[b].first); });
+void XmlAttributes::prepareLookups() const {
+    if (!m_slots.isEmpty())
+        return;
+    qsizetype size = 16;
+    while (size < 2 * m_names.size())
+        size *= 2;
+    m_slots.fill(-1, size);
+    const qsizetype mask = size - 1;
+    for (int i = 0; i < m_names.size(); ++i) {
+        qsizetype slot = hashOf(m_names[i]) & mask;
+        while (m_slots[slot] >= 0)
+            slot = (slot + 1) & mask;
+        m_slots[slot] = i;
     }
-    const auto it =
-        std::lower_bound(m_sorted.begin(), m_sorted.end(), name,
-                         [this](int i, const QString& key) { return before(m_attributes[i].first, key); });
-    return it != m_sorted.end() && m_attributes[*it].first == name ? *it : -1;
+}
+
+qsizetype XmlAttributes::indexOf(const QString& name) const {
+    prepareLookups();
+    const qsizetype mask = m_slots.size() - 1;
+    for (qsizetype slot = hashOf(name) & mask; m_slots[slot] >= 0; slot = (slot + 1) & mask) {
+        const QString& candidate = m_names[m_slots[slot]];
+        if (candidate.size() == name.size() &&
+            std::memcmp(candidate.constData(), name.constData(), size_t(name.size()) * sizeof(QChar)) == 0)
+            return m_slots[slot];
+    }
+    return -1;
+}
+
+QStringView XmlAttributes::value(qsizetype i) const {
+    const qsizetype begin = valueBegin(i);
+    return QStringView(m_values).sliced(begin, m_ends.at(i) - begin);
 }
 
 QString XmlAttributes::attribute(const QString& name, const QString& fallback) const {
     const qsizetype i = indexOf(name);
-    return i < 0 ? fallback : m_attributes[i].second;
+    return i < 0 ? fallback : value(i).toString();
 }
 
-void XmlAttributes::setAttribute(const QString& name, const QString& value) {
-    for (auto& attribute : m_attributes) {
-        if (attribute.first.size() == name.size() && attribute.first == name) {
-            attribute.second = value;
+QStringView XmlAttributes::view(const QString& name) const {
+    const qsizetype i = indexOf(name);
+    return i < 0 ? QStringView() : value(i);
+}
+
+void XmlAttributes::setAttribute(const QString& name, QStringView value) {
+    for (qsizetype i = 0; i < m_names.size(); ++i) {
+        if (m_names[i].size() == name.size() && m_names[i] == name) {
+            const qsizetype begin = valueBegin(i);
+            const qsizetype shift = value.size() - (m_ends[i] - begin);
+            m_values.replace(begin, m_ends[i] - begin, value.data(), value.size());
+            for (qsizetype k = i; k < m_ends.size(); ++k)
+                m_ends[k] += shift;
             return;
         }
     }
     append(name, value);
 }
 
-void XmlAttributes::append(QString name, QString value) {
-    m_attributes.emplace_back(std::move(name), std::move(value));
-    m_sorted.clear();
+void XmlAttributes::append(const QString& name, QStringView value) {
+    m_names.append(name);
+    m_slots.clear();
+    appendValue(value);
+}
+
+void XmlAttributes::reserve(qsizetype count) {
+    m_names.reserve(count);
+    m_ends.reserve(count);
+    m_values.reserve(count * 12);
+}
+
+void XmlAttributes::clearValues(qsizetype capacity) {
+    m_values = QString();
+    m_values.reserve(capacity);
+    m_ends.clear();
+    m_ends.reserve(m_names.size());
+}
+
+void XmlAttributes::appendValue(QStringView value) {
+    m_values.append(value);
+    m_ends.append(m_values.size());
+}
+
+void XmlAttributes::appendValue(QLatin1StringView value) {
+    m_values.append(value);
+    m_ends.append(m_values.size());
 }
 
 void XmlAttributes::setAttribute(const QString& name, qlonglong value) {

@@ -1,9 +1,6 @@
 #include "XmlRead.h"
 
-#include "VariantText.h"
-
 #include "XmlAttributes.h"
-#include <QStringList>
 
 #include <charconv>
 #include <cmath>
@@ -38,21 +35,67 @@ bool isSceneNumber(double v) {
 
 double readNumber(const XmlAttributes& e, const QString& key, double fallback) {
     bool ok = false;
-    const double v = parseDouble(e.attribute(key), &ok);
+    const double v = parseDouble(e.view(key), &ok);
     return ok && isSceneNumber(v) ? v : fallback;
 }
 
+namespace {
+
+bool isAsciiSpace(char16_t c) {
+    return c == u' ' || (c >= u'\t' && c <= u'\r');
+}
+
+// Splits text as the variant texts are split (at 'x', and with spaces also at each run of ASCII
+// white space), empty parts kept; false unless there are exactly count parts.
+template <qsizetype count> bool splitParts(QStringView text, bool spaces, QStringView (&parts)[count]) {
+    qsizetype n = 0;
+    qsizetype begin = 0;
+    for (qsizetype i = 0; i <= text.size(); ++i) {
+        const bool atEnd = i == text.size();
+        const bool cut = atEnd || text[i] == u'x' || (spaces && isAsciiSpace(text[i].unicode()));
+        if (!cut)
+            continue;
+        if (n == count)
+            return false;
+        parts[n++] = text.sliced(begin, i - begin);
+        if (!atEnd && text[i] != u'x')
+            while (i + 1 < text.size() && isAsciiSpace(text[i + 1].unicode()))
+                ++i;
+        begin = i + 1;
+    }
+    return n == count;
+}
+
+// A part that is no finite number reads as 0, as in the variant texts.
+double coordinate(QStringView text) {
+    bool ok = false;
+    const double v = parseDouble(text, &ok);
+    return ok && std::isfinite(v) ? v : 0.0;
+}
+
+} // namespace
+
 QPointF readPoint(const XmlAttributes& e, const QString& key) {
-    const QPointF p = stringToVariant(e.attribute(key), QMetaType::QPointF).toPointF();
+    QStringView parts[2];
+    if (!splitParts(e.view(key), false, parts))
+        return QPointF();
+    const QPointF p(coordinate(parts[0]), coordinate(parts[1]));
     return isSceneNumber(p.x()) && isSceneNumber(p.y()) ? p : QPointF();
 }
 
-QList<QPointF> readPointList(const QString& text) {
+QList<QPointF> readPointList(QStringView text) {
     QList<QPointF> points;
-    for (const QString& part : text.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-        const QStringList xy = part.split(QLatin1Char('x'));
+    qsizetype begin = 0;
+    for (qsizetype end = 0; end <= text.size(); ++end) {
+        if (end < text.size() && text[end] != u';')
+            continue;
+        const QStringView part = text.sliced(begin, end - begin);
+        begin = end + 1;
+        QStringView xy[2];
+        if (part.isEmpty() || !splitParts(part, false, xy))
+            continue;
         bool okX = false, okY = false;
-        const QPointF p = xy.size() == 2 ? QPointF(xy[0].toDouble(&okX), xy[1].toDouble(&okY)) : QPointF();
+        const QPointF p(parseDouble(xy[0], &okX), parseDouble(xy[1], &okY));
         if (okX && okY && isSceneNumber(p.x()) && isSceneNumber(p.y()))
             points.append(p);
     }
@@ -60,7 +103,10 @@ QList<QPointF> readPointList(const QString& text) {
 }
 
 QRectF readRect(const XmlAttributes& e, const QString& key) {
-    const QRectF r = stringToVariant(e.attribute(key), QMetaType::QRectF).toRectF();
+    QStringView parts[4];
+    if (!splitParts(e.view(key), true, parts))
+        return QRectF();
+    const QRectF r(coordinate(parts[0]), coordinate(parts[1]), coordinate(parts[2]), coordinate(parts[3]));
     const bool sane =
         isSceneNumber(r.x()) && isSceneNumber(r.y()) && isSceneNumber(r.width()) && isSceneNumber(r.height());
     return sane ? r : QRectF();

@@ -22,7 +22,7 @@ GRAPHICSOBJECTS_EXPORT QRectF readRect(const XmlAttributes& e, const QString& ke
 GRAPHICSOBJECTS_EXPORT QString readUid(const XmlAttributes& e, const QString& key);
 // Points written "XxY" and joined by ';' (the items' "coords"); parts that are no point a scene can
 // hold are left out.
-GRAPHICSOBJECTS_EXPORT QList<QPointF> readPointList(const QString& text);
+GRAPHICSOBJECTS_EXPORT QList<QPointF> readPointList(QStringView text);
 // The value and verdict of QString::toDouble, reached without its locale machinery for the plain
 // decimals documents are made of ("-12.5", "3e-05"); anything else goes through QString::toDouble.
 GRAPHICSOBJECTS_EXPORT double parseDouble(QStringView text, bool* ok = nullptr);

@@ -1,7 +1,5 @@
 #include "DocumentReader.h"
 
-#include "XmlAttributes.h"
-
 #include <QDomElement>
 
 DocumentReader::DocumentReader(QByteArrayView bytes, int maxDepth, int maxElements, qint64 maxBytes)
@@ -83,17 +81,51 @@ void DocumentReader::copyAttributes(QDomElement& element) const {
         element.setAttribute(a.qualifiedName().toString(), a.value().toString());
 }
 
-void DocumentReader::copyAttributes(XmlAttributes& attributes) const {
-    if (m_scanner) {
-        attributes.reserve(m_scanner->attributeCount());
-        for (qsizetype i = 0; i < m_scanner->attributeCount(); ++i)
-            attributes.append(m_scanner->attributeName(i), m_scanner->attributeValue(i));
+// The scanner gives the same name as the same shared string, so a model is recognised by the
+// addresses of its names.
+const XmlAttributes* DocumentReader::model() const {
+    const qsizetype count = m_scanner->attributeCount();
+    for (const XmlAttributes& model : m_models) {
+        bool same = model.size() == count;
+        for (qsizetype i = 0; same && i < count; ++i)
+            same = model.name(i).constData() == m_scanner->attributeName(i).constData();
+        if (same)
+            return &model;
+    }
+    return nullptr;
+}
+
+void DocumentReader::copyAttributes(XmlAttributes& attributes) {
+    if (!m_scanner) {
+        const QXmlStreamAttributes all = m_xml.attributes();
+        attributes = XmlAttributes();
+        for (const QXmlStreamAttribute& a : all)
+            attributes.append(a.qualifiedName().toString(), a.value());
         return;
     }
-    const QXmlStreamAttributes all = m_xml.attributes();
-    attributes.reserve(all.size());
-    for (const QXmlStreamAttribute& a : all)
-        attributes.append(a.qualifiedName().toString(), a.value().toString());
+    // A document of many kinds is still read right, only without sharing beyond these.
+    constexpr qsizetype MaxModels = 64;
+    const qsizetype count = m_scanner->attributeCount();
+    if (const XmlAttributes* like = model()) {
+        attributes = *like;
+    } else {
+        attributes = XmlAttributes();
+        for (qsizetype i = 0; i < count; ++i)
+            attributes.append(m_scanner->attributeName(i), QStringView());
+        attributes.prepareLookups();
+        if (m_models.size() < MaxModels)
+            m_models.append(attributes);
+    }
+    qsizetype bytes = 0;
+    for (qsizetype i = 0; i < count; ++i)
+        bytes += m_scanner->plainValue(i).size();
+    attributes.clearValues(bytes);
+    for (qsizetype i = 0; i < count; ++i) {
+        if (m_scanner->isPlainValue(i))
+            attributes.appendValue(m_scanner->plainValue(i));
+        else
+            attributes.appendValue(m_scanner->attributeValue(i));
+    }
 }
 
 void DocumentReader::skipContent() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SceneScanner.h"
+#include "XmlAttributes.h"
 
 #include <QString>
 #include <QXmlStreamReader>
@@ -8,7 +9,6 @@
 #include <optional>
 
 class QDomElement;
-class XmlAttributes;
 
 // What a scene document is parsed with: the scanner over the bytes in memory, or QXmlStreamReader
 // for a device, and for whatever the scanner leaves (unsupported() then says to read again with
@@ -29,7 +29,7 @@ public:
     bool hasAttribute(const char* name) const;
     QString attribute(const char* name) const;
     void copyAttributes(QDomElement& element) const;
-    void copyAttributes(XmlAttributes& attributes) const;
+    void copyAttributes(XmlAttributes& attributes);
 
     // Reads to the end of the current element, past its content.
     void skipContent();
@@ -47,8 +47,12 @@ public:
 private:
     bool isCharacters() const;
     QString text() const;
+    // The attributes of an element seen before with the same names, or null.
+    const XmlAttributes* model() const;
 
     std::optional<SceneScanner> m_scanner;
+    // An element of each kind met so far: like elements share its names and their lookup table.
+    QList<XmlAttributes> m_models;
     QXmlStreamReader m_xml;
     QString m_limit;
     int m_depth = 0;

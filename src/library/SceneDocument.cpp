@@ -66,7 +66,7 @@ void sortedNames(const XmlAttributes& e, QStringList& names) {
 
 // Appends text the writer would copy as it is (printable ASCII without markup characters) and
 // answers true; leaves out any other and answers false.
-bool appendPlain(QByteArray& out, const QString& text) {
+bool appendPlain(QByteArray& out, QStringView text) {
     const qsizetype start = out.size();
     out.resize(start + text.size());
     char* to = out.data() + start;
@@ -98,7 +98,7 @@ bool writeAttributes(QXmlStreamWriter& w, const XmlAttributes& e, const QStringL
     for (const QString& name : std::as_const(names)) {
         if (skipped.contains(name))
             continue;
-        const QString value = e.attribute(name);
+        const QStringView value = e.view(name);
         const qsizetype mark = plain.size();
         plain += ' ';
         if (device && appendPlain(plain, name) && (plain += "=\"", appendPlain(plain, value))) {
@@ -108,7 +108,7 @@ bool writeAttributes(QXmlStreamWriter& w, const XmlAttributes& e, const QStringL
         plain.truncate(mark);
         if (device)
             flush();
-        w.writeAttribute(name, value);
+        w.writeAttribute(name, value.toString());
     }
     if (device)
         flush();

@@ -1,20 +1,49 @@
 #include "SceneScanner.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace {
 
+// What each byte may be, looked up once rather than compared several times.
+enum CharClass : uchar { Space = 1, NameStart = 2, NameChar = 4, Plain = 8 };
+
+constexpr std::array<uchar, 256> charClasses() {
+    std::array<uchar, 256> classes{};
+    for (int c = 0; c < 256; ++c) {
+        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+        uchar k = 0;
+        if (c == ' ' || c == '\t' || c == '\n' || c == '\r')
+            k |= Space;
+        if (letter)
+            k |= NameStart | NameChar;
+        if ((c >= '0' && c <= '9') || c == '-' || c == '.')
+            k |= NameChar;
+        // Printable ASCII that stands for itself in an attribute value.
+        if (c >= 0x20 && c < 0x7f && c != '<' && c != '&')
+            k |= Plain;
+        classes[c] = k;
+    }
+    return classes;
+}
+
+constexpr std::array<uchar, 256> Classes = charClasses();
+
+bool is(char c, CharClass k) {
+    return Classes[uchar(c)] & k;
+}
+
 bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+    return is(c, Space);
 }
 
 bool isNameStart(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+    return is(c, NameStart);
 }
 
 bool isNameChar(char c) {
-    return isNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
+    return is(c, NameChar);
 }
 
 bool isXmlChar(char32_t c) {
@@ -183,8 +212,11 @@ SceneScanner::Token SceneScanner::startTag() {
     Span name;
     if (!readName(name))
         return unsupported();
-    m_name = QString::fromLatin1(m_bytes.sliced(name.begin, name.size));
+    const QByteArrayView tag = m_bytes.sliced(name.begin, name.size);
+    if (m_name.size() != tag.size() || QLatin1StringView(tag) != m_name)
+        m_name = QString::fromLatin1(tag);
     m_attributes.clear();
+    ++m_element;
     for (;;) {
         const bool spaced = m_pos < m_bytes.size() && isSpace(m_bytes[m_pos]);
         skipSpace();
@@ -216,10 +248,11 @@ SceneScanner::Token SceneScanner::startTag() {
         skipSpace();
         if (!readValue(a.value))
             return unsupported();
-        for (const Attribute& other : std::as_const(m_attributes)) {
-            if (other.name.size == a.name.size && m_bytes.sliced(other.name.begin, other.name.size) == key)
-                return unsupported();
-        }
+        a.id = intern(key);
+        // A repeated name, or too many names, is left to QXmlStreamReader.
+        if (a.id < 0 || m_namesById[a.id].element == m_element)
+            return unsupported();
+        m_namesById[a.id].element = m_element;
         m_attributes << a;
     }
     advanceLines(m_pos);
@@ -306,6 +339,17 @@ bool SceneScanner::readValue(Span& span) {
     const char* const end = begin + m_bytes.size();
     const char* p = begin + m_pos + 1;
     span = Span{m_pos + 1, 0, true};
+    // Most values: printable ASCII up to the quote, checked without a branch per byte.
+    if (const char* q = static_cast<const char*>(std::memchr(p, quote, end - p))) {
+        uchar plain = Plain;
+        for (const char* c = p; c < q; ++c)
+            plain &= Classes[uchar(*c)];
+        if (plain) {
+            span.size = (q - begin) - span.begin;
+            m_pos = q - begin + 1;
+            return true;
+        }
+    }
     while (p < end && *p != quote) {
         const char c = *p;
         // Most of a document: printable ASCII without markup, taken as it comes.
@@ -349,7 +393,8 @@ void SceneScanner::skipSpace() {
 void SceneScanner::advanceLines(qsizetype to) {
     const char* p = m_bytes.data() + m_linePos;
     const char* const end = m_bytes.data() + to;
-    m_line += std::count(p, end, '\n');
+    for (const char* n = p; (n = static_cast<const char*>(std::memchr(n, '\n', end - n))); ++n)
+        ++m_line;
     while (p < end && (p = static_cast<const char*>(std::memchr(p, '\r', end - p)))) {
         ++p;
         if (p == m_bytes.data() + m_bytes.size() || *p != '\n')
@@ -367,17 +412,43 @@ qsizetype SceneScanner::find(QLatin1StringView name) const {
     return -1;
 }
 
-// Elements of a kind repeat their names in the same order: a name is kept by its position and
-// shared while the next elements repeat it.
-QString SceneScanner::attributeName(qsizetype i) const {
-    const Span& span = m_attributes.at(i).name;
-    const QByteArrayView bytes = m_bytes.sliced(span.begin, span.size);
-    if (i >= m_names.size())
-        m_names.resize(i + 1);
-    QString& name = m_names[i];
-    if (name.size() != bytes.size() || QLatin1StringView(bytes) != name)
-        name = QString::fromLatin1(bytes);
-    return name;
+int SceneScanner::intern(QByteArrayView name) {
+    // Far beyond the names the library writes: such a document is read the slow way.
+    constexpr int MaxNames = 4096;
+    // FNV-1a: names are short, and a general hash costs more than the whole probe.
+    size_t hash = 2166136261u;
+    for (const char c : name)
+        hash = (hash ^ uchar(c)) * 16777619u;
+    if (m_nameTable.isEmpty())
+        m_nameTable.fill(-1, 256);
+    qsizetype mask = m_nameTable.size() - 1;
+    qsizetype slot = qsizetype(hash) & mask;
+    for (; m_nameTable[slot] >= 0; slot = (slot + 1) & mask) {
+        const Name& known = m_namesById[m_nameTable[slot]];
+        if (known.hash == hash && known.bytes == name)
+            return m_nameTable[slot];
+    }
+    if (m_namesById.size() >= MaxNames)
+        return -1;
+    const int id = int(m_namesById.size());
+    m_namesById.append(Name{QString::fromLatin1(name), name, hash, 0});
+    m_nameTable[slot] = id;
+    if (m_namesById.size() * 2 > m_nameTable.size()) {
+        m_nameTable.fill(-1, m_nameTable.size() * 2);
+        mask = m_nameTable.size() - 1;
+        for (const Name& known : std::as_const(m_namesById)) {
+            qsizetype s = qsizetype(known.hash) & mask;
+            while (m_nameTable[s] >= 0)
+                s = (s + 1) & mask;
+            m_nameTable[s] = int(&known - m_namesById.constData());
+        }
+    }
+    return id;
+}
+
+QLatin1StringView SceneScanner::plainValue(qsizetype i) const {
+    const Span& span = m_attributes.at(i).value;
+    return QLatin1StringView(m_bytes.sliced(span.begin, span.size));
 }
 
 QString SceneScanner::attributeValue(qsizetype i) const {

@@ -24,8 +24,12 @@ public:
     QStringView name() const { return m_name; }
     // Of the current start element, in document order.
     qsizetype attributeCount() const { return m_attributes.size(); }
-    QString attributeName(qsizetype i) const;
+    // The same name is the same shared string in every element of the document.
+    const QString& attributeName(qsizetype i) const { return m_namesById[m_attributes.at(i).id].text; }
     QString attributeValue(qsizetype i) const;
+    // The bytes of the value as they stand in the document: its text when isPlainValue.
+    bool isPlainValue(qsizetype i) const { return m_attributes.at(i).value.plain; }
+    QLatin1StringView plainValue(qsizetype i) const;
     bool hasAttribute(QLatin1StringView name) const { return find(name) >= 0; }
     QString attribute(QLatin1StringView name) const;
     // Of the current characters.
@@ -42,6 +46,14 @@ private:
     struct Attribute {
         Span name;
         Span value;
+        int id = -1;
+    };
+    // A name met in the document, and the element it was last met in.
+    struct Name {
+        QString text;
+        QByteArrayView bytes;
+        size_t hash = 0;
+        quint64 element = 0;
     };
 
     Token unsupported();
@@ -54,6 +66,8 @@ private:
     void skipSpace();
     void advanceLines(qsizetype to);
     qsizetype find(QLatin1StringView name) const;
+    // The id of a name, or -1 beyond the names a document may use.
+    int intern(QByteArrayView name);
     QString decode(const Span& span, bool attribute) const;
 
     QByteArrayView m_bytes;
@@ -67,6 +81,9 @@ private:
     QString m_name;
     QList<QString> m_open;
     QList<Attribute> m_attributes;
-    mutable QList<QString> m_names;
+    QList<Name> m_namesById;
+    // Open addressing over m_namesById: ids, -1 where free.
+    QList<int> m_nameTable;
+    quint64 m_element = 0;
     Span m_text;
 };

@@ -131,6 +131,51 @@ private slots:
         QCOMPARE(XmlAttributes(e).attribute("f"), e.attribute("f"));
     }
 
+    // A value replaced in the middle leaves its neighbours; a copy given new values keeps the names
+    // and lookups of its model and leaves the model as it was.
+    void attributesReplaceAndShareNames() {
+        XmlAttributes model;
+        model.setAttribute("a", QStringLiteral("1"));
+        model.setAttribute("bb", QStringLiteral("22"));
+        model.setAttribute("c", QStringLiteral("333"));
+        model.setAttribute("bb", QStringLiteral("x"));
+        QCOMPARE(model.size(), 3);
+        QCOMPARE(model.attribute("a") + model.attribute("bb") + model.attribute("c"),
+                 QStringLiteral("1x333"));
+        model.prepareLookups();
+        XmlAttributes copy = model;
+        copy.clearValues();
+        for (const char* value : {"4", "", "6&<"})
+            copy.appendValue(QLatin1StringView(value));
+        QCOMPARE(copy.attribute("c"), QStringLiteral("6&<"));
+        QVERIFY(copy.hasAttribute("bb") && copy.view("bb").isEmpty() && !copy.hasAttribute("b"));
+        QCOMPARE(model.attribute("c"), QStringLiteral("333"));
+    }
+
+    // Points and rectangles are read without copies, as the variant texts read them.
+    void pointsAndRectsReadAsVariantText_data() {
+        QTest::addColumn<QString>("text");
+        for (const char* text : {"", "x", "1x2", "1.5x-2e3", " 1x2", "1x2x3", "1x", "ax2", "1e400x2", "2e9x1",
+                                 "1x2 3x4", "1x2  3x4", "1x2\t\n3x4", " 1x2 3x4", "1x2 3x4 ", "1 2 3 4",
+                                 "1xx2 3", "1x2 3x4x5", "-0x-0 0x0"})
+            QTest::newRow(text) << QString::fromLatin1(text);
+        QTest::newRow("no-break space") << QStringLiteral("1x2\u00a03x4");
+    }
+    void pointsAndRectsReadAsVariantText() {
+        QFETCH(QString, text);
+        XmlAttributes e;
+        e.setAttribute("v", text);
+        const auto sane = [](double v) { return std::isfinite(v) && std::abs(v) <= 1e9; };
+        QPointF point = ::stringToVariant(text, QMetaType::QPointF).toPointF();
+        if (!sane(point.x()) || !sane(point.y()))
+            point = QPointF();
+        QRectF rect = ::stringToVariant(text, QMetaType::QRectF).toRectF();
+        if (!sane(rect.x()) || !sane(rect.y()) || !sane(rect.width()) || !sane(rect.height()))
+            rect = QRectF();
+        QCOMPARE(readPoint(e, "v"), point);
+        QCOMPARE(readRect(e, "v"), rect);
+    }
+
     void fontComesBack() {
         const QFont font("DejaVu Serif", 13, QFont::Bold, true);
         QCOMPARE(::stringToVariant(::variantToString(font), QMetaType::QFont).value<QFont>(), font);
