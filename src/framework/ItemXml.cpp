@@ -116,8 +116,7 @@ void AbstractBaseItem::commonReadXML(const XmlAttributes& e) {
     m_font = sharedFont(e.attribute(QStringLiteral("font1")));
     m_font2 = sharedFont(e.attribute(QStringLiteral("font2")));
     if (m_label)
-        m_label->setPos(
-            stringToVariant(e.attribute(QStringLiteral("textPos")), QMetaType::QPointF).toPointF());
+        m_label->setPos(readPoint(e, QStringLiteral("textPos")));
     m_uid = readUid(e, QStringLiteral("uid"));
 }
 

@@ -9,6 +9,12 @@ double parseDouble(QStringView text, bool* ok) {
     // A plain decimal: an optional minus, then digits, point and exponent, in a short ASCII text.
     constexpr qsizetype MaxPlain = 40;
     const qsizetype n = text.size();
+    // A single digit, as most measures a kind lacks are written.
+    if (n == 1 && text[0] >= u'0' && text[0] <= u'9') {
+        if (ok)
+            *ok = true;
+        return text[0].unicode() - u'0';
+    }
     bool plain = n > 0 && n <= MaxPlain && (text[0] == QLatin1Char('-') || text[0].isDigit());
     char bytes[MaxPlain];
     for (qsizetype i = 0; plain && i < n; ++i) {

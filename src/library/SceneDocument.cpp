@@ -422,17 +422,19 @@ void SceneDocument::loadImage(const Parsed& parsed, const QString& folder) {
 
 void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
     for (Parsed::Item& p : parsed.items) {
-        const QString name =
-            p.guidName.isEmpty() ? QString() : QStringLiteral(" \"%1\"").arg(p.guidName.left(60));
+        // Only for messages.
+        const auto name = [&p] {
+            return p.guidName.isEmpty() ? QString() : QStringLiteral(" \"%1\"").arg(p.guidName.left(60));
+        };
         if (p.className.isEmpty()) {
-            m_messages << QStringLiteral("line %1: item%2 has no class, skipped").arg(p.line).arg(name);
+            m_messages << QStringLiteral("line %1: item%2 has no class, skipped").arg(p.line).arg(name());
             continue;
         }
         AbstractBaseItem* item = createItem(p.className);
         if (!item) {
             m_messages << QStringLiteral("line %1: item%2 of unknown class \"%3\", skipped")
                               .arg(p.line)
-                              .arg(name, p.className.left(60));
+                              .arg(name(), p.className.left(60));
             continue;
         }
         // The item reads its figures before it joins the scene, which would otherwise take each
@@ -444,7 +446,7 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
         item->setRefreshDeferred(true);
         if (!item->fromAttributes(p.attributes)) {
             m_messages
-                << QStringLiteral("line %1: %2%3 is damaged, skipped").arg(p.line).arg(p.className, name);
+                << QStringLiteral("line %1: %2%3 is damaged, skipped").arg(p.line).arg(p.className, name());
             delete item;
             continue;
         }
