@@ -347,6 +347,11 @@ private slots:
                              {I::Cust, 4 * M_PI * 3200 / 57600}};
         for (auto it = expected.begin(); it != expected.end(); ++it)
             QVERIFY(std::abs(lasso->accessmesureP(it.key()) - it.value()) < 1e-9);
+        // Once segmented the label shows the measure, and a reopened lasso shows the same.
+        const QString shown = lasso->label()->text();
+        QVERIFY(!shown.isEmpty());
+        QCOMPARE(shown, lasso->displayedMesure(lasso->mesureIndex()));
+        QCOMPARE(loadedOn(v.scene, "LassoItem", saved(lasso))->label()->text(), shown);
     }
 
     // The shared state: what was segmented blocks later regions until its lasso goes; InitToolsNames
