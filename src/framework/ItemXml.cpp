@@ -34,9 +34,8 @@ const QString& mesureKey(bool pixel, int i) {
 
 // A round-capped, round-joined pen, shared by the items loaded with the same colour, width and style.
 QPen sharedPen(const QColor& color, int width, Qt::PenStyle style) {
-    static QHash<QString, QPen> pens;
-    const QString key =
-        QStringLiteral("%1 %2 %3").arg(color.name(QColor::HexArgb)).arg(width).arg(int(style));
+    static QHash<std::pair<quint64, qint64>, QPen> pens;
+    const std::pair<quint64, qint64> key(color.rgba64(), qint64(width) * 16 + int(style));
     auto it = pens.find(key);
     if (it == pens.end()) {
         if (pens.size() > 256)
@@ -104,8 +103,7 @@ void AbstractBaseItem::commonReadXML(const XmlAttributes& e) {
     m_textusage = intAttribute(e, QStringLiteral("textuse")) != 0;
     m_mesureIndex = intAttribute(e, QStringLiteral("mesureIndex"));
 
-    const QColor color =
-        stringToVariant(e.attribute(QStringLiteral("color")), QMetaType::QColor).value<QColor>();
+    const QColor color = QColor::fromString(e.view(QStringLiteral("color")));
     const int width = intAttribute(e, QStringLiteral("width"));
     const int style = intAttribute(e, QStringLiteral("style"));
     // Styles outside Qt's range would make the pen unusable; they draw nothing, as a missing style does.

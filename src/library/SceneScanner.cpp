@@ -34,6 +34,11 @@ bool is(char c, CharClass k) {
     return Classes[uchar(c)] & k;
 }
 
+// Names are a few bytes: compared in place rather than through a general comparison.
+bool same(QByteArrayView a, QByteArrayView b) {
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), size_t(a.size())) == 0;
+}
+
 bool isSpace(char c) {
     return is(c, Space);
 }
@@ -217,6 +222,7 @@ SceneScanner::Token SceneScanner::startTag() {
         m_name = QString::fromLatin1(tag);
     m_attributes.clear();
     ++m_element;
+    int previous = -1;
     for (;;) {
         const bool spaced = m_pos < m_bytes.size() && isSpace(m_bytes[m_pos]);
         skipSpace();
@@ -248,11 +254,16 @@ SceneScanner::Token SceneScanner::startTag() {
         skipSpace();
         if (!readValue(a.value))
             return unsupported();
-        a.id = intern(key);
+        // Elements of a kind repeat their names in the same order: the name that followed this
+        // one last time is tried before the table.
+        const int guess = previous >= 0 ? m_namesById[previous].next : m_firstName;
+        a.id = guess >= 0 && same(m_namesById[guess].bytes, key) ? guess : intern(key);
         // A repeated name, or too many names, is left to QXmlStreamReader.
         if (a.id < 0 || m_namesById[a.id].element == m_element)
             return unsupported();
         m_namesById[a.id].element = m_element;
+        (previous >= 0 ? m_namesById[previous].next : m_firstName) = a.id;
+        previous = a.id;
         m_attributes << a;
     }
     advanceLines(m_pos);
@@ -425,13 +436,13 @@ int SceneScanner::intern(QByteArrayView name) {
     qsizetype slot = qsizetype(hash) & mask;
     for (; m_nameTable[slot] >= 0; slot = (slot + 1) & mask) {
         const Name& known = m_namesById[m_nameTable[slot]];
-        if (known.hash == hash && known.bytes == name)
+        if (known.hash == hash && same(known.bytes, name))
             return m_nameTable[slot];
     }
     if (m_namesById.size() >= MaxNames)
         return -1;
     const int id = int(m_namesById.size());
-    m_namesById.append(Name{QString::fromLatin1(name), name, hash, 0});
+    m_namesById.append(Name{QString::fromLatin1(name), name, hash, 0, -1});
     m_nameTable[slot] = id;
     if (m_namesById.size() * 2 > m_nameTable.size()) {
         m_nameTable.fill(-1, m_nameTable.size() * 2);

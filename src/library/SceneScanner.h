@@ -48,12 +48,13 @@ private:
         Span value;
         int id = -1;
     };
-    // A name met in the document, and the element it was last met in.
+    // A name met in the document, the element it was last met in, and the name that followed it.
     struct Name {
         QString text;
         QByteArrayView bytes;
         size_t hash = 0;
         quint64 element = 0;
+        int next = -1;
     };
 
     Token unsupported();
@@ -85,5 +86,7 @@ private:
     // Open addressing over m_namesById: ids, -1 where free.
     QList<int> m_nameTable;
     quint64 m_element = 0;
+    // The first name of the last element.
+    int m_firstName = -1;
     Span m_text;
 };
