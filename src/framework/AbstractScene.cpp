@@ -7,6 +7,7 @@
 #include <QGraphicsView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -25,6 +26,38 @@ AbstractScene::AbstractScene(const QRectF& sceneRect, QObject* parent)
 AbstractScene::~AbstractScene() {
     QMetaObject::invokeMethod(this, "_q_polishItems", Qt::DirectConnection);
     QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
+}
+
+void AbstractScene::deleteItems(const QList<AbstractBaseItem*>& items) {
+    QSet<QGraphicsItem*> going;
+    for (AbstractBaseItem* item : items) {
+        if (item && item->scene() == this && !item->parentItem())
+            going.insert(item);
+    }
+    if (going.isEmpty())
+        return;
+    // As on closing, the polish runs first.
+    QMetaObject::invokeMethod(this, "_q_polishItems", Qt::DirectConnection);
+    // Qt looks each removed top-level item (and each one not indexed yet) up from the bottom of
+    // the stack: taken bottom first, each is found after the items below it that stay, at once
+    // when all go.
+    QList<QGraphicsItem*> ordered;
+    ordered.reserve(going.size());
+    qsizetype staying = 0;
+    for (QGraphicsItem* item : this->items(Qt::AscendingOrder)) {
+        if (going.contains(item))
+            ordered << item;
+        else if (!item->parentItem())
+            ++staying;
+    }
+    // Items not indexed yet would each be looked for past those that stay: any search of an area
+    // indexes them all, once.
+    if (staying > 0)
+        this->items(QRectF(0, 0, 1, 1));
+    for (QGraphicsItem* item : std::as_const(ordered)) {
+        removeItem(item);
+        delete item;
+    }
 }
 
 void AbstractScene::setZoomFactors(double horizontal, double vertical) {

@@ -56,6 +56,11 @@ public:
     AbstractBaseItem* itemInCreation() const;
     void cancelTool();
 
+    // Removes the top-level items given from the scene, each announced by itemRemoved, and deletes
+    // them; others are left alone. The time grows with their number where removing them one by
+    // one from a large scene grows with its square.
+    void deleteItems(const QList<AbstractBaseItem*>& items);
+
     // Picking: an item in creation made of other items (AbstractBaseItem::picksNeeded) is given the
     // item under each left click instead of the press; the releases, Return, Escape and the right
     // button then go as for items drawn by clicks. The picked items are selected while the picking

@@ -9,6 +9,7 @@
 #include <QGraphicsView>
 #include <QHash>
 #include <QPainter>
+#include <QPen>
 #include <QStyleOptionGraphicsItem>
 
 namespace {
@@ -20,6 +21,11 @@ constexpr double MinReadableHeight = 4;
 
 SimpleTextItem::SimpleTextItem(QGraphicsItem* parent)
     : QGraphicsSimpleTextItem(parent) {
+    // Qt gives every text item a pen of its own, equal to the shared empty pen but allocated apart;
+    // an equal pen is not taken, so a different one goes in first. Every label then shares one.
+    static const QPen unequal(Qt::NoBrush, 0);
+    setPen(unequal);
+    setPen(QPen(Qt::NoPen));
     setFlag(ItemIsMovable, true);
     setFlag(ItemIsSelectable, true);
 }

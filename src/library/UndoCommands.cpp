@@ -115,8 +115,7 @@ void DeleteItemsCommand::redo() {
         if (text && !goingItems.contains(text) && goingItems.contains(text->linkedItem()))
             m_followers << ItemSnapshot::take(text);
     }
-    for (AbstractBaseItem* item : std::as_const(goingItems))
-        deleteItem(m_scene, item);
+    m_scene->deleteItems(goingItems.values());
 }
 
 void DeleteItemsCommand::undo() {
