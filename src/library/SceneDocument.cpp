@@ -453,10 +453,11 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
         if (!item->keepsReadMesures())
             item->computeMesures(nullptr);
         item->setRefreshDeferred(false);
+        // Editable as a drawn item is once accepted, before the scene announces it.
+        QGraphicsItem::GraphicsItemFlags flags = item->flags() | QGraphicsItem::ItemIsSelectable;
+        flags.setFlag(QGraphicsItem::ItemIsMovable, !item->locked());
+        item->setFlags(flags);
         scene->addItem(item);
-        // Editable as a drawn item is once accepted.
-        item->setFlag(QGraphicsItem::ItemIsSelectable, true);
-        item->setFlag(QGraphicsItem::ItemIsMovable, !item->locked());
         QString reference = p.reference;
         if (reference.isEmpty() || m_byReference.contains(reference)) {
             const QString given = newReference();

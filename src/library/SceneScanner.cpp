@@ -36,7 +36,13 @@ bool is(char c, CharClass k) {
 
 // Names are a few bytes: compared in place rather than through a general comparison.
 bool same(QByteArrayView a, QByteArrayView b) {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), size_t(a.size())) == 0;
+    if (a.size() != b.size())
+        return false;
+    for (qsizetype i = 0; i < a.size(); ++i) {
+        if (a[i] != b[i])
+            return false;
+    }
+    return true;
 }
 
 bool isSpace(char c) {
@@ -245,7 +251,7 @@ SceneScanner::Token SceneScanner::startTag() {
         if (!spaced || !readName(a.name))
             return unsupported();
         const QByteArrayView key = m_bytes.sliced(a.name.begin, a.name.size);
-        if (key.startsWith("xml"))
+        if (key.size() >= 3 && key[0] == 'x' && key[1] == 'm' && key[2] == 'l')
             return unsupported();
         skipSpace();
         if (m_pos >= m_bytes.size() || m_bytes[m_pos] != '=')
