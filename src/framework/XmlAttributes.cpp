@@ -2,6 +2,7 @@
 
 #include <QDomElement>
 #include <QDomNamedNodeMap>
+#include <QHashFunctions>
 
 #include <cstring>
 
@@ -22,8 +23,14 @@ void XmlAttributes::copyTo(QDomElement& element) const {
 
 namespace {
 
-// FNV-1a: names are short, and a general hash costs more than the whole probe.
-qsizetype hashOf(const QString& name) {
+// Beyond this many slots the names are not an item's: Qt's seeded hash keeps a document from
+// choosing names that all fall on one slot.
+constexpr qsizetype SmallTable = 128;
+
+// FNV-1a for an item's few short names, where a general hash costs more than the whole probe.
+qsizetype hashOf(const QString& name, qsizetype tableSize) {
+    if (tableSize > SmallTable)
+        return qsizetype(qHash(name, QHashSeed::globalSeed()));
     size_t hash = 2166136261u;
     for (const QChar c : name)
         hash = (hash ^ c.unicode()) * 16777619u;
@@ -41,7 +48,7 @@ void XmlAttributes::prepareLookups() const {
     m_slots.fill(-1, size);
     const qsizetype mask = size - 1;
     for (int i = 0; i < m_names.size(); ++i) {
-        qsizetype slot = hashOf(m_names[i]) & mask;
+        qsizetype slot = hashOf(m_names[i], size) & mask;
         while (m_slots[slot] >= 0)
             slot = (slot + 1) & mask;
         m_slots[slot] = i;
@@ -51,7 +58,7 @@ void XmlAttributes::prepareLookups() const {
 qsizetype XmlAttributes::indexOf(const QString& name) const {
     prepareLookups();
     const qsizetype mask = m_slots.size() - 1;
-    for (qsizetype slot = hashOf(name) & mask; m_slots[slot] >= 0; slot = (slot + 1) & mask) {
+    for (qsizetype slot = hashOf(name, m_slots.size()) & mask; m_slots[slot] >= 0; slot = (slot + 1) & mask) {
         const QString& candidate = m_names[m_slots[slot]];
         if (candidate.size() == name.size() &&
             std::memcmp(candidate.constData(), name.constData(), size_t(name.size()) * sizeof(QChar)) == 0)

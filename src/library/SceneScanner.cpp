@@ -1,5 +1,7 @@
 #include "SceneScanner.h"
 
+#include <QHashFunctions>
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -432,10 +434,9 @@ qsizetype SceneScanner::find(QLatin1StringView name) const {
 int SceneScanner::intern(QByteArrayView name) {
     // Far beyond the names the library writes: such a document is read the slow way.
     constexpr int MaxNames = 4096;
-    // FNV-1a: names are short, and a general hash costs more than the whole probe.
-    size_t hash = 2166136261u;
-    for (const char c : name)
-        hash = (hash ^ uchar(c)) * 16777619u;
+    // Seeded, so that a document cannot choose names that all fall on one slot; most names are
+    // found by the guess before they come here.
+    const size_t hash = qHash(name, QHashSeed::globalSeed());
     if (m_nameTable.isEmpty())
         m_nameTable.fill(-1, 256);
     qsizetype mask = m_nameTable.size() - 1;

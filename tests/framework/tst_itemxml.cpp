@@ -150,6 +150,13 @@ private slots:
         QCOMPARE(copy.attribute("c"), QStringLiteral("6&<"));
         QVERIFY(copy.hasAttribute("bb") && copy.view("bb").isEmpty() && !copy.hasAttribute("b"));
         QCOMPARE(model.attribute("c"), QStringLiteral("333"));
+        // An element with far more names than an item writes is looked up through another hash.
+        XmlAttributes many;
+        for (int i = 0; i < 300; ++i)
+            many.append(QString::number(i), QString::number(i * 7));
+        for (int i = 0; i < 300; ++i)
+            QCOMPARE(many.view(QString::number(i)).toInt(), i * 7);
+        QVERIFY(!many.hasAttribute("300"));
     }
 
     // Points and rectangles are read without copies, as the variant texts read them.
