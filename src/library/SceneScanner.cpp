@@ -412,7 +412,7 @@ void SceneScanner::skipSpace() {
 void SceneScanner::advanceLines(qsizetype to) {
     const char* p = m_bytes.data() + m_linePos;
     const char* const end = m_bytes.data() + to;
-    for (const char* n = p; (n = static_cast<const char*>(std::memchr(n, '\n', end - n))); ++n)
+    for (const char* n = p; n < end && (n = static_cast<const char*>(std::memchr(n, '\n', end - n))); ++n)
         ++m_line;
     while (p < end && (p = static_cast<const char*>(std::memchr(p, '\r', end - p)))) {
         ++p;
