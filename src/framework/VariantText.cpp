@@ -10,7 +10,6 @@
 #include <QPointF>
 #include <QRectF>
 #include <QRegion>
-#include <QRegularExpression>
 #include <QSizeF>
 #include <QStringList>
 #include <QTransform>
@@ -31,8 +30,33 @@ QString rectText(const QRectF& r) {
     return QStringLiteral("%1x%2 %3x%4").arg(g6(r.x()), g6(r.y()), g6(r.width()), g6(r.height()));
 }
 
+bool isAsciiSpace(char16_t c) {
+    return c == u' ' || (c >= u'\t' && c <= u'\r');
+}
+
+// Splits text at 'x', and with spaces also at each run of ASCII white space, empty parts kept;
+// false unless there are exactly count parts.
+template <qsizetype count> bool splitParts(QStringView text, bool spaces, QStringView (&parts)[count]) {
+    qsizetype n = 0;
+    qsizetype begin = 0;
+    for (qsizetype i = 0; i <= text.size(); ++i) {
+        const bool atEnd = i == text.size();
+        const bool cut = atEnd || text[i] == u'x' || (spaces && isAsciiSpace(text[i].unicode()));
+        if (!cut)
+            continue;
+        if (n == count)
+            return false;
+        parts[n++] = text.sliced(begin, i - begin);
+        if (!atEnd && text[i] != u'x')
+            while (i + 1 < text.size() && isAsciiSpace(text[i + 1].unicode()))
+                ++i;
+        begin = i + 1;
+    }
+    return n == count;
+}
+
 // A coordinate that does not read as a finite number reads as 0: scenes cannot hold the others.
-double coordinate(const QString& text) {
+double coordinate(QStringView text) {
     bool ok = false;
     const double v = parseDouble(text, &ok);
     return ok && std::isfinite(v) ? v : 0.0;
@@ -96,22 +120,35 @@ QString variantToString(const QVariant& value) {
     }
 }
 
+bool pointFromText(QStringView text, QPointF& point) {
+    QStringView parts[2];
+    if (!splitParts(text, false, parts))
+        return false;
+    point = QPointF(coordinate(parts[0]), coordinate(parts[1]));
+    return true;
+}
+
+bool rectFromText(QStringView text, QRectF& rect) {
+    QStringView parts[4];
+    if (!splitParts(text, true, parts))
+        return false;
+    rect = QRectF(coordinate(parts[0]), coordinate(parts[1]), coordinate(parts[2]), coordinate(parts[3]));
+    return true;
+}
+
 QVariant stringToVariant(const QString& text, QMetaType::Type type, bool* ok) {
     if (ok)
         *ok = true;
     if (text.isEmpty())
         return QVariant();
 
+    QPointF point;
+    QRectF rect;
+    if (type == QMetaType::QPointF && pointFromText(text, point))
+        return point;
+    if (type == QMetaType::QRectF && rectFromText(text, rect))
+        return rect;
     if (type == QMetaType::QPointF || type == QMetaType::QRectF) {
-        static const QRegularExpression rectSeparators(QStringLiteral("\\s+|x"));
-        const QStringList parts = type == QMetaType::QPointF
-                                      ? text.split(QLatin1Char('x'), Qt::KeepEmptyParts)
-                                      : text.split(rectSeparators, Qt::KeepEmptyParts);
-        if (type == QMetaType::QPointF && parts.size() == 2)
-            return QPointF(coordinate(parts[0]), coordinate(parts[1]));
-        if (type == QMetaType::QRectF && parts.size() == 4)
-            return QRectF(coordinate(parts[0]), coordinate(parts[1]), coordinate(parts[2]),
-                          coordinate(parts[3]));
         if (ok)
             *ok = false;
         return QVariant();

@@ -1,5 +1,6 @@
 #include "XmlRead.h"
 
+#include "VariantText.h"
 #include "XmlAttributes.h"
 
 #include <charconv>
@@ -45,47 +46,10 @@ double readNumber(const XmlAttributes& e, const QString& key, double fallback) {
     return ok && isSceneNumber(v) ? v : fallback;
 }
 
-namespace {
-
-bool isAsciiSpace(char16_t c) {
-    return c == u' ' || (c >= u'\t' && c <= u'\r');
-}
-
-// Splits text as the variant texts are split (at 'x', and with spaces also at each run of ASCII
-// white space), empty parts kept; false unless there are exactly count parts.
-template <qsizetype count> bool splitParts(QStringView text, bool spaces, QStringView (&parts)[count]) {
-    qsizetype n = 0;
-    qsizetype begin = 0;
-    for (qsizetype i = 0; i <= text.size(); ++i) {
-        const bool atEnd = i == text.size();
-        const bool cut = atEnd || text[i] == u'x' || (spaces && isAsciiSpace(text[i].unicode()));
-        if (!cut)
-            continue;
-        if (n == count)
-            return false;
-        parts[n++] = text.sliced(begin, i - begin);
-        if (!atEnd && text[i] != u'x')
-            while (i + 1 < text.size() && isAsciiSpace(text[i + 1].unicode()))
-                ++i;
-        begin = i + 1;
-    }
-    return n == count;
-}
-
-// A part that is no finite number reads as 0, as in the variant texts.
-double coordinate(QStringView text) {
-    bool ok = false;
-    const double v = parseDouble(text, &ok);
-    return ok && std::isfinite(v) ? v : 0.0;
-}
-
-} // namespace
-
 QPointF readPoint(const XmlAttributes& e, const QString& key) {
-    QStringView parts[2];
-    if (!splitParts(e.view(key), false, parts))
+    QPointF p;
+    if (!pointFromText(e.view(key), p))
         return QPointF();
-    const QPointF p(coordinate(parts[0]), coordinate(parts[1]));
     return isSceneNumber(p.x()) && isSceneNumber(p.y()) ? p : QPointF();
 }
 
@@ -97,11 +61,11 @@ QList<QPointF> readPointList(QStringView text) {
             continue;
         const QStringView part = text.sliced(begin, end - begin);
         begin = end + 1;
-        QStringView xy[2];
-        if (part.isEmpty() || !splitParts(part, false, xy))
+        const qsizetype x = part.indexOf(u'x');
+        if (x < 0 || part.indexOf(u'x', x + 1) >= 0)
             continue;
         bool okX = false, okY = false;
-        const QPointF p(parseDouble(xy[0], &okX), parseDouble(xy[1], &okY));
+        const QPointF p(parseDouble(part.first(x), &okX), parseDouble(part.sliced(x + 1), &okY));
         if (okX && okY && isSceneNumber(p.x()) && isSceneNumber(p.y()))
             points.append(p);
     }
@@ -109,10 +73,9 @@ QList<QPointF> readPointList(QStringView text) {
 }
 
 QRectF readRect(const XmlAttributes& e, const QString& key) {
-    QStringView parts[4];
-    if (!splitParts(e.view(key), true, parts))
+    QRectF r;
+    if (!rectFromText(e.view(key), r))
         return QRectF();
-    const QRectF r(coordinate(parts[0]), coordinate(parts[1]), coordinate(parts[2]), coordinate(parts[3]));
     const bool sane =
         isSceneNumber(r.x()) && isSceneNumber(r.y()) && isSceneNumber(r.width()) && isSceneNumber(r.height());
     return sane ? r : QRectF();
