@@ -107,8 +107,7 @@ void AbstractBaseItem::setPen(const QPen& pen) {
 
 void AbstractBaseItem::setFont(const QFont& font) {
     m_font = font;
-    if (m_label->font() != font)
-        m_label->setFont(font);
+    m_label->setLabelFont(font);
     m_label->setTextColor(m_pen.color());
 }
 

@@ -21,8 +21,7 @@ void AbstractBaseItem::setupCentroidHandgrip() {
     // Called on every measure: a label laid out again for nothing costs more than the measure.
     if (m_label->parentItem() != m_handgripCentroid)
         m_label->setParentItem(m_handgripCentroid);
-    if (m_label->font() != m_font)
-        m_label->setFont(m_font);
+    m_label->setLabelFont(m_font);
 }
 
 void AbstractBaseItem::placeCentroidHandgrip() {

@@ -42,6 +42,21 @@ void SimpleTextItem::setTextColor(const QColor& color) {
     setBrush(*it);
 }
 
+void SimpleTextItem::setLabelFont(const QFont& font) {
+    // A scene's labels use a few fonts: they share the unshaped copy of the last one given.
+    static QFont given;
+    static QFont unshaped;
+    static bool made = false;
+    if (!made || font != given) {
+        given = font;
+        unshaped = font;
+        unshaped.setStyleStrategy(QFont::StyleStrategy(font.styleStrategy() | QFont::PreferNoShaping));
+        made = true;
+    }
+    if (this->font() != unshaped)
+        setFont(unshaped);
+}
+
 QColor SimpleTextItem::textColor() const {
     return brush().color();
 }

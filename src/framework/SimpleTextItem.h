@@ -10,6 +10,10 @@ public:
     explicit SimpleTextItem(QGraphicsItem* parent = nullptr);
 
     void setTextColor(const QColor& color);
+    // The font of a measure label: the given one, laid out without the optional shaping of simple
+    // scripts (kerning, ligatures). A label is a short run of digits, letters and unit signs, and
+    // its layout then costs half as much; complex scripts are still shaped.
+    void setLabelFont(const QFont& font);
     QColor textColor() const;
     // Text too small to read on the device is not drawn; readable text stands on a translucent plate
     // when the scene asks for label backgrounds.
