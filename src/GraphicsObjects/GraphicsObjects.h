@@ -10,6 +10,7 @@
 #include "CachedLineItem.h"
 #include "Calibration.h"
 #include "CommonParams.h"
+#include "EllipseOutlineItem.h"
 #include "HostTypes.h"
 #include "HoverEventItem.h"
 #include "ItemLinks.h"

@@ -1,6 +1,7 @@
 #include "CircleItem.h"
 
 #include "AbstractScene.h"
+#include "EllipseOutlineItem.h"
 #include "HoverEventItem.h"
 #include "ItemSnapshots.h"
 #include "RectHandgrips.h"
@@ -23,7 +24,7 @@ constexpr double TwoPi = 6.283185307179586;
 } // namespace
 
 CircleItem::CircleItem(QGraphicsItem* parent, int id, void* context)
-    : ShapeItem(parent, new QGraphicsEllipseItem, 1, 2) {
+    : ShapeItem(parent, new EllipseOutlineItem, 1, 2) {
     initGenerated(id, context, MesureKey, MesureDefault, [this](const _AUTOPOINTPARAMS& params) {
         copyCommonData(this, params.source);
         m_centroidPoint = mapFromScene(params.center);

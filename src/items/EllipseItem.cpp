@@ -2,6 +2,7 @@
 
 #include "GeometryEllipseMetrics.h"
 #include "GeometryIntersections.h"
+#include "EllipseOutlineItem.h"
 #include "HoverEventItem.h"
 #include "RectHandgrips.h"
 #include "RoundItem.h"
@@ -42,7 +43,7 @@ QRectF recordRect(const _AUTOPOINTPARAMS& params) {
 } // namespace
 
 EllipseItem::EllipseItem(QGraphicsItem* parent, int id, void* context)
-    : ShapeItem(parent, new QGraphicsEllipseItem, 1, 2) {
+    : ShapeItem(parent, new EllipseOutlineItem, 1, 2) {
     initGenerated(id, context, MesureKey, MesureDefault, [this](const _AUTOPOINTPARAMS& params) {
         const QRectF r = recordRect(params);
         m_refusedRecord = !sceneRect(r);

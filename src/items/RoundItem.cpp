@@ -1,5 +1,6 @@
 #include "RoundItem.h"
 
+#include "EllipseOutlineItem.h"
 #include "VariantText.h"
 #include "XmlRead.h"
 
@@ -72,7 +73,7 @@ bool saneMesures(const AbstractBaseItem& item) {
 }
 
 RoundItem::RoundItem(QGraphicsItem* parent, bool arc, Start start)
-    : ShapeItem(parent, arc ? static_cast<QGraphicsItem*>(new QGraphicsPathItem) : new QGraphicsEllipseItem,
+    : ShapeItem(parent, arc ? static_cast<QGraphicsItem*>(new QGraphicsPathItem) : new EllipseOutlineItem,
                 1, 0)
     , m_arc(arc)
     , m_start(start) {}
