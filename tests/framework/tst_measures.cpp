@@ -176,6 +176,8 @@ private slots:
         QCOMPARE(item.label()->textColor(), QColor(Qt::blue));
         item.setFont(QFont("DejaVu Sans", 17));
         QCOMPARE(item.label()->font().pointSize(), 17);
+        QVERIFY(item.label()->font().styleStrategy() & QFont::PreferNoShaping);
+        QCOMPARE(item.font().styleStrategy(), QFont::PreferDefault);
         item.addGrip(0, HoverEventItem::Move);
         item.setupCentroidHandgrip();
         item.transmitFont(QFont("DejaVu Sans", 7));
