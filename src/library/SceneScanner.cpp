@@ -9,7 +9,7 @@
 namespace {
 
 // What each byte may be, looked up once rather than compared several times.
-enum CharClass : uchar { Space = 1, NameStart = 2, NameChar = 4, Plain = 8 };
+enum CharClass : uchar { Space = 1, NameStart = 2, NameChar = 4, Plain = 8, NameEnd = 16 };
 
 constexpr std::array<uchar, 256> charClasses() {
     std::array<uchar, 256> classes{};
@@ -25,6 +25,9 @@ constexpr std::array<uchar, 256> charClasses() {
         // Printable ASCII that stands for itself in an attribute value.
         if (c >= 0x20 && c < 0x7f && c != '<' && c != '&')
             k |= Plain;
+        // What may follow a name this reader knows.
+        if ((k & Space) || c == '=' || c == '>' || c == '/')
+            k |= NameEnd;
         classes[c] = k;
     }
     return classes;
@@ -250,11 +253,26 @@ SceneScanner::Token SceneScanner::startTag() {
             break;
         }
         Attribute a;
-        if (!spaced || !readName(a.name))
+        if (!spaced)
             return unsupported();
-        const QByteArrayView key = m_bytes.sliced(a.name.begin, a.name.size);
-        if (key.size() >= 3 && key[0] == 'x' && key[1] == 'm' && key[2] == 'l')
-            return unsupported();
+        // Elements of a kind repeat their names in the same order: the name that followed this
+        // one last time is looked for in place, before reading a name and the table.
+        const int guess = previous >= 0 ? m_namesById.at(previous).next : m_firstName;
+        if (guess >= 0 && nameFollows(m_namesById.at(guess).bytes)) {
+            a.name = Span{m_pos, m_namesById.at(guess).bytes.size(), true};
+            m_pos += a.name.size;
+            a.id = guess;
+        } else {
+            if (!readName(a.name))
+                return unsupported();
+            const QByteArrayView key = m_bytes.sliced(a.name.begin, a.name.size);
+            if (key.size() >= 3 && key[0] == 'x' && key[1] == 'm' && key[2] == 'l')
+                return unsupported();
+            a.id = intern(key);
+            // Too many names: left to QXmlStreamReader.
+            if (a.id < 0)
+                return unsupported();
+        }
         skipSpace();
         if (m_pos >= m_bytes.size() || m_bytes[m_pos] != '=')
             return unsupported();
@@ -262,17 +280,14 @@ SceneScanner::Token SceneScanner::startTag() {
         skipSpace();
         if (!readValue(a.value))
             return unsupported();
-        // Elements of a kind repeat their names in the same order: the name that followed this
-        // one last time is tried before the table.
-        const int guess = previous >= 0 ? m_namesById[previous].next : m_firstName;
-        a.id = guess >= 0 && same(m_namesById[guess].bytes, key) ? guess : intern(key);
-        // A repeated name, or too many names, is left to QXmlStreamReader.
-        if (a.id < 0 || m_namesById[a.id].element == m_element)
+        Name& name = m_namesById[a.id];
+        // A repeated name is left to QXmlStreamReader.
+        if (name.element == m_element)
             return unsupported();
-        m_namesById[a.id].element = m_element;
+        name.element = m_element;
         (previous >= 0 ? m_namesById[previous].next : m_firstName) = a.id;
         previous = a.id;
-        m_attributes << a;
+        m_attributes.emplaceBack(a);
     }
     advanceLines(m_pos);
     m_token = StartElement;
@@ -338,6 +353,12 @@ SceneScanner::Token SceneScanner::characters() {
     return m_token;
 }
 
+bool SceneScanner::nameFollows(QByteArrayView name) const {
+    const qsizetype end = m_pos + name.size();
+    return end < m_bytes.size() && is(m_bytes[end], NameEnd) &&
+           std::memcmp(m_bytes.data() + m_pos, name.data(), size_t(name.size())) == 0;
+}
+
 bool SceneScanner::readName(Span& span) {
     if (m_pos >= m_bytes.size() || !isNameStart(m_bytes[m_pos]))
         return false;
@@ -346,8 +367,7 @@ bool SceneScanner::readName(Span& span) {
         ++m_pos;
     span.size = m_pos - span.begin;
     // A name that goes on with a character this reader does not know (':' or beyond ASCII).
-    return m_pos < m_bytes.size() && (isSpace(m_bytes[m_pos]) || m_bytes[m_pos] == '=' ||
-                                      m_bytes[m_pos] == '>' || m_bytes[m_pos] == '/');
+    return m_pos < m_bytes.size() && is(m_bytes[m_pos], NameEnd);
 }
 
 bool SceneScanner::readValue(Span& span) {

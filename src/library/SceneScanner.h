@@ -62,6 +62,8 @@ private:
     Token endTag();
     Token characters();
     bool prolog();
+    // Whether the name is at the reading position, whole: readName would read the same.
+    bool nameFollows(QByteArrayView name) const;
     bool readName(Span& span);
     bool readValue(Span& span);
     void skipSpace();
