@@ -10,6 +10,7 @@
 #include <QDomElement>
 #include <QHash>
 
+#include <array>
 #include <functional>
 
 namespace {
@@ -48,14 +49,27 @@ QPen sharedPen(const QColor& color, int width, Qt::PenStyle style) {
 
 // The font a description names, shared by every item loaded with it: a scene's items use a few
 // fonts, and a font of its own costs an item more than the rest of it.
-QFont sharedFont(const QString& description) {
+QFont sharedFont(QStringView description) {
     static QHash<QString, QFont> fonts;
-    auto it = fonts.find(description);
+    // An item names its two fonts as the item before it did: those are found without a copy.
+    struct Recent {
+        QString description;
+        QFont font;
+    };
+    static std::array<Recent, 4> recent;
+    static size_t nextRecent = 0;
+    for (const Recent& r : recent) {
+        if (!r.description.isNull() && description == r.description)
+            return r.font;
+    }
+    const QString key = description.toString();
+    auto it = fonts.find(key);
     if (it == fonts.end()) {
         if (fonts.size() > 256)
             fonts.clear();
-        it = fonts.insert(description, stringToVariant(description, QMetaType::QFont).value<QFont>());
+        it = fonts.insert(key, stringToVariant(key, QMetaType::QFont).value<QFont>());
     }
+    recent[nextRecent++ % recent.size()] = {key, *it};
     return *it;
 }
 
@@ -111,8 +125,8 @@ void AbstractBaseItem::commonReadXML(const XmlAttributes& e) {
         style >= Qt::NoPen && style <= Qt::CustomDashLine ? Qt::PenStyle(style) : Qt::NoPen;
     m_pen = sharedPen(color, qMax(0, width), penStyle);
 
-    m_font = sharedFont(e.attribute(QStringLiteral("font1")));
-    m_font2 = sharedFont(e.attribute(QStringLiteral("font2")));
+    m_font = sharedFont(e.view(QStringLiteral("font1")));
+    m_font2 = sharedFont(e.view(QStringLiteral("font2")));
     if (m_label)
         m_label->setPos(readPoint(e, QStringLiteral("textPos")));
     m_uid = readUid(e, QStringLiteral("uid"));

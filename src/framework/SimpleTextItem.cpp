@@ -26,8 +26,7 @@ SimpleTextItem::SimpleTextItem(QGraphicsItem* parent)
     static const QPen unequal(Qt::NoBrush, 0);
     setPen(unequal);
     setPen(QPen(Qt::NoPen));
-    setFlag(ItemIsMovable, true);
-    setFlag(ItemIsSelectable, true);
+    setFlags(flags() | ItemIsMovable | ItemIsSelectable);
 }
 
 // Labels of one colour share one brush.
