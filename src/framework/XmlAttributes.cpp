@@ -99,7 +99,8 @@ void XmlAttributes::setAttribute(const QString& name, QStringView value) {
 void XmlAttributes::append(const QString& name, QStringView value) {
     m_names.append(name);
     m_slots.clear();
-    appendValue(value);
+    m_values.append(value);
+    m_ends.append(m_values.size());
 }
 
 void XmlAttributes::reserve(qsizetype count) {
@@ -108,21 +109,16 @@ void XmlAttributes::reserve(qsizetype count) {
     m_values.reserve(count * 12);
 }
 
-void XmlAttributes::clearValues(qsizetype capacity) {
-    m_values = QString();
-    m_values.reserve(capacity);
-    m_ends.clear();
-    m_ends.reserve(m_names.size());
-}
-
-void XmlAttributes::appendValue(QStringView value) {
-    m_values.append(value);
-    m_ends.append(m_values.size());
-}
-
-void XmlAttributes::appendValue(QLatin1StringView value) {
-    m_values.append(value);
-    m_ends.append(m_values.size());
+void XmlAttributes::setValues(QString values, QList<qsizetype> ends) {
+    bool ordered = ends.size() == m_names.size();
+    for (qsizetype i = 0; ordered && i < ends.size(); ++i)
+        ordered = ends[i] >= (i == 0 ? 0 : ends[i - 1]) && ends[i] <= values.size();
+    if (!ordered) {
+        values.clear();
+        ends.fill(0, m_names.size());
+    }
+    m_values = std::move(values);
+    m_ends = std::move(ends);
 }
 
 void XmlAttributes::setAttribute(const QString& name, qlonglong value) {

@@ -43,11 +43,9 @@ public:
 
     // Makes the lookup table now, so that copies share it.
     void prepareLookups() const;
-    // Keeps the names and their lookup table and drops the values, making room for about capacity
-    // characters; appendValue then gives the value of each name in turn.
-    void clearValues(qsizetype capacity = 0);
-    void appendValue(QStringView value);
-    void appendValue(QLatin1StringView value);
+    // Keeps the names and their lookup table and takes new values: the value of each name in turn,
+    // one after another in values, the i-th ending at ends[i]. Wrong ends read as no values.
+    void setValues(QString values, QList<qsizetype> ends);
 
     qsizetype size() const { return m_names.size(); }
     const QString& name(qsizetype i) const { return m_names.at(i); }

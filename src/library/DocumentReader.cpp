@@ -2,6 +2,8 @@
 
 #include <QDomElement>
 
+#include <algorithm>
+
 DocumentReader::DocumentReader(QByteArrayView bytes, int maxDepth, int maxElements, qint64 maxBytes)
     : m_scanner(std::in_place, bytes)
     , m_maxDepth(maxDepth)
@@ -116,16 +118,35 @@ void DocumentReader::copyAttributes(XmlAttributes& attributes) {
         if (m_models.size() < MaxModels)
             m_models.append(attributes);
     }
+    // A value read is never longer than its bytes: references, line ends and UTF-8 sequences
+    // all shrink. Plain values are widened in place.
     qsizetype bytes = 0;
     for (qsizetype i = 0; i < count; ++i)
         bytes += m_scanner->plainValue(i).size();
-    attributes.clearValues(bytes);
+    QString values(bytes, Qt::Uninitialized);
+    char16_t* out = reinterpret_cast<char16_t*>(values.data());
+    QList<qsizetype> ends(count);
+    qsizetype at = 0;
     for (qsizetype i = 0; i < count; ++i) {
-        if (m_scanner->isPlainValue(i))
-            attributes.appendValue(m_scanner->plainValue(i));
-        else
-            attributes.appendValue(m_scanner->attributeValue(i));
+        if (m_scanner->isPlainValue(i)) {
+            const QLatin1StringView plain = m_scanner->plainValue(i);
+            const uchar* in = reinterpret_cast<const uchar*>(plain.data());
+            for (qsizetype k = 0; k < plain.size(); ++k)
+                out[at + k] = in[k];
+            at += plain.size();
+        } else {
+            const QString value = m_scanner->attributeValue(i);
+            if (at + value.size() > values.size()) {
+                values.resize(at + value.size());
+                out = reinterpret_cast<char16_t*>(values.data());
+            }
+            std::copy(value.utf16(), value.utf16() + value.size(), out + at);
+            at += value.size();
+        }
+        ends[i] = at;
     }
+    values.truncate(at);
+    attributes.setValues(std::move(values), std::move(ends));
 }
 
 void DocumentReader::skipContent() {

@@ -144,9 +144,7 @@ private slots:
                  QStringLiteral("1x333"));
         model.prepareLookups();
         XmlAttributes copy = model;
-        copy.clearValues();
-        for (const char* value : {"4", "", "6&<"})
-            copy.appendValue(QLatin1StringView(value));
+        copy.setValues(QStringLiteral("46&<"), {1, 1, 4});
         QCOMPARE(copy.attribute("c"), QStringLiteral("6&<"));
         QVERIFY(copy.hasAttribute("bb") && copy.view("bb").isEmpty() && !copy.hasAttribute("b"));
         QCOMPARE(model.attribute("c"), QStringLiteral("333"));
