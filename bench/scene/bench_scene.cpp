@@ -114,8 +114,12 @@ int measureOne(int count) {
             QDomDocument doc;
             doc.setContent(bytes);
         });
+        // A host closing a scene drops its document with it.
         if (scene)
-            closes << msOf([&] { scene.reset(); });
+            closes << msOf([&] {
+                scene.reset();
+                document = SceneDocument();
+            });
         const double before = heapInUse();
         auto opened = std::make_unique<AbstractScene>();
         SceneDocument openedDocument;
