@@ -56,13 +56,16 @@ void XmlAttributes::prepareLookups() const {
 }
 
 qsizetype XmlAttributes::indexOf(const QString& name) const {
-    prepareLookups();
+    if (m_slots.isEmpty())
+        prepareLookups();
+    const int* const table = m_slots.constData();
+    const QString* const names = m_names.constData();
     const qsizetype mask = m_slots.size() - 1;
-    for (qsizetype slot = hashOf(name, m_slots.size()) & mask; m_slots[slot] >= 0; slot = (slot + 1) & mask) {
-        const QString& candidate = m_names[m_slots[slot]];
+    for (qsizetype slot = hashOf(name, m_slots.size()) & mask; table[slot] >= 0; slot = (slot + 1) & mask) {
+        const QString& candidate = names[table[slot]];
         if (candidate.size() == name.size() &&
             std::memcmp(candidate.constData(), name.constData(), size_t(name.size()) * sizeof(QChar)) == 0)
-            return m_slots[slot];
+            return table[slot];
     }
     return -1;
 }
@@ -111,8 +114,11 @@ void XmlAttributes::reserve(qsizetype count) {
 
 void XmlAttributes::setValues(QString values, QList<qsizetype> ends) {
     bool ordered = ends.size() == m_names.size();
-    for (qsizetype i = 0; ordered && i < ends.size(); ++i)
-        ordered = ends[i] >= (i == 0 ? 0 : ends[i - 1]) && ends[i] <= values.size();
+    qsizetype previous = 0;
+    for (const qsizetype end : std::as_const(ends)) {
+        ordered = ordered && end >= previous && end <= values.size();
+        previous = end;
+    }
     if (!ordered) {
         values.clear();
         ends.fill(0, m_names.size());

@@ -126,6 +126,7 @@ void DocumentReader::copyAttributes(XmlAttributes& attributes) {
     QString values(bytes, Qt::Uninitialized);
     char16_t* out = reinterpret_cast<char16_t*>(values.data());
     QList<qsizetype> ends(count);
+    qsizetype* const endOf = ends.data();
     qsizetype at = 0;
     for (qsizetype i = 0; i < count; ++i) {
         if (m_scanner->isPlainValue(i)) {
@@ -143,7 +144,7 @@ void DocumentReader::copyAttributes(XmlAttributes& attributes) {
             std::copy(value.utf16(), value.utf16() + value.size(), out + at);
             at += value.size();
         }
-        ends[i] = at;
+        endOf[i] = at;
     }
     values.truncate(at);
     attributes.setValues(std::move(values), std::move(ends));

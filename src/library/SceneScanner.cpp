@@ -287,7 +287,7 @@ SceneScanner::Token SceneScanner::startTag() {
         name.element = m_element;
         (previous >= 0 ? m_namesById[previous].next : m_firstName) = a.id;
         previous = a.id;
-        m_attributes.emplaceBack(a);
+        m_attributes.push_back(a);
     }
     advanceLines(m_pos);
     m_token = StartElement;
@@ -443,7 +443,7 @@ void SceneScanner::advanceLines(qsizetype to) {
 }
 
 qsizetype SceneScanner::find(QLatin1StringView name) const {
-    for (qsizetype i = 0; i < m_attributes.size(); ++i) {
+    for (size_t i = 0; i < m_attributes.size(); ++i) {
         const Span& span = m_attributes[i].name;
         if (span.size == name.size() && m_bytes.sliced(span.begin, span.size) == QByteArrayView(name))
             return i;

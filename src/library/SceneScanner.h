@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+#include <vector>
+
 // A reader for the plain XML the library writes: an optional UTF-8 declaration, elements,
 // attributes, the five predefined entities and character references, and text without markup.
 // It reads from memory several times faster than QXmlStreamReader. Anything beyond that subset
@@ -23,7 +25,7 @@ public:
     // Of the current start or end element.
     QStringView name() const { return m_name; }
     // Of the current start element, in document order.
-    qsizetype attributeCount() const { return m_attributes.size(); }
+    qsizetype attributeCount() const { return qsizetype(m_attributes.size()); }
     // The same name is the same shared string in every element of the document.
     const QString& attributeName(qsizetype i) const { return m_namesById[m_attributes.at(i).id].text; }
     QString attributeValue(qsizetype i) const;
@@ -83,7 +85,8 @@ private:
     bool m_pendingEnd = false;
     QString m_name;
     QList<QString> m_open;
-    QList<Attribute> m_attributes;
+    // A vector keeps its room from one element to the next.
+    std::vector<Attribute> m_attributes;
     QList<Name> m_namesById;
     // Open addressing over m_namesById: ids, -1 where free.
     QList<int> m_nameTable;
