@@ -264,7 +264,7 @@ void MainWindow::tell(const QString& title, const QString& text, bool warning) {
 QList<AbstractBaseItem*> MainWindow::selectedItems() const {
     QList<AbstractBaseItem*> items;
     for (QGraphicsItem* g : m_scene->selectedItems()) {
-        if (AbstractBaseItem* item = g->parentItem() ? nullptr : AbstractBaseItem::fromGraphicsItem(g))
+        if (AbstractBaseItem* item = AbstractBaseItem::sceneTool(g))
             items << item;
     }
     return items;

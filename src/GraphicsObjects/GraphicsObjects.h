@@ -18,6 +18,7 @@
 #include "OutlineShape.h"
 #include "ShapeItem.h"
 #include "SimpleTextItem.h"
+#include "ToolLayer.h"
 #include "Types.h"
 #include "VariantText.h"
 #include "XmlAttributes.h"

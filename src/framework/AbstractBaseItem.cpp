@@ -3,6 +3,7 @@
 #include "AbstractScene.h"
 #include "CommonParams.h"
 #include "HoverEventItem.h"
+#include "ToolLayer.h"
 #include "SimpleTextItem.h"
 
 #include <QAction>
@@ -37,6 +38,16 @@ AbstractBaseItem::~AbstractBaseItem() = default;
 
 AbstractBaseItem* AbstractBaseItem::fromGraphicsItem(QGraphicsItem* item) {
     return item ? qobject_cast<AbstractBaseItem*>(item->toGraphicsObject()) : nullptr;
+}
+
+AbstractBaseItem* AbstractBaseItem::sceneTool(QGraphicsItem* item) {
+    AbstractBaseItem* tool = fromGraphicsItem(item);
+    return tool && tool->isSceneTool() ? tool : nullptr;
+}
+
+bool AbstractBaseItem::isSceneTool() const {
+    const QGraphicsItem* parent = parentItem();
+    return !parent || parent->type() == ToolLayer::Type;
 }
 
 AbstractScene* AbstractBaseItem::hostScene() const {
@@ -202,8 +213,8 @@ void AbstractBaseItem::setLinkName(AbstractBaseItem*, QString& name) {
 }
 
 QVariant AbstractBaseItem::itemChange(GraphicsItemChange change, const QVariant& value) {
-    // The host's scene tells of its top-level items coming and going.
-    if (!parentItem()) {
+    // The host's scene tells of its tools coming and going.
+    if (isSceneTool()) {
         if (change == ItemSceneChange) {
             if (auto* old = qobject_cast<AbstractScene*>(scene()))
                 emit old->itemRemoved(this);

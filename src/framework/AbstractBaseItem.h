@@ -55,6 +55,10 @@ public:
 
     // The library item a graphics item is, or null.
     static AbstractBaseItem* fromGraphicsItem(QGraphicsItem* item);
+    // The library item a graphics item is when it stands on its scene as a tool, else null.
+    static AbstractBaseItem* sceneTool(QGraphicsItem* item);
+    // A tool is top-level or held in a layer (ToolLayer); an item inside another item is a part.
+    bool isSceneTool() const;
 
     // --- Non-virtual operations
     void setInternalLock(bool lock) { m_internalLock = lock; }

@@ -1,6 +1,7 @@
 #include "AbstractScene.h"
 
 #include "AbstractBaseItem.h"
+#include "ToolLayer.h"
 
 #include <QCoreApplication>
 #include <QGraphicsSceneMouseEvent>
@@ -28,11 +29,37 @@ AbstractScene::~AbstractScene() {
     QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
 }
 
+void AbstractScene::addItems(const QList<AbstractBaseItem*>& items) {
+    ToolLayer* layer = nullptr;
+    int held = 0;
+    // Each layer is filled before it enters the scene, which then takes its tools with it.
+    const auto place = [&] {
+        if (layer)
+            addItem(layer);
+    };
+    for (AbstractBaseItem* item : items) {
+        if (!item || item->scene() || item->parentItem())
+            continue;
+        if (!layer || held == ToolLayer::Capacity) {
+            place();
+            layer = new ToolLayer;
+            held = 0;
+        }
+        item->setParentItem(layer);
+        ++held;
+    }
+    place();
+}
+
 void AbstractScene::deleteItems(const QList<AbstractBaseItem*>& items) {
     QSet<QGraphicsItem*> going;
+    QSet<QGraphicsItem*> layers;
     for (AbstractBaseItem* item : items) {
-        if (item && item->scene() == this && !item->parentItem())
+        if (item && item->scene() == this && item->isSceneTool()) {
             going.insert(item);
+            if (item->parentItem())
+                layers.insert(item->parentItem());
+        }
     }
     if (going.isEmpty())
         return;
@@ -57,6 +84,10 @@ void AbstractScene::deleteItems(const QList<AbstractBaseItem*>& items) {
     for (QGraphicsItem* item : std::as_const(ordered)) {
         removeItem(item);
         delete item;
+    }
+    for (QGraphicsItem* layer : std::as_const(layers)) {
+        if (layer->childItems().isEmpty())
+            delete layer;
     }
 }
 

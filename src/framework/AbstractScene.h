@@ -56,9 +56,14 @@ public:
     AbstractBaseItem* itemInCreation() const;
     void cancelTool();
 
-    // Removes the top-level items given from the scene, each announced by itemRemoved, and deletes
-    // them; others are left alone. The time grows with their number where removing them one by
-    // one from a large scene grows with its square.
+    // Adds the tools given, in their order above what the scene holds, in layers (ToolLayer) of
+    // ToolLayer::Capacity: each is announced by itemAdded. An edit then costs the same whatever the
+    // number of tools, where Qt visits every top-level item on each repaint. Items already in a
+    // scene or inside another item are left alone.
+    void addItems(const QList<AbstractBaseItem*>& items);
+    // Removes the tools given from the scene, each announced by itemRemoved, and deletes them, with
+    // the layers they leave empty; others are left alone. The time grows with their number where
+    // removing them one by one from a large scene grows with its square.
     void deleteItems(const QList<AbstractBaseItem*>& items);
 
     // Picking: an item in creation made of other items (AbstractBaseItem::picksNeeded) is given the
@@ -83,7 +88,7 @@ public:
     void setLabelBackground(bool on);
 
 signals:
-    // A top-level library item entered or left the scene (addItem, removeItem, or a drawing
+    // A tool (AbstractBaseItem::isSceneTool) entered or left the scene (addItem, removeItem, or a drawing
     // started); an item deleted on the scene only emits its own destroyed().
     void itemAdded(AbstractBaseItem* item);
     void itemRemoved(AbstractBaseItem* item);

@@ -84,8 +84,12 @@ AbstractBaseItem* ItemSnapshot::recreate(AbstractScene* scene,
     item->setFlags(QGraphicsItem::GraphicsItemFlags(m_flags));
     scene->addItem(item);
     AbstractBaseItem* above = byUid ? byUid->value(m_above) : SceneItems::find(scene, m_above);
-    if (above && above != item)
+    if (above && above != item) {
+        // Items stack among their siblings: back in the layer of the one it stood under.
+        if (above->parentItem())
+            item->setParentItem(above->parentItem());
         item->stackBefore(above);
+    }
     if (byUid)
         byUid->insert(m_uid, item);
     return item;
@@ -111,7 +115,7 @@ QList<AbstractBaseItem*> topLevel(const AbstractScene* scene) {
     if (!scene)
         return items;
     for (QGraphicsItem* g : scene->items(Qt::AscendingOrder)) {
-        if (AbstractBaseItem* item = g->parentItem() ? nullptr : AbstractBaseItem::fromGraphicsItem(g))
+        if (AbstractBaseItem* item = AbstractBaseItem::sceneTool(g))
             items << item;
     }
     return items;

@@ -52,16 +52,16 @@ private:
     Calibration m_calibration;
     int m_flags = 0;      // the QGraphicsItem flags the user's work gave it (selectable, movable)
     QString m_linkTarget; // uid of the item a text follows
-    QString m_above;      // uid of the next top-level item in stacking order
+    QString m_above;      // uid of the next tool in stacking order
 };
 
 namespace SceneItems {
 
-// The scene's top-level library items, bottom first.
+// The scene's tools (AbstractBaseItem::isSceneTool), bottom first.
 GRAPHICSOBJECTS_EXPORT QList<AbstractBaseItem*> topLevel(const AbstractScene* scene);
-// The top-level item with that uid, or null.
+// The tool with that uid, or null.
 GRAPHICSOBJECTS_EXPORT AbstractBaseItem* find(const AbstractScene* scene, const QString& uid);
-// The top-level items that have a uid, by uid.
+// The tools that have a uid, by uid.
 GRAPHICSOBJECTS_EXPORT QHash<QString, AbstractBaseItem*> byUid(const AbstractScene* scene);
 // Links every item that keeps others by uid (constructions, anchors) again after items were
 // made or loaded anew.

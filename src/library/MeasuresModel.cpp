@@ -61,8 +61,8 @@ MeasuresModel::MeasuresModel(AbstractScene* scene, QObject* parent)
     // Drawn items may measure themselves without a signal.
     connect(scene, &AbstractScene::itemAccepted, this, &MeasuresModel::refreshItem);
     for (QGraphicsItem* g : scene->items(Qt::AscendingOrder)) {
-        if (!g->parentItem())
-            addItem(AbstractBaseItem::fromGraphicsItem(g));
+        if (AbstractBaseItem* tool = AbstractBaseItem::sceneTool(g))
+            addItem(tool);
     }
 }
 

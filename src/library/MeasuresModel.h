@@ -11,7 +11,7 @@
 class AbstractBaseItem;
 class AbstractScene;
 
-// The measures of a scene's items as a table: one row per top-level item (its class, displayed
+// The measures of a scene's items as a table: one row per tool (its class, displayed
 // name and GUID name), one column per measure name and unit that some item fills ("Length (µm)"),
 // and for Vickers indentations their designation and warning. It follows the scene live: items
 // added or removed, and each item's measure, change and deletion signals; the rows of items that

@@ -421,6 +421,8 @@ void SceneDocument::loadImage(const Parsed& parsed, const QString& folder) {
 }
 
 void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
+    QList<AbstractBaseItem*> created;
+    created.reserve(parsed.items.size());
     for (Parsed::Item& p : parsed.items) {
         // Only for messages.
         const auto name = [&p] {
@@ -457,7 +459,7 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
         QGraphicsItem::GraphicsItemFlags flags = item->flags() | QGraphicsItem::ItemIsSelectable;
         flags.setFlag(QGraphicsItem::ItemIsMovable, !item->locked());
         item->setFlags(flags);
-        scene->addItem(item);
+        created << item;
         QString reference = p.reference;
         if (reference.isEmpty() || m_byReference.contains(reference)) {
             const QString given = newReference();
@@ -469,6 +471,7 @@ void SceneDocument::createItems(Parsed& parsed, AbstractScene* scene) {
         }
         bind(item, reference);
     }
+    scene->addItems(created);
 }
 
 void SceneDocument::linkItems() {
@@ -698,8 +701,7 @@ bool SceneDocument::write(QIODevice* device, AbstractScene* scene, const QString
     }
     QList<AbstractBaseItem*> sceneItems;
     for (QGraphicsItem* g : scene->items(Qt::AscendingOrder)) {
-        auto* item = g->parentItem() ? nullptr : dynamic_cast<AbstractBaseItem*>(g);
-        if (item)
+        if (AbstractBaseItem* item = AbstractBaseItem::sceneTool(g))
             sceneItems << item;
     }
     // The document now holds the scene's items, in its order, each under the reference it had.

@@ -66,7 +66,7 @@ public:
     // made, those that keep others by uid are linked again; one left without an item it needs is
     // removed and told in messages().
     bool read(QIODevice* device, AbstractScene* scene, const QString& folder = QString());
-    // Writes the scene's items (top-level items, in stacking order) with the document's image,
+    // Writes the scene's items (its tools, in stacking order) with the document's image,
     // calibration and links through a temporary file renamed over fileName, so that a failed save
     // leaves the previous file whole. Returns false with errorString() on failure.
     bool save(const QString& fileName, AbstractScene* scene);

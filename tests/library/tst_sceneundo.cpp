@@ -65,6 +65,28 @@ private slots:
     }
 
     // A drag is one step, even for an item that ends its change at every step.
+    // An opened document's tools sit in layers: one deleted comes back in its place.
+    void openedToolComesBackInItsPlace() {
+        UndoView drawn;
+        for (int i = 0; i < 3; ++i)
+            drawn.draw("LineItem", {20, 50.0 + 60 * i}, {300, 60.0 + 60 * i});
+        QBuffer buffer;
+        buffer.setData(drawn.saved());
+        buffer.open(QIODevice::ReadOnly);
+        UndoView v;
+        QVERIFY(v.document.read(&buffer, &v.scene));
+        const QList<AbstractBaseItem*> tools = SceneItems::topLevel(&v.scene);
+        QCOMPARE(tools.size(), 3);
+        QCOMPARE(tools[1]->parentItem()->type(), int(ToolLayer::Type));
+        const QByteArray opened = v.saved();
+        v.stack.push(new DeleteItemsCommand(&v.scene, {tools[1]}));
+        v.checkUndoRedo(v.saved(), opened);
+        v.stack.undo();
+        const QList<AbstractBaseItem*> back = SceneItems::topLevel(&v.scene);
+        QCOMPARE(back.size(), 3);
+        QCOMPARE(back[1]->parentItem(), back[0]->parentItem());
+    }
+
     void gripDragIsOneStep_data() {
         QTest::addColumn<QString>("className");
         QTest::newRow("line") << "LineItem";

@@ -1,0 +1,6 @@
+#include "ToolLayer.h"
+
+ToolLayer::ToolLayer() {
+    setFlag(ItemHasNoContents);
+    setAcceptedMouseButtons(Qt::NoButton);
+}
