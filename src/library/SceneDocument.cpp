@@ -218,7 +218,14 @@ bool SceneDocument::parse(QIODevice* device, Parsed& parsed) {
         DocumentReader r(device, MaxDepth, MaxElements, MaxFileBytes);
         return parse(r, parsed);
     }
-    const QByteArray bytes = device->readAll();
+    // A document already in memory is read where it lies.
+    QByteArray bytes;
+    if (auto* memory = qobject_cast<QBuffer*>(device)) {
+        bytes = memory->pos() == 0 ? memory->data() : memory->data().sliced(memory->pos());
+        memory->seek(memory->size());
+    } else {
+        bytes = device->readAll();
+    }
     DocumentReader fast(QByteArrayView(bytes), MaxDepth, MaxElements, MaxFileBytes);
     const bool done = parse(fast, parsed);
     if (!fast.unsupported())
