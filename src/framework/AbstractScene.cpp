@@ -30,6 +30,7 @@ AbstractScene::~AbstractScene() {
 }
 
 void AbstractScene::addItems(const QList<AbstractBaseItem*>& items) {
+    const int capacity = ToolLayer::capacityFor(items.size());
     ToolLayer* layer = nullptr;
     int held = 0;
     // Each layer is filled before it enters the scene, which then takes its tools with it.
@@ -40,7 +41,7 @@ void AbstractScene::addItems(const QList<AbstractBaseItem*>& items) {
     for (AbstractBaseItem* item : items) {
         if (!item || item->scene() || item->parentItem())
             continue;
-        if (!layer || held == ToolLayer::Capacity) {
+        if (!layer || held == capacity) {
             place();
             layer = new ToolLayer;
             held = 0;

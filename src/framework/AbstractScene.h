@@ -57,9 +57,9 @@ public:
     void cancelTool();
 
     // Adds the tools given, in their order above what the scene holds, in layers (ToolLayer) of
-    // ToolLayer::Capacity: each is announced by itemAdded. An edit then costs the same whatever the
-    // number of tools, where Qt visits every top-level item on each repaint. Items already in a
-    // scene or inside another item are left alone.
+    // ToolLayer::capacityFor(their number): each is announced by itemAdded. An edit then costs
+    // about the square root of their number, where Qt would visit every top-level item on each
+    // repaint. Items already in a scene or inside another item are left alone.
     void addItems(const QList<AbstractBaseItem*>& items);
     // Removes the tools given from the scene, each announced by itemRemoved, and deletes them, with
     // the layers they leave empty; others are left alone. The time grows with their number where

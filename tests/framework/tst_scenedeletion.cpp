@@ -59,7 +59,8 @@ private slots:
             const auto layers = std::count_if(all.cbegin(), all.cend(), [](const AbstractBaseItem* tool) {
                 return tool->parentItem()->childItems().first() == tool;
             });
-            QCOMPARE(int(layers), (count + ToolLayer::Capacity - 1) / ToolLayer::Capacity);
+            const int capacity = ToolLayer::capacityFor(count);
+            QCOMPARE(int(layers), (count + capacity - 1) / capacity);
         }
         // What is not a tool of the scene is left alone.
         TestItem loose;
